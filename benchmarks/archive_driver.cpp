@@ -1,0 +1,126 @@
+// Runs one operation of the archive component on real files, for measurements and for tests that
+// compare it with other tools.
+//
+//   archive_driver zip ARCHIVE [-LEVEL] [-p PASSWORD] [-s PART_SIZE] [-t THREADS] PATH...
+//   archive_driver unzip ARCHIVE [-p PASSWORD] [-t THREADS] FOLDER
+//   archive_driver test|list ARCHIVE [-p PASSWORD] [-t THREADS]
+//
+// Folders are stored with all that is in them, under their names from the working folder. Prints
+// the result's number and the seconds; exit status 0 for a good result.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/host/code_page.h"
+#include "platform/host/files.h"
+#include "platform/host/machine_folder.h"
+#include "platform/host/system_info.h"
+#include "platform/zip/archive.h"
+
+namespace {
+
+using quorvale::host::MachinePathOf;
+using quorvale::zip::Archive;
+using quorvale::zip::BeforeFile;
+using quorvale::zip::Entry;
+using quorvale::zip::Result;
+
+int Usage() {
+  std::fprintf(stderr,
+               "usage: archive_driver zip|unzip|test|list ARCHIVE [-0..-9] [-p PASSWORD] "
+               "[-s PART_SIZE] [-t THREADS] [PATH...]\n");
+  return 2;
+}
+
+void AddSource(const std::filesystem::directory_entry& entry, std::vector<std::string>* sources) {
+  const std::string path = MachinePathOf(std::filesystem::absolute(entry.path()).string());
+  if (entry.is_symlink()) return;
+  if (entry.is_directory()) {
+    sources->push_back(path + "\\");
+  } else if (entry.is_regular_file()) {
+    sources->push_back(path);
+  }
+}
+
+std::vector<std::string> FindSources(const std::vector<std::string>& paths) {
+  std::vector<std::string> sources;
+  for (const std::string& path : paths) {
+    const std::filesystem::directory_entry top(path);
+    AddSource(top, &sources);
+    if (!top.is_directory()) continue;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
+      AddSource(entry, &sources);
+    }
+  }
+  return sources;
+}
+
+Result List(Archive& archive) {
+  std::vector<Entry> entries;
+  const Result result = archive.List(&entries);
+  std::uint64_t bytes = 0;
+  for (const Entry& entry : entries) bytes += entry.size;
+  std::printf("%zu entries, %llu bytes\n", entries.size(), static_cast<unsigned long long>(bytes));
+  return result;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  if (count < 3) return Usage();
+  const std::string operation = words[1];
+  quorvale::host::MachineFolder machine;
+  quorvale::host::HostFiles files(machine);
+  const auto code_page = quorvale::host::CodePage::Open(1252);
+  if (code_page == nullptr) return 1;
+  quorvale::host::HostSystemInfo system(machine, *code_page);
+  Archive archive(files, system);
+  archive.archive_name = MachinePathOf(words[2]);
+  archive.on_warning = [](const std::string& name, const std::string& reason) {
+    std::fprintf(stderr, "%s: %s\n", name.c_str(), reason.c_str());
+  };
+
+  std::vector<std::string> paths;
+  for (int i = 3; i < count; ++i) {
+    const std::string word = words[i];
+    if (word.size() == 2 && word[0] == '-' && word[1] >= '0' && word[1] <= '9') {
+      archive.level = word[1] - '0';
+    } else if (word == "-p" && i + 1 < count) {
+      archive.encrypt = true;
+      archive.password = words[++i];
+    } else if (word == "-s" && i + 1 < count) {
+      archive.split_size = std::strtoull(words[++i], nullptr, 10);
+    } else if (word == "-t" && i + 1 < count) {
+      archive.worker_threads = std::atoi(words[++i]);
+    } else {
+      paths.push_back(word);
+    }
+  }
+
+  const auto start = std::chrono::steady_clock::now();
+  Result result = Result::kFailed;
+  if (operation == "zip") {
+    const std::string here =
+        MachinePathOf(std::filesystem::current_path().string()).substr(3) + "\\";
+    archive.on_before_file = [&](BeforeFile& file) {
+      if (file.entry_name.rfind(here, 0) == 0) file.entry_name.erase(0, here.size());
+    };
+    archive.files_to_process = FindSources(paths);
+    result = archive.Zip();
+  } else if (operation == "unzip" && paths.size() == 1) {
+    archive.unzip_folder = MachinePathOf(paths.front());
+    result = archive.Unzip();
+  } else if (operation == "test") {
+    result = archive.Test();
+  } else if (operation == "list") {
+    result = List(archive);
+  } else {
+    return Usage();
+  }
+  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+  std::printf("result %d, %.3f s\n", static_cast<int>(result), seconds.count());
+  return result == Result::kDone || result == Result::kWarnings ? 0 : 1;
+}

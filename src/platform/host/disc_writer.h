@@ -1,0 +1,17 @@
+// The disc writer of a computer that has none.
+#pragma once
+
+#include "platform/disc_writer.h"
+
+namespace quorvale::host {
+
+class HostDiscWriter : public DiscWriter {
+ public:
+  bool Initialise() override { return false; }
+  std::vector<DiscDrive> Drives() override { return {}; }
+  bool Open(int) override { return false; }
+  bool MediumLoaded() override { return false; }
+  std::uint64_t FreeBytes() override { return 0; }
+};
+
+}  // namespace quorvale::host

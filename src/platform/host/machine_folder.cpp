@@ -1,0 +1,297 @@
+#include "platform/host/machine_folder.h"
+
+#include <sys/stat.h>
+
+#include <charconv>
+#include <set>
+
+#include "platform/host/host_file.h"
+#include "platform/text.h"
+
+namespace quorvale::host {
+namespace {
+
+bool IsFolder(const std::string& path) {
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+// Without blanks and tabs at both ends.
+std::string Stripped(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t\r");
+  if (first == std::string::npos) return "";
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+template <class Number>
+bool ParseNumber(const std::string& text, Number* number) {
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, *number);
+  return result.ec == std::errc() && result.ptr == end;
+}
+
+// Reads machine.ini line by line; the first broken line ends it.
+class Reader {
+ public:
+  Reader(const std::string& folder, MachineFolder* machine) : machine_(machine) {
+    machine_->path = folder;
+  }
+
+  bool ReadLine(const std::string& raw);
+  // Of the line that was read last.
+  int line() const { return line_; }
+  const std::string& message() const { return message_; }
+
+ private:
+  bool Fail(const std::string& message) {
+    message_ = message;
+    return false;
+  }
+  bool EnterSection(const std::string& name);
+  bool ReadEntry(const std::string& name, const std::string& value);
+  bool ReadSystem(const std::string& name, const std::string& value);
+  bool ReadVersion(const std::string& value);
+  bool ReadFolder(const std::string& name, const std::string& value);
+  bool ReadDrive(const std::string& name, const std::string& value);
+  bool ReadDriveFolder(const std::string& folder, MachineDrive* drive);
+  bool ReadProcess(const std::string& name, const std::string& value);
+  bool ReadService(const std::string& name, const std::string& value);
+  bool ReadClock(const std::string& name, const std::string& value);
+
+  MachineFolder* machine_;
+  int line_ = 0;
+  std::string section_;
+  std::set<std::string> seen_;  // "section\name" of the entries that may stand only once
+  std::string message_;
+};
+
+bool Reader::ReadLine(const std::string& raw) {
+  ++line_;
+  if (!IsUtf8(raw)) return Fail("the line is not UTF-8 text");
+  const std::string line = Stripped(raw);
+  if (line.empty() || line[0] == ';' || line[0] == '#') return true;
+  if (line[0] == '[') {
+    if (line.back() != ']') return Fail("a section name lacks its \"]\"");
+    return EnterSection(Stripped(line.substr(1, line.size() - 2)));
+  }
+  const std::size_t equals = line.find('=');
+  if (equals == std::string::npos) return Fail("the line has no \"=\"");
+  const std::string name = Stripped(line.substr(0, equals));
+  if (name.empty()) return Fail("there is no name before the \"=\"");
+  return ReadEntry(name, Stripped(line.substr(equals + 1)));
+}
+
+bool Reader::EnterSection(const std::string& name) {
+  static const char* const kSections[] = {"system",    "environment", "folders", "drives",
+                                          "processes", "services",    "clock"};
+  section_ = FoldCase(name);
+  for (const char* known : kSections) {
+    if (section_ == known) return true;
+  }
+  return Fail("there is no section \"" + name + "\"");
+}
+
+bool Reader::ReadEntry(const std::string& name, const std::string& value) {
+  if (section_.empty()) return Fail("the line stands before the first section");
+  // Two copies of a program may run; everything else stands once.
+  if (section_ != "processes" && !seen_.insert(section_ + "\\" + FoldCase(name)).second) {
+    return Fail("\"" + name + "\" stands twice in [" + section_ + "]");
+  }
+  if (section_ == "system") return ReadSystem(FoldCase(name), value);
+  if (section_ == "folders") return ReadFolder(name, value);
+  if (section_ == "drives") return ReadDrive(name, value);
+  if (section_ == "processes") return ReadProcess(name, value);
+  if (section_ == "services") return ReadService(name, value);
+  if (section_ == "clock") return ReadClock(FoldCase(name), value);
+  machine_->environment.emplace_back(name, value);
+  return true;
+}
+
+bool Reader::ReadSystem(const std::string& name, const std::string& value) {
+  if (name == "version") return ReadVersion(value);
+  if (name == "user") {
+    machine_->user = value;
+    return true;
+  }
+  if (name == "computer") {
+    machine_->computer = value;
+    return true;
+  }
+  if (name == "codepage") {
+    if (!ParseNumber(value, &machine_->codepage) || machine_->codepage <= 0) {
+      return Fail("\"" + value + "\" is no code page number");
+    }
+    machine_->codepage_line = line_;
+    return true;
+  }
+  if (name == "elevation") {
+    if (value != "refused" && value != "accepted") {
+      return Fail("elevation is \"accepted\" or \"refused\", not \"" + value + "\"");
+    }
+    machine_->elevation_refused = value == "refused";
+    return true;
+  }
+  return Fail("[system] has no \"" + name + "\"");
+}
+
+bool Reader::ReadVersion(const std::string& value) {
+  const std::vector<std::string> parts = Split(value, ".");
+  SystemVersion version;
+  if (parts.size() != 3 || !ParseNumber(parts[0], &version.platform_id) ||
+      !ParseNumber(parts[1], &version.major) || !ParseNumber(parts[2], &version.minor)) {
+    return Fail("\"" + value + "\" is no version; one looks like 2.5.1");
+  }
+  machine_->version = version;
+  return true;
+}
+
+bool Reader::ReadFolder(const std::string& name, const std::string& value) {
+  int number = 0;
+  if (!ParseNumber(name, &number)) return Fail("\"" + name + "\" is no special folder number");
+  machine_->folders[number] = value;
+  return true;
+}
+
+bool Reader::ReadDrive(const std::string& name, const std::string& value) {
+  const std::string letter = name.size() == 2 && name[1] == ':' ? name.substr(0, 1) : name;
+  const char upper = letter.size() == 1 ? static_cast<char>(letter[0] & ~0x20) : '\0';
+  if (upper < 'A' || upper > 'Z') return Fail("\"" + name + "\" is no drive letter");
+  if (upper == 'Z') return Fail("Z: is the host's own file system");
+  if (machine_->drives.count(upper) != 0) return Fail("drive " + name + " stands twice");
+
+  static const std::pair<const char*, DriveKind> kKinds[] = {{"fixed", DriveKind::kFixed},
+                                                             {"removable", DriveKind::kRemovable},
+                                                             {"remote", DriveKind::kRemote},
+                                                             {"cdrom", DriveKind::kCdRom},
+                                                             {"ramdisk", DriveKind::kRamDisk}};
+  std::vector<std::string> parts = Split(value, ",");
+  for (std::string& part : parts) part = Stripped(part);
+  MachineDrive drive;
+  bool known = false;
+  for (const auto& [word, kind] : kKinds) {
+    if (parts[0] == word) {
+      drive.kind = kind;
+      known = true;
+    }
+  }
+  if (!known) return Fail("\"" + parts[0] + "\" is no kind of drive");
+  if (parts.size() > 3) return Fail("a drive has a kind, a folder and its free bytes, no more");
+  if (parts.size() == 3) {
+    std::uint64_t bytes = 0;
+    if (!ParseNumber(parts[2], &bytes)) return Fail("\"" + parts[2] + "\" is no number of bytes");
+    drive.free_bytes = bytes;
+  }
+  if (parts.size() > 1 && !ReadDriveFolder(parts[1], &drive)) return false;
+  machine_->drives[upper] = drive;
+  return true;
+}
+
+bool Reader::ReadDriveFolder(const std::string& folder, MachineDrive* drive) {
+  if (folder.empty()) return true;
+  if (folder == "." || folder == ".." || folder.find('/') != std::string::npos) {
+    return Fail("\"" + folder + "\" is not the name of a folder beside machine.ini");
+  }
+  drive->folder = machine_->path + "/" + folder;
+  if (!IsFolder(drive->folder)) return Fail("there is no folder \"" + folder + "\"");
+  return true;
+}
+
+bool Reader::ReadProcess(const std::string& name, const std::string& value) {
+  ProcessInfo process;
+  process.image = name;
+  if (!ParseNumber(value, &process.id) || process.id == 0) {
+    return Fail("\"" + value + "\" is no process id");
+  }
+  machine_->processes.push_back(process);
+  return true;
+}
+
+bool Reader::ReadService(const std::string& name, const std::string& value) {
+  if (value != "running" && value != "stopped") {
+    return Fail("a service is \"running\" or \"stopped\", not \"" + value + "\"");
+  }
+  machine_->services.push_back({name, value == "running"});
+  return true;
+}
+
+bool Reader::ReadClock(const std::string& name, const std::string& value) {
+  if (name != "now") return Fail("[clock] has no \"" + name + "\"");
+  machine_->now = ParseLocalTime(value);
+  if (!machine_->now) {
+    return Fail("\"" + value + "\" is no moment; one looks like 2026-11-14 22:05:09");
+  }
+  return true;
+}
+
+bool IsLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+
+int DaysOfMonth(int year, int month) {
+  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  return month == 2 && IsLeapYear(year) ? 29 : kDays[month - 1];
+}
+
+}  // namespace
+
+std::string MachineError::Text() const {
+  if (line == 0) return file + ": " + message;
+  return file + ", line " + std::to_string(line) + ": " + message;
+}
+
+std::optional<MachineFolder> ReadMachineFolder(const std::string& folder, MachineError* error) {
+  if (!IsFolder(folder)) {
+    *error = {folder, 0, "there is no such machine folder"};
+    return std::nullopt;
+  }
+  const std::string file = folder + "/machine.ini";
+  std::optional<std::string> text = ReadHostFile(file);
+  if (!text) {
+    *error = {file, 0, "the file is missing or cannot be read"};
+    return std::nullopt;
+  }
+  if (text->compare(0, 3, "\xEF\xBB\xBF") == 0) text->erase(0, 3);
+
+  MachineFolder machine;
+  Reader reader(folder, &machine);
+  for (const std::string& raw : Split(*text, "\n")) {
+    if (!reader.ReadLine(raw)) {
+      *error = {file, reader.line(), reader.message()};
+      return std::nullopt;
+    }
+  }
+  return machine;
+}
+
+std::optional<LocalTime> ParseLocalTime(const std::string& text) {
+  static const char kPattern[] = "dddd-dd-dd dd:dd:dd";
+  if (text.size() != sizeof(kPattern) - 1) return std::nullopt;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool is_digit = text[i] >= '0' && text[i] <= '9';
+    if (kPattern[i] == 'd' ? !is_digit : text[i] != kPattern[i]) return std::nullopt;
+  }
+  const auto number = [&text](std::size_t at, std::size_t count) {
+    return std::stoi(text.substr(at, count));
+  };
+  LocalTime time;
+  time.year = number(0, 4);
+  time.month = number(5, 2);
+  time.day = number(8, 2);
+  time.hour = number(11, 2);
+  time.minute = number(14, 2);
+  time.second = number(17, 2);
+  if (time.year < 1601 || time.month < 1 || time.month > 12 || time.day < 1 ||
+      time.day > DaysOfMonth(time.year, time.month) || time.hour > 23 || time.minute > 59 ||
+      time.second > 59) {
+    return std::nullopt;
+  }
+  time.weekday = WeekdayOf(time.year, time.month, time.day);
+  return time;
+}
+
+int WeekdayOf(int year, int month, int day) {
+  // Sakamoto's method.
+  static const int kShift[] = {0, 3, 2, 5, 0, 3, 5, 1, 4, 6, 2, 4};
+  if (month < 3) --year;
+  return (year + year / 4 - year / 100 + year / 400 + kShift[month - 1] + day) % 7 + 1;
+}
+
+}  // namespace quorvale::host

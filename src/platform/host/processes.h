@@ -1,0 +1,39 @@
+// The running programs that a machine folder tells of.
+#pragma once
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/processes.h"
+#include "platform/text.h"
+
+namespace quorvale::host {
+
+class HostProcesses : public Processes {
+ public:
+  explicit HostProcesses(std::vector<ProcessInfo> running) : running_(std::move(running)) {}
+
+  std::vector<ProcessInfo> List() override { return running_; }
+  bool WindowExists(const std::string& title) override { return windows_.count(title) != 0; }
+  void ActivatePreviousInstance() override { ++activations_; }
+
+  // A program starts, or all copies of it end.
+  void Start(const std::string& image, std::uint32_t id) { running_.push_back({image, id}); }
+  void End(const std::string& image) {
+    std::erase_if(running_,
+                  [&](const ProcessInfo& process) { return EqualsNoCase(process.image, image); });
+  }
+  void OpenWindow(const std::string& title) { windows_.insert(title); }
+  void CloseWindow(const std::string& title) { windows_.erase(title); }
+  // How often the other copy of the program was brought to the front.
+  int activations() const { return activations_; }
+
+ private:
+  std::vector<ProcessInfo> running_;
+  std::set<std::string> windows_;
+  int activations_ = 0;
+};
+
+}  // namespace quorvale::host

@@ -1,0 +1,39 @@
+// The services that a machine folder tells of.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/host/machine_folder.h"
+#include "platform/services.h"
+
+namespace quorvale::host {
+
+class HostServices : public Services {
+ public:
+  explicit HostServices(const std::vector<MachineService>& services);
+
+  std::string State(const std::string& name) override;
+  bool Start(const std::string& name) override;
+  bool Control(const std::string& name, int code) override;
+
+  // Makes or changes a service. State words: "Running", "Stopped", "Paused".
+  void SetState(const std::string& name, const std::string& state);
+  // From now on the service takes no command.
+  void Refuse(const std::string& name);
+  // What services were told, in order: "start NAME", "control 1 NAME".
+  const std::vector<std::string>& log() const { return log_; }
+
+ private:
+  struct Service {
+    std::string state;
+    bool refuses = false;
+  };
+  Service* Find(const std::string& name);
+
+  std::map<std::string, Service> services_;  // by folded name
+  std::vector<std::string> log_;
+};
+
+}  // namespace quorvale::host

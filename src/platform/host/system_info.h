@@ -1,0 +1,65 @@
+// The facts of a machine folder's computer, and its clock.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "platform/host/code_page.h"
+#include "platform/host/machine_folder.h"
+#include "platform/system_info.h"
+
+namespace quorvale::host {
+
+class HostSystemInfo : public SystemInfo {
+ public:
+  // `code_page` must live as long as this object.
+  HostSystemInfo(const MachineFolder& machine, const CodePage& code_page);
+
+  SystemVersion Version() override { return version_; }
+  std::string UserName() override { return user_; }
+  std::string ComputerName() override { return computer_; }
+  std::string Environment(const std::string& name) override;
+  std::string ProgramFolder() override { return program_folder_; }
+  std::string CommandLine() override { return command_line_; }
+  bool PreviousInstanceRuns() override { return other_copy_runs_; }
+  bool HoldInstanceMutex(const std::string& name) override;
+  LocalTime Now() override;
+  LocalTime ToLocal(FileTime time) override;
+  std::uint64_t Ticks() override;
+  void Sleep(int milliseconds) override;
+  std::string TimeText(const LocalTime& time) override;
+  std::string WeekdayName(int weekday) override;
+  std::string ToAnsi(const std::string& utf8) override { return code_page_.FromUtf8(utf8); }
+  std::string FromAnsi(const std::string& bytes) override { return code_page_.ToUtf8(bytes); }
+
+  void SetVersion(const SystemVersion& version) { version_ = version; }
+  void SetUser(const std::string& user) { user_ = user; }
+  void SetEnvironment(const std::string& name, const std::string& value);
+  void SetProgramFolder(const std::string& folder) { program_folder_ = folder; }
+  void SetCommandLine(const std::string& command_line) { command_line_ = command_line; }
+  // Whether another copy of the program runs and holds the mutex.
+  void SetOtherCopyRuns(bool runs) { other_copy_runs_ = runs; }
+  // Sets the clock, which from now on moves only by Sleep; nothing: the host's clock.
+  void SetNow(std::optional<LocalTime> now);
+  // Sleep returns at once; Ticks go on as if it had slept.
+  void SetSleepless(bool sleepless) { sleepless_ = sleepless; }
+
+ private:
+  const CodePage& code_page_;
+  SystemVersion version_;
+  std::string user_;
+  std::string computer_;
+  std::map<std::string, std::string> environment_;  // by folded name
+  std::string program_folder_ = "C:\\Program Files\\Quorvale";
+  std::string command_line_;
+  bool other_copy_runs_ = false;
+  bool sleepless_ = false;
+  std::optional<std::int64_t> now_;  // of a set clock: milliseconds since 1970, local time
+  std::uint64_t slept_ = 0;          // milliseconds that were not really slept
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace quorvale::host

@@ -1,0 +1,25 @@
+// Operations on path texts. Nothing here looks at a disk.
+#pragma once
+
+#include <string>
+
+namespace quorvale {
+
+// The text behind the last "\"; the whole text if there is none.
+std::string FileNameOf(const std::string& path);
+// The text before the last "\"; "" if there is none. `C:\x` gives `C:`.
+std::string ParentFolder(const std::string& path);
+// The path with one "\" at its end.
+std::string WithBackslash(const std::string& path);
+// The path without one "\" at its end.
+std::string WithoutBackslash(const std::string& path);
+// A leading "\\" is kept; every "\\" behind it becomes "\".
+std::string CollapseBackslashes(const std::string& path);
+// The text without its last four characters (an extension such as ".obk"); "" if it is shorter.
+std::string WithoutExtension(const std::string& name);
+// True for "\\server\share...".
+bool IsNetworkPath(const std::string& path);
+// What free space is asked for: the whole text of a network path, else its first two characters.
+std::string DriveOf(const std::string& path);
+
+}  // namespace quorvale

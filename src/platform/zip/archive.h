@@ -1,0 +1,120 @@
+// The archive component: the one place that knows the Zip format.
+//
+// It is used like a control: set the properties, call an operation, look at its result. Events
+// come on the caller's thread, whatever threads work inside. Names have "\" here and "/" on disk;
+// they are matched without regard to case.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/system_info.h"
+
+namespace quorvale::zip {
+
+enum class Result : int {
+  kDone = 0,
+  kNoSpace = 506,           // the target's drive is full
+  kNoTemporarySpace = 507,  // the drive for temporary files is full
+  kAborted = 518,
+  kWarnings = 526,       // done, but something was left out
+  kWrongPassword = 527,  // a password is wrong or missing
+  kFailed = 1000,        // anything else: no archive, damaged, not readable, not writable
+};
+
+enum class Operation { kNone = 0, kZipping = 1, kUnzipping = 2, kTesting = 3, kListing = 4 };
+
+// One entry of an archive's directory.
+struct Entry {
+  std::string name;  // "\" between components; a folder's name ends in "\"
+  bool is_folder = false;
+  bool encrypted = false;
+  std::uint64_t size = 0;             // bytes before compression
+  std::uint64_t compressed_size = 0;  // bytes in the archive
+  std::uint32_t attributes = 0;       // file_attribute bits
+  std::uint32_t crc = 0;
+  FileTime modified = 0;
+};
+
+// What is about to be stored or written.
+struct BeforeFile {
+  std::string source;       // zipping: the source path. Unzipping: the entry's name.
+  std::string entry_name;   // zipping: the name it is to get; may be changed
+  std::string destination;  // unzipping: the full path it is to be written to; may be changed
+  bool exclude = false;     // set to leave it out
+};
+
+class Archive {
+ public:
+  Archive(Files& files, SystemInfo& system);
+  ~Archive();
+  Archive(const Archive&) = delete;
+  Archive& operator=(const Archive&) = delete;
+
+  // Properties.
+  std::string archive_name;  // full path
+  // Zipping: source paths in the order of the archive; one that ends in "\" is a folder entry, and
+  // so is one that ends in "\*.*", which is reported without the "*.*".
+  // Unzipping, testing, listing: entry names; "*" stands for any run of characters, also for "\".
+  // Empty: all.
+  std::vector<std::string> files_to_process;
+  std::string password;  // UTF-8; used for zipping only when `encrypt` is set
+  bool encrypt = false;
+  int level = 6;                 // 9, 6, 1 or 0
+  std::uint64_t split_size = 0;  // bytes of a part; 0: one file
+  std::string unzip_folder;      // where entries go unless the event says otherwise
+  bool preserve_paths = true;    // false: only the last component of an entry's name counts
+  bool skip_existing = false;    // unzipping: leave a file that is there already
+  // Unzipping: entries of one name are all offered, in their order; otherwise only the last one.
+  bool every_of_one_name = false;
+  std::uint32_t required_attributes = 0;  // only entries with all of these
+  std::uint32_t excluded_attributes = 0;  // no entries with any of these
+  int worker_threads = -1;  // -1: one for each processor, none where there is only one
+
+  // Set from an event (or a pump inside one) to end the operation with kAborted. Cleared when an
+  // operation starts.
+  bool abort = false;
+
+  // Events. Each may pump messages.
+  std::function<void(BeforeFile&)> on_before_file;
+  std::function<void(int percent)> on_file_progress;   // within the present file
+  std::function<void(int percent)> on_total_progress;  // of all bytes of the operation
+  std::function<void(const std::string& name, const std::string& reason)> on_warning;
+
+  Operation current_operation() const { return operation_; }
+
+  // Sets all properties to their defaults; the events stay.
+  void ResetDefaults();
+
+  // Makes the archive. It is written under a temporary name beside its target and takes its name
+  // only when it is complete and has been read back. A source that is missing or cannot be read
+  // is left out with a warning; so is the unread rest of one that shrinks meanwhile. kFailed if
+  // nothing at all could be stored. kNoTemporarySpace: the new archive does not fit beside the old
+  // one of its name. A split archive "x.obk" has its first parts in "x.z01", "x.z02", ...
+  Result Zip();
+  // Writes the entries that files_to_process names. An entry whose name would climb out of the
+  // folder, is absolute, or is no name a file can have, is left out with a warning. A file that
+  // is replaced is either the whole old or the whole new one. Of two entries of one name the last
+  // counts. A damaged entry is left out, the others are written, and the result is kFailed; so it
+  // is if no entry has one of the names, or if none could be written.
+  Result Unzip();
+  // Reads every named entry and compares its check value; writes nothing. The classic cipher lets
+  // one wrong password of 256 pass; where then no data unpacks, it is taken for a wrong password,
+  // unless other entries have proved the password right. A part of a split archive that is missing
+  // is named by a warning.
+  Result Test();
+  // Reads the directory only. kFailed if this is no archive.
+  Result List(std::vector<Entry>* entries);
+
+ private:
+  Result Perform(Operation operation, const std::function<Result()>& work);
+
+  Files& files_;
+  SystemInfo& system_;
+  Operation operation_ = Operation::kNone;
+};
+
+}  // namespace quorvale::zip

@@ -1,0 +1,47 @@
+// Compresses blocks with libdeflate, which makes whole streams only, and turns such a stream into a
+// piece that others can follow.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/zip/bytes.h"
+
+struct libdeflate_compressor;
+
+namespace quorvale::zip {
+
+// What an entry is cut into. A block is compressed by one thread in one go.
+inline constexpr std::size_t kBlockSize = 1024 * 1024;
+
+// Ends a stream made of joined pieces: an empty last block.
+inline const std::string kStreamEnd("\x03\x00", 2);
+
+// One is used by one thread at a time.
+class BlockCompressor {
+ public:
+  explicit BlockCompressor(int level);
+  ~BlockCompressor();
+  BlockCompressor(const BlockCompressor&) = delete;
+  BlockCompressor& operator=(const BlockCompressor&) = delete;
+
+  // A whole deflate stream. Empty if it would not be shorter than the data.
+  Bytes CompressWhole(const Bytes& data);
+  // A piece of a deflate stream: it ends at a byte, and pieces one after the other with kStreamEnd
+  // behind them are one stream. Data that does not shrink becomes stored blocks.
+  Bytes CompressPiece(const Bytes& data);
+
+ private:
+  struct Inflater;
+
+  // Takes the mark of the last block from a stream and pads it to a byte. Each byte that the
+  // stream unpacks to is compared with the data on the way. False if it is not the data.
+  bool MakePiece(Bytes* stream, const Bytes& data);
+
+  libdeflate_compressor* compressor_;
+  std::unique_ptr<Inflater> inflater_;
+};
+
+}  // namespace quorvale::zip

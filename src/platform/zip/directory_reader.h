@@ -1,0 +1,36 @@
+// Finds and reads an archive's directory.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/system_info.h"
+#include "platform/zip/archive_input.h"
+#include "platform/zip/zip_format.h"
+
+namespace quorvale::zip {
+
+struct Directory {
+  std::unique_ptr<ArchiveInput> input;
+  std::vector<Record> records;
+  // Bytes that stand before the archive in its file (a self-extracting program, say); the offsets
+  // of the records do not count them.
+  std::uint64_t bias = 0;
+
+  // Where the local header of a record stands in `input`. False if that is outside.
+  bool Locate(const Record& record, std::uint64_t* position) const;
+};
+
+// Reads the directory of the archive. False if this is no archive or a damaged one; `missing_part`
+// then names a part that is not there, if that is the reason. A directory of more than 256 MiB is
+// refused.
+bool ReadDirectory(Files& files, SystemInfo& system, const std::string& archive_name,
+                   Directory* directory, std::string* missing_part);
+
+// The same for parts under names of their own.
+bool ReadDirectoryOfParts(Files& files, SystemInfo& system,
+                          const std::vector<std::string>& part_paths, Directory* directory);
+
+}  // namespace quorvale::zip

@@ -1,0 +1,96 @@
+#include "platform/registry_editor.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes.h"
+
+namespace quorvale {
+namespace {
+
+class RegistryEditorTest : public testing::Test {
+ protected:
+  FakeShell shell_;
+  FakeSystem system_;
+  int pumps_ = 0;
+  RegistryEditor editor_{shell_, system_, [this] { ++pumps_; }};
+};
+
+TEST_F(RegistryEditorTest, ExportIsAHiddenRun) {
+  editor_.Export("C:\\My Data\\a.reg", "HKEY_CURRENT_USER\\Software\\X Y", false);
+  ASSERT_EQ(1u, shell_.commands.size());
+  EXPECT_EQ("regedit.exe /s /e \"C:\\My Data\\a.reg\" \"HKEY_CURRENT_USER\\Software\\X Y\"",
+            shell_.commands[0]);
+  EXPECT_EQ(WindowStyle::kHidden, shell_.styles[0]);
+}
+
+TEST_F(RegistryEditorTest, ExportWithRaisedRightsAsksTheShell) {
+  editor_.Export("C:\\a.reg", "HKEY_CURRENT_USER\\X", true);
+  ASSERT_EQ(1u, shell_.commands.size());
+  EXPECT_EQ("runas|regedit.exe|/e \"C:\\a.reg\" \"HKEY_CURRENT_USER\\X\"||0", shell_.commands[0]);
+}
+
+TEST_F(RegistryEditorTest, ImportIsAHiddenRun) {
+  editor_.Import("C:\\a.reg");
+  ASSERT_EQ(1u, shell_.commands.size());
+  EXPECT_EQ("regedit.exe /s /c \"C:\\a.reg\"", shell_.commands[0]);
+  EXPECT_EQ(WindowStyle::kHidden, shell_.styles[0]);
+}
+
+TEST_F(RegistryEditorTest, StartingDoesNotWait) {
+  editor_.Export("C:\\a.reg", "HKEY_CURRENT_USER\\X", false);
+  editor_.Import("C:\\a.reg");
+  EXPECT_EQ(0u, system_.ticks);
+  EXPECT_EQ(0, pumps_);
+}
+
+TEST_F(RegistryEditorTest, WaitLetsEveryRunEndAndPumps) {
+  shell_.polls = 5;
+  editor_.Export("C:\\a.reg", "HKEY_CURRENT_USER\\X", false);
+  editor_.Export("C:\\b.reg", "HKEY_CURRENT_USER\\Y", true);
+  editor_.WaitForRuns();
+  EXPECT_LT(shell_.left[1], 0);
+  EXPECT_LT(shell_.left[2], 0);
+  EXPECT_EQ(10, pumps_);
+  const std::uint64_t after = system_.ticks;
+  editor_.WaitForRuns();
+  EXPECT_EQ(after, system_.ticks);
+}
+
+TEST_F(RegistryEditorTest, RunThatNeverEndsIsWaitedForThirtySeconds) {
+  shell_.polls = 1 << 30;
+  editor_.Import("C:\\a.reg");
+  editor_.Import("C:\\b.reg");
+  editor_.WaitForRuns();
+  EXPECT_GE(system_.ticks, 60000u);
+  EXPECT_LT(system_.ticks, 61000u);
+}
+
+TEST_F(RegistryEditorTest, RefusedRunIsNotWaitedFor) {
+  shell_.refuses = true;
+  editor_.Import("C:\\a.reg");
+  editor_.Export("C:\\a.reg", "HKEY_CURRENT_USER\\X", true);
+  editor_.WaitForRuns();
+  EXPECT_EQ(0u, system_.ticks);
+}
+
+TEST(RegistryEditorReentry, WaitInsideAWaitEnds) {
+  FakeShell shell;
+  FakeSystem system;
+  shell.polls = 4;
+  RegistryEditor* inner = nullptr;
+  int depth = 0;
+  RegistryEditor editor(shell, system, [&] {
+    if (++depth == 1) {
+      inner->Import("C:\\second.reg");
+      inner->WaitForRuns();
+    }
+  });
+  inner = &editor;
+  editor.Import("C:\\first.reg");
+  editor.WaitForRuns();
+  EXPECT_LT(shell.left[1], 0);
+  EXPECT_LT(shell.left[2], 0);
+}
+
+}  // namespace
+}  // namespace quorvale

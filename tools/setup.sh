@@ -1,0 +1,108 @@
+#!/usr/bin/env bash
+# Installs what building and testing need and the machine lacks. Does nothing on a machine that
+# has it all.
+#
+#   tools/setup.sh host      what the console edition and its tests need
+#   tools/setup.sh windows   that, and what the Windows program and its tests need
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. tools/apt.sh
+
+level=${1:-windows}
+cache=$PWD/build/cache
+
+host_packages=(
+  ca-certificates ccache clang clang-format cmake g++ libbenchmark-dev libclang-rt-14-dev
+  libdeflate-dev libgtest-dev ninja-build p7zip-full pigz python3 unzip zip zlib1g-dev)
+windows_packages=(
+  dpkg-dev fonts-liberation fonts-wine g++-mingw-w64-i686-win32 googletest imagemagick
+  librsvg2-bin libz-mingw-w64-dev make x11-utils xauth xdotool xvfb)
+wine_packages=(
+  wine wine32:i386 libxcomposite1:i386 libxcursor1:i386 libxfixes3:i386 libxi6:i386
+  libxinerama1:i386 libxrandr2:i386 libxrender1:i386)
+wine64_packages=(g++-mingw-w64-x86-64-win32 wine wine64)
+
+install_packages() {
+  local missing
+  missing=$(missing_packages "$@")
+  [ -z "$missing" ] && return 0
+  say "installing:" $missing
+  apt_update
+  apt_get install -y --no-install-recommends $missing
+}
+
+# 32-bit Wine needs the i386 twins of libraries that are installed already, in equal versions.
+# With all of the machine's suites that fails where the i386 index of one suite is broken, so the
+# second try takes the main and updates suites alone, and the third may also take a library back
+# to their version.
+install_wine() {
+  local missing
+  missing=$(missing_packages "${wine_packages[@]}")
+  [ -z "$missing" ] && return 0
+  if ! dpkg --print-foreign-architectures | grep -qx i386; then
+    say "adding the i386 architecture, for 32-bit Wine"
+    as_root dpkg --add-architecture i386
+  fi
+  say "installing:" $missing
+  apt_update
+  if apt_get install -y --no-install-recommends $missing; then return 0; fi
+  say "that did not work: trying the main and updates suites alone"
+  write_private_sources "$cache/apt-main" deb
+  private_apt_get "$cache/apt-main" update
+  if private_apt_get "$cache/apt-main" install -y --no-install-recommends $missing; then
+    return 0
+  fi
+  say "that did not work: trying again, with leave to take libraries back to those suites"
+  printf 'Package: *\nPin: release *\nPin-Priority: 1001\n' > "$cache/apt-main/preferences"
+  if private_apt_get "$cache/apt-main" -o Dir::Etc::preferences="$cache/apt-main/preferences" \
+    install -y --no-install-recommends --allow-downgrades $missing; then
+    return 0
+  fi
+  say "32-bit Wine cannot be had on this machine"
+  return 1
+}
+
+# The fast deflate library, built for Windows (TRIPLE) from the distribution's source package.
+build_libdeflate() {
+  local triple=$1 flags=$2 prefix=$cache/$1
+  [ -f "$prefix/lib/libdeflate.a" ] && [ -f "$prefix/include/libdeflate.h" ] && return 0
+  say "building libdeflate for $triple from the distribution's source package"
+  local work=$cache/libdeflate-source
+  rm -rf "$work"
+  mkdir -p "$work" "$prefix/lib" "$prefix/include"
+  write_private_sources "$cache/apt-source" deb-src
+  private_apt_get "$cache/apt-source" update
+  (
+    cd "$work"
+    private_apt_get_as_user "$cache/apt-source" source --only-source libdeflate
+    cd libdeflate-*/
+    make CC=$triple-gcc-win32 AR=$triple-ar CFLAGS="-O2 $flags" \
+      libdeflatestatic.lib
+    cp libdeflate.h "$prefix/include/"
+    # Takes its name last: a copy that was broken off is no library.
+    cp libdeflatestatic.lib "$prefix/lib/libdeflate.a.new"
+    mv "$prefix/lib/libdeflate.a.new" "$prefix/lib/libdeflate.a"
+  )
+  rm -rf "$work"
+}
+
+mkdir -p "$cache"
+case $level in
+  host) install_packages "${host_packages[@]}" ;;
+  windows)
+    install_packages "${host_packages[@]}" "${windows_packages[@]}"
+    build_libdeflate i686-w64-mingw32 -march=i686
+    if install_wine; then
+      rm -f "$cache/windows-target"
+    else
+      say "*** the Windows tests will run as x86-64 programs under 64-bit Wine ***"
+      install_packages "${wine64_packages[@]}"
+      build_libdeflate x86_64-w64-mingw32 ""
+      echo x86_64 > "$cache/windows-target"
+    fi
+    ;;
+  *)
+    echo "usage: tools/setup.sh host|windows" >&2
+    exit 2
+    ;;
+esac
