@@ -1,0 +1,47 @@
+// The command line of the console edition, read.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quorvale {
+
+enum class ConsoleCommand {
+  kHelp,
+  kMachineNew,
+  kMachineSample,
+  kDemo,
+  kTree,
+  kBackup,
+  kQuick,
+  kShow,
+  kRestore,
+  kScenario,
+};
+
+struct ConsoleOptions {
+  ConsoleCommand command = ConsoleCommand::kHelp;
+  std::string machine;  // --machine: the machine folder
+  std::string target;   // the word behind the command: a folder, a name, a file
+  std::string like = "xp";
+  std::string user = "Anna";
+  bool all = false;
+  std::vector<std::string> ticks, add_folders, add_files;
+  std::string to;
+  std::string level;  // maximum, normal, low, none; "" leaves the page's choice
+  std::string password;
+  bool log = false;
+  bool keep = false;  // leave restored data files in the restore folder
+  bool no_restore_folder = false;
+  std::optional<bool> answer;  // --yes, --no
+};
+
+// Nothing, with the reason, if the words are no command.
+std::optional<ConsoleOptions> ReadConsoleOptions(const std::vector<std::string>& arguments,
+                                                 std::string* problem);
+
+// What all commands are, for a person.
+const char* ConsoleUsage();
+
+}  // namespace quorvale

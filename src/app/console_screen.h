@@ -1,0 +1,36 @@
+// What the console edition shows of a computer's screen: message boxes as lines, questions, the
+// progress of a run.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/computer.h"
+#include "app/console.h"
+#include "app/progress_bar.h"
+
+namespace quorvale {
+
+class ConsoleScreen {
+ public:
+  // `answer` is the answer to all questions; nothing: they are asked, or answered No where nobody
+  // can be asked.
+  ConsoleScreen(Computer& computer, Terminal& terminal, std::optional<bool> answer);
+  ~ConsoleScreen();
+  ConsoleScreen(const ConsoleScreen&) = delete;
+  ConsoleScreen& operator=(const ConsoleScreen&) = delete;
+
+ private:
+  ui::Answer AnswerBox(const ui::MessageBoxRequest& request);
+  ui::Answer Ask();
+  void OnPump();
+  void PressStop();
+
+  Computer& computer_;
+  Terminal& terminal_;
+  std::optional<bool> answer_;
+  ProgressBarLine progress_;
+  bool stopping_ = false;
+};
+
+}  // namespace quorvale

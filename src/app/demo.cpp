@@ -1,0 +1,172 @@
+#include "app/demo.h"
+
+#include <stdlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <ostream>
+
+#include "app/computer.h"
+#include "app/console_screen.h"
+#include "app/new_machine.h"
+#include "app/round_trip.h"
+#include "app/sample_machine.h"
+#include "app/wizard.h"
+#include "platform/text.h"
+#include "platform/zip/archive.h"
+
+namespace quorvale {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t kListedEntries = 25;
+constexpr size_t kListedDifferences = 20;
+
+class Demo {
+ public:
+  Demo(const fs::path& folder, Terminal& terminal) : folder_(folder), terminal_(terminal) {
+    source_plan_.like = "xp";
+    source_plan_.user = "Anna";
+    target_plan_.like = "xp";
+    target_plan_.user = "Bernd";
+    target_plan_.computer = "LAPTOP";
+    target_plan_.identity = "{B7D2E8A4-1F36-4C09-8E57-93A1D04C6F22}";
+    target_plan_.drives = {{"C", "fixed"}, {"D", "fixed"}, {"F", "removable"}};
+  }
+
+  ExitStatus Run() {
+    const bool well = MakeMachines() && Backup() && List() && Restore() && Verify();
+    if (stopped_) return ExitStatus::kStopped;
+    return well ? ExitStatus::kDone : ExitStatus::kFailed;
+  }
+
+ private:
+  bool Fail(const std::string& sentence) {
+    terminal_.error << "quorvale: " << sentence << "\n";
+    return false;
+  }
+  bool Well(Outcome outcome, const Wizard& wizard, const std::string& otherwise) {
+    if (outcome == Outcome::kDone) return true;
+    stopped_ = outcome == Outcome::kStopped;
+    return Fail(wizard.problem().empty() ? otherwise : wizard.problem());
+  }
+  std::ostream& Say() { return terminal_.out; }
+
+  bool MakeMachines() {
+    const std::string source = (folder_ / "first").string();
+    const std::string target = (folder_ / "second").string();
+    std::string problem = MakeMachine(source, source_plan_);
+    if (problem.empty()) problem = MakeMachine(target, target_plan_);
+    if (!problem.empty()) return Fail(problem);
+    source_ = Computer::Open(source, &problem);
+    target_ = Computer::Open(target, &problem);
+    if (!source_ || !target_) return Fail(problem);
+    if (!FillSample(source_->platform(), source_plan_)) {
+      return Fail(source + " could not be filled.");
+    }
+    Say() << "A computer with Windows XP, its user " << source_plan_.user << ", is in " << source
+          << ".\n";
+    return true;
+  }
+
+  bool Backup() {
+    Say() << "\nEverything on it is backed up:\n" << std::flush;
+    const ConsoleScreen screen(*source_, terminal_, true);
+    BackupJob job;
+    job.name = "Everything of " + source_plan_.user;
+    job.all = true;
+    job.to = folder_.string();
+    job.log = true;
+    const SampleExtras extras = ExtrasOf(source_plan_);
+    job.add_folders = extras.folders;
+    job.add_files = extras.files;
+    Wizard wizard(*source_);
+    if (!Well(wizard.Backup(job), wizard, "the backup was not made.")) return false;
+    archive_ = (folder_ / (job.name + ".obk")).string();
+    return true;
+  }
+
+  bool List() {
+    zip::Archive archive(source_->platform().files, source_->platform().system);
+    archive.archive_name = ComputerPath(archive_);
+    std::vector<zip::Entry> entries;
+    if (archive.List(&entries) != zip::Result::kDone) return Fail(archive_ + " cannot be listed.");
+    std::uint64_t bytes = 0;
+    for (const zip::Entry& entry : entries) bytes += entry.size;
+    Say() << "\nThe backup holds " << entries.size() << " entries of " << bytes / 1024
+          << " KB, among them:\n";
+    const size_t step = std::max<size_t>(1, entries.size() / kListedEntries);
+    for (size_t i = 0; i < entries.size(); i += step) {
+      Say() << "  " << entries[i].name << "  " << entries[i].size << "\n";
+    }
+    return true;
+  }
+
+  bool Restore() {
+    Say() << "\nIt is restored onto a new computer, its user " << target_plan_.user << ":\n"
+          << std::flush;
+    const ConsoleScreen screen(*target_, terminal_, true);
+    RestoreJob job;
+    job.file = archive_;
+    job.all = true;
+    Wizard wizard(*target_);
+    if (!Well(wizard.Restore(job), wizard, "the backup was not restored.")) return false;
+    const std::string problem = target_->EndProgram();
+    return problem.empty() || Fail(problem);
+  }
+
+  bool Verify() {
+    RoundTrip round_trip(*source_, source_plan_, *target_, target_plan_);
+    const RoundTripVerdict verdict = round_trip.Compare();
+    for (size_t i = 0; i < verdict.differences.size() && i < kListedDifferences; ++i) {
+      Say() << "  " << verdict.differences[i] << "\n";
+    }
+    if (verdict.differences.size() > kListedDifferences) {
+      Say() << "  and " << verdict.differences.size() - kListedDifferences << " more\n";
+    }
+    Say() << "\n"
+          << verdict.present_folders << " of " << verdict.folders << " folders present.\n"
+          << verdict.identical_files << " of " << verdict.files << " files identical, "
+          << verdict.present_keys << " of " << verdict.keys << " registry keys present.\n"
+          << "The backup is left at " << archive_ << ".\n";
+    return verdict.AllWell();
+  }
+
+  const fs::path folder_;
+  Terminal& terminal_;
+  MachinePlan source_plan_, target_plan_;
+  std::unique_ptr<Computer> source_, target_;
+  std::string archive_;
+  bool stopped_ = false;
+};
+
+// Removes the machines but not the backup.
+void RemoveMachines(const fs::path& folder) {
+  std::error_code error;
+  fs::remove_all(folder / "first", error);
+  fs::remove_all(folder / "second", error);
+}
+
+}  // namespace
+
+ExitStatus RunDemo(const std::string& folder, Terminal& terminal) {
+  std::error_code error;
+  fs::path place = folder;
+  if (folder.empty()) {
+    std::string pattern = (fs::temp_directory_path(error) / "quorvale_demo_XXXXXX").string();
+    if (error || mkdtemp(pattern.data()) == nullptr) {
+      terminal.error << "quorvale: no folder for temporary files can be made.\n";
+      return ExitStatus::kFailed;
+    }
+    place = pattern;
+  } else {
+    fs::create_directories(place, error);
+  }
+  const ExitStatus status = Demo(fs::absolute(place, error), terminal).Run();
+  if (folder.empty()) RemoveMachines(place);
+  return status;
+}
+
+}  // namespace quorvale

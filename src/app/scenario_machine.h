@@ -1,0 +1,18 @@
+// The machine that a scenario starts from: small, and with something of everything in it.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "app/computer.h"
+
+namespace quorvale {
+
+// Makes it in a folder of this host. `like` and `user` are those of the scenario's "machine" act;
+// `number` tells the machines of one scenario apart, from 1: each has an identity of its own. Null
+// with a sentence if it cannot be made.
+std::unique_ptr<Computer> MakeScenarioMachine(const std::string& folder, const std::string& like,
+                                              const std::string& user, int number,
+                                              std::string* problem);
+
+}  // namespace quorvale

@@ -1,0 +1,55 @@
+// The backup settings file: a small text, XML by appearance only, that says what a backup holds.
+// Written line by line without escaping, in the system's code page with CR LF; read by position.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quorvale {
+
+class Application;
+
+struct SettingsItem {
+  std::string path;  // the tree path
+  std::string key;   // the first attribute
+};
+
+// What a reader finds, by position.
+struct SettingsFile {
+  std::string process_name;
+  std::string backup_folder;               // child 2 of Main
+  std::vector<SettingsItem> items;         // child 3
+  std::vector<std::string> options;        // child 4: log, compression, level, password, protection
+  std::optional<std::string> backup_name;  // these three only in hand-over files
+  std::optional<std::string> backup_type;
+  std::optional<std::string> backup_path;
+};
+
+// Reads the text (UTF-8) of any variant that parses. Unescaped "&", "<" and quotes in paths and
+// keys are read as they stand. False if there is no Main element.
+bool ParseSettings(std::string_view text, SettingsFile* settings);
+// The same from a file in the system's code page. False also if it is missing.
+bool ReadSettingsFile(Application& app, const std::string& path, SettingsFile* settings);
+
+// Where the settings file of the present job lies in its staging folder.
+std::string StagedSettingsPath(const std::string& stage, const Application& app);
+
+// The canonical file from the session; nothing is written if the file exists.
+void WriteBackupSettings(Application& app, const std::string& path);
+// The variant of the quick page.
+void WriteQuickSettings(Application& app, const std::string& path);
+// Hand-over files; an existing one is deleted first, and nothing is written if it stays.
+void SaveJobState(Application& app, const std::string& path);
+void SaveTreeState(Application& app, const std::string& path);
+void WriteRestartSettings(Application& app, const std::string& path, const std::string& word);
+void SaveScheduleState(Application& app, const std::string& path, const std::string& word);
+// Logs for the log page; an existing one is replaced.
+// Both kinds of log of a job stand in one file, the later in place of the earlier.
+std::string BackupLogPath(const Application& app);
+void WriteReviewLog(Application& app, const std::string& path);
+void WriteRunLog(Application& app, const std::string& path,
+                 const std::vector<std::string>& skipped);
+
+}  // namespace quorvale

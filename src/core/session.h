@@ -1,0 +1,112 @@
+// The state that the pages share: what one page commits, later pages and the engines read.
+//
+// Fields that reach files as "True" and "False" are kept as those words. Unloading the pages
+// leaves the session as it was; the next job overwrites it.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/shell.h"
+
+namespace quorvale {
+
+// One file that goes into the archive. A mapping of a whole folder ends in "*.*".
+struct FileArr {
+  std::string SourceFilePath;
+  std::string DestFilePath;  // the entry name
+};
+
+// Every file of a job, found by its source path (case-sensitive, as it was added).
+class FileCollection {
+ public:
+  // False, with nothing changed, if the source is there already.
+  bool Add(const FileArr& file);
+  // The destination of a source path, or "".
+  std::string FindStagedDest(const std::string& source) const;
+  size_t Count() const { return by_source_.size(); }
+  void Clear() { by_source_.clear(); }
+
+ private:
+  std::map<std::string, std::string> by_source_;
+};
+
+// The item of the backup that a restore row stands for, as the settings file holds it.
+struct RestoreOrigin {
+  std::string path;
+  std::string key;
+  // Items of the settings file can have one entry name: this one's place among them, and how many
+  // there are.
+  size_t occurrence = 0;
+  size_t of = 1;
+};
+
+struct RestoreRow {
+  std::string item;      // column 0: the item's name as the restore routines expect it
+  std::string location;  // column 1: where it belongs on this computer
+  size_t place = 0;      // the row of gRestoreItemOrigins that belongs to it
+};
+
+struct Session {
+  // Run-wide.
+  std::string gAppDataPath;  // no trailing backslash
+  std::string gOSName;
+  bool gStopRequested = false;
+
+  // Backup job.
+  std::string gBackupProcessName;
+  std::string gBackupProcessDesc;
+  std::string gBackupName;
+  std::string gBackupFolder;
+  std::vector<std::string> gBackupItemPaths;
+  std::vector<std::string> gBackupItemKeys;
+  std::string gLogDetails;
+  std::string gUseCompression;
+  std::string gCompressionLevel;
+  std::string gArchivePassword;
+  std::string gProtectWithPassword;
+  std::string gBackupFileName;
+  std::string gBackupBasePath;
+  std::string gUniqueSuffix;
+  std::string gDeliverySource;
+  double gBackupTotalSize = 0;      // units of 1048576 bytes
+  double gBackupEstimatedSize = 0;  // units of 1048576 bytes
+  double gSelectedFolderBytes = 0;
+  double gFreeBytes = 0;
+  bool gDriveInfoFailed = false;
+  bool gAnyItemChecked = false;
+  bool gBackupTreeChanged = false;
+  bool gMediaFtp = false;
+  bool gMediaDisc = false;
+  int gMediaDiscCount = 0;
+  bool gBackupZipBusy = false;
+  FileCollection gFileCollection;
+
+  // Restore job.
+  std::string gRestoreProcessName;
+  std::string gRestoreProcessDesc;
+  std::string gRestoreFilePath;
+  std::string gRestoreFolder;
+  std::string gRestorePassword;
+  std::string gRestoreLogDetails;
+  std::string gRestoreUseCompression;
+  std::string gRestoreSelfExtracting;
+  std::string gRestoreProtectWithPassword;
+  std::string gRestoreSettingsField;
+  std::string gRestoreBackupFolder;
+  std::vector<std::string> gRestoreItemPaths;
+  std::vector<std::string> gRestoreItemKeys;
+  std::vector<std::string> gRestoreItemAux;
+  std::vector<std::string> gRestoreItemDest;
+  std::vector<RestoreOrigin> gRestoreItemOrigins;  // parallel to gRestoreItemPaths
+  std::vector<RestoreRow> gRestoreSelection;
+  bool gNoRestoreFolder = false;
+  bool gDefaultProfileSkipped = false;
+  bool gRestoreToDefaultFolders = false;
+  bool gRestoreFileBad = false;
+  bool gOutlookProfileEdited = false;
+};
+
+}  // namespace quorvale

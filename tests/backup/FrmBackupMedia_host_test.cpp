@@ -1,0 +1,345 @@
+#include "backup/FrmBackupMedia.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "backup/frmFinish.h"
+#include "backup/frmThree.h"
+#include "backup/frmfour.h"
+#include "core/FrmWelcome.h"
+#include "discovery/FrmTwo.h"
+#include "support/test_machine.h"
+
+namespace quorvale {
+namespace {
+
+class FakeFtp : public FtpClient {
+ public:
+  FtpState State() override { return state; }
+  bool Connect(const std::string& host, int port, const std::string& user,
+               const std::string& password) override {
+    calls.push_back(host + ":" + std::to_string(port) + " " + user + "/" + password);
+    if (!connects) return false;
+    state = FtpState::kConnected;
+    return true;
+  }
+  bool ChangeFolder(const std::string& folder) override {
+    calls.push_back("cd " + folder);
+    return has_folder;
+  }
+  void Disconnect() override {
+    calls.push_back("bye");
+    state = FtpState::kIdle;
+  }
+
+  FtpState state = FtpState::kIdle;
+  bool connects = true;
+  bool has_folder = true;
+  std::vector<std::string> calls;
+};
+
+class FakeDiscs : public DiscWriter {
+ public:
+  bool Initialise() override { return initialises; }
+  std::vector<DiscDrive> Drives() override { return drives; }
+  bool Open(int index) override {
+    opened = index;
+    return opens;
+  }
+  bool MediumLoaded() override { return medium; }
+  std::uint64_t FreeBytes() override { return free_bytes; }
+
+  bool initialises = true;
+  bool opens = true;
+  bool medium = true;
+  int opened = -1;
+  std::uint64_t free_bytes = 700ull * 1048576;
+  std::vector<DiscDrive> drives = {{0, false, "Reader", "Maker", "1.0"},
+                                   {3, true, "E", "Writer", "2.1"}};
+};
+
+// A program of its own on the machine, with an FTP client and a disc writer that obey.
+class MediaPage : public testing::Test {
+ protected:
+  MediaPage()
+      : platform_{machine_.platform().registry,
+                  machine_.platform().files,
+                  machine_.platform().shell,
+                  machine_.platform().system,
+                  machine_.platform().processes,
+                  machine_.platform().services,
+                  ftp_,
+                  discs_,
+                  machine_.platform().ui},
+        app_(platform_) {
+    app_.Get<FrmWelcome>().Show();
+    app_.session().gBackupItemPaths = {"Other Files", "Other Files\\My Documents"};
+    app_.session().gBackupItemKeys = {"Other Files", "C:\\Nothing\\"};
+    page_ = &app_.Get<FrmBackupMedia>();
+    page_->Show();
+  }
+  bool OnReviewPage() {
+    frmfour* review = app_.Loaded<frmfour>();
+    return review != nullptr && review->Visible() && !page_->Visible();
+  }
+  void Next() { page_->cmdNext.Click(); }
+  void ExpectRefused(const std::string& text) {
+    machine_.Expect(ui::Answer::kOk, text);
+    Next();
+    EXPECT_FALSE(OnReviewPage()) << text;
+    EXPECT_EQ(machine_.ui().pointer(), ui::Pointer::kDefault);
+  }
+  void FillFtp() {
+    page_->ChkFTP.Click();
+    page_->TxtHostname.text = "ftp.example.com";
+    page_->TxtUserName.text = "anna";
+    page_->TxtPassword.text = "pw";
+    page_->TxtRemoteDir.text = "/in";
+  }
+
+  TestMachine machine_;
+  FakeFtp ftp_;
+  FakeDiscs discs_;
+  Platform platform_;
+  Application app_;
+  FrmBackupMedia* page_ = nullptr;
+};
+
+TEST_F(MediaPage, OpensWithTheHardDisk) {
+  EXPECT_EQ(page_->ChkHardDisk.value, 1);
+  EXPECT_EQ(page_->ChkCDDVD.value, 0);
+  EXPECT_EQ(page_->ChkFTP.value, 0);
+  EXPECT_EQ(page_->txtpath.text.get(), app_.Get<FrmTwo>().txtpath.text.get());
+  EXPECT_FALSE(page_->cboDrives.enabled);
+  EXPECT_FALSE(page_->TxtHostname.enabled);
+  EXPECT_FALSE(page_->lblhost.visible);
+}
+
+TEST_F(MediaPage, TwoBoxesCannotBeTickedTogether) {
+  page_->ChkFTP.Click();
+  EXPECT_EQ(page_->ChkHardDisk.value, 0);
+  EXPECT_EQ(page_->ChkFTP.value, 1);
+  EXPECT_TRUE(page_->TxtHostname.enabled);
+  page_->ChkCDDVD.Click();
+  EXPECT_EQ(page_->ChkFTP.value, 0);
+  EXPECT_EQ(page_->ChkHardDisk.value, 0);
+  EXPECT_EQ(page_->ChkCDDVD.value, 1);
+  EXPECT_FALSE(page_->TxtHostname.enabled);
+  page_->ChkHardDisk.Click();
+  EXPECT_EQ(page_->ChkHardDisk.value, 1);
+  EXPECT_EQ(page_->ChkCDDVD.value, 0);
+  EXPECT_FALSE(page_->cboDrives.enabled);
+}
+
+TEST_F(MediaPage, TheHardDiskIsTheFallback) {
+  page_->ChkHardDisk.Click();
+  EXPECT_EQ(page_->ChkHardDisk.value, 1);
+  page_->ChkFTP.Click();
+  page_->ChkFTP.Click();
+  EXPECT_EQ(page_->ChkHardDisk.value, 1);
+  EXPECT_EQ(page_->ChkFTP.value, 0);
+}
+
+TEST_F(MediaPage, NothingTickedIsRefused) {
+  page_->ChkCDDVD.Click();
+  page_->ChkCDDVD.Click();
+  EXPECT_EQ(page_->ChkHardDisk.value, 0);
+  ExpectRefused("You have not selected any backup media");
+}
+
+TEST_F(MediaPage, TheHardDiskGoesOnToTheReview) {
+  app_.session().gMediaFtp = true;
+  app_.session().gMediaDisc = true;
+  Next();
+  EXPECT_TRUE(OnReviewPage());
+  EXPECT_FALSE(app_.session().gMediaFtp);
+  EXPECT_FALSE(app_.session().gMediaDisc);
+  EXPECT_TRUE(app_.Get<FrmWelcome>().lblBackupOptions[4]->bold);
+  EXPECT_EQ(app_.Get<frmfour>().lblnoitem.caption.get(), "Press next to begin Backup");
+}
+
+TEST_F(MediaPage, FtpFieldsAreCheckedInOrder) {
+  page_->ChkFTP.Click();
+  ExpectRefused("Host name cannot be blank");
+  EXPECT_EQ(page_->focused, &page_->TxtHostname);
+  page_->TxtHostname.text = "h";
+  page_->TxtPort.text = " ";
+  ExpectRefused("Port cannot be blank");
+  EXPECT_EQ(page_->TxtPort.text.get(), "21");
+  ExpectRefused("User name cannot be blank");
+  EXPECT_EQ(page_->focused, &page_->TxtUserName);
+  page_->TxtUserName.text = "u";
+  ExpectRefused("Password cannot be blank");
+  EXPECT_EQ(page_->focused, &page_->TxtPassword);
+  EXPECT_TRUE(ftp_.calls.empty());
+}
+
+TEST_F(MediaPage, APortThatIsNoNumberIsReplacedAndThePageWaits) {
+  FillFtp();
+  page_->TxtPort.text = "2x";
+  ExpectRefused("Port should contain only numeric values");
+  EXPECT_EQ(page_->TxtPort.text.get(), "21");
+}
+
+TEST_F(MediaPage, AnEmptyRemoteFolderBecomesARootVisibly) {
+  FillFtp();
+  page_->TxtRemoteDir.text = " ";
+  Next();
+  EXPECT_EQ(page_->TxtRemoteDir.text.get(), "/");
+  EXPECT_EQ(ftp_.calls.back(), "cd /");
+  EXPECT_TRUE(OnReviewPage());
+}
+
+TEST_F(MediaPage, AHostWithTheSchemeGivesTheSameConnection) {
+  for (const char* host : {"ftp.example.com", "ftp://ftp.example.com", "FTP://ftp.example.com",
+                           "ftp:\\\\ftp.example.com"}) {
+    ftp_.calls.clear();
+    ftp_.state = FtpState::kIdle;
+    FillFtp();
+    page_->TxtHostname.text = host;
+    Next();
+    EXPECT_EQ(ftp_.calls, (std::vector<std::string>{"ftp.example.com:21 anna/pw", "cd /in"}));
+    EXPECT_TRUE(app_.session().gMediaFtp);
+    page_->ChkHardDisk.value = 1;
+    page_->Show();
+  }
+}
+
+TEST_F(MediaPage, AnonymousUsesTheGuestAndDisablesTheBoxes) {
+  FillFtp();
+  page_->ChkAnonymous.Click();
+  EXPECT_FALSE(page_->TxtUserName.enabled);
+  EXPECT_FALSE(page_->TxtPassword.enabled);
+  page_->TxtUserName.text = "";
+  Next();
+  EXPECT_EQ(ftp_.calls.at(0), "ftp.example.com:21 anonymous/guest");
+  EXPECT_TRUE(OnReviewPage());
+}
+
+TEST_F(MediaPage, AnOpenConnectionIsClosedFirst) {
+  FillFtp();
+  ftp_.state = FtpState::kConnected;
+  Next();
+  EXPECT_EQ(ftp_.calls.at(0), "bye");
+}
+
+TEST_F(MediaPage, AFailedConnectionIsToldAndKeepsThePage) {
+  FillFtp();
+  for (bool connects : {false, true}) {
+    ftp_.connects = connects;
+    ftp_.has_folder = false;
+    ExpectRefused(
+        "There was error in FTP connection. Please check the FTP settings and try connection "
+        "again");
+    EXPECT_TRUE(page_->cmdNext.enabled);
+    EXPECT_TRUE(page_->cmdBack.enabled);
+    EXPECT_TRUE(page_->cmdCancel.enabled);
+    EXPECT_EQ(page_->focused, &page_->TxtHostname);
+    EXPECT_FALSE(app_.session().gMediaFtp);
+  }
+}
+
+TEST_F(MediaPage, ABusyClientLeavesWithoutAWord) {
+  ftp_.state = FtpState::kBusy;
+  Next();
+  EXPECT_FALSE(OnReviewPage());
+}
+
+TEST_F(MediaPage, OnlyWritersAreListedWithTheirTexts) {
+  page_->ChkCDDVD.Click();
+  ASSERT_EQ(page_->cboDrives.Count(), 1);
+  EXPECT_EQ(page_->cboDrives.Item(0), "E: Writer 2.1");
+  EXPECT_EQ(page_->cboDrives.ItemData(0), 3);
+  EXPECT_EQ(page_->cboDrives.list_index, 0);
+  EXPECT_EQ(discs_.opened, 3);
+  EXPECT_TRUE(page_->cboDrives.enabled);
+}
+
+TEST_F(MediaPage, WithoutAWriterTheHardDiskIsTickedAgain) {
+  discs_.drives.clear();
+  machine_.Expect(ui::Answer::kOk, "There are no compatible drives reported");
+  page_->ChkCDDVD.Click();
+  EXPECT_EQ(page_->ChkCDDVD.value, 0);
+  EXPECT_EQ(page_->ChkHardDisk.value, 1);
+  discs_.initialises = false;
+  machine_.Expect(ui::Answer::kOk, "Drives Cannot be initialized...Contact support!");
+  page_->ChkCDDVD.Click();
+  EXPECT_EQ(page_->ChkCDDVD.value, 0);
+  EXPECT_EQ(page_->ChkHardDisk.value, 1);
+}
+
+TEST_F(MediaPage, ADriveThatDoesNotOpenIsTold) {
+  discs_.opens = false;
+  machine_.Expect(ui::Answer::kOk, "Select a different drive...could not open selected drive!");
+  page_->ChkCDDVD.Click();
+}
+
+TEST_F(MediaPage, NoMediumIsTold) {
+  page_->ChkCDDVD.Click();
+  discs_.medium = false;
+  ExpectRefused("No Media Loaded on the disk drive!");
+  EXPECT_FALSE(app_.session().gMediaDisc);
+}
+
+TEST_F(MediaPage, AnEstimateThatFitsNeedsOneDisc) {
+  page_->ChkCDDVD.Click();
+  app_.session().gBackupEstimatedSize = 500;
+  machine_.Expect(ui::Answer::kOk, "One CD required");
+  Next();
+  EXPECT_TRUE(OnReviewPage());
+  EXPECT_TRUE(app_.session().gMediaDisc);
+  EXPECT_EQ(app_.session().gMediaDiscCount, 1);
+}
+
+TEST_F(MediaPage, ALargerEstimateIsCountedInOrdinaryDiscs) {
+  page_->ChkCDDVD.Click();
+  app_.session().gBackupEstimatedSize = 1500;
+  machine_.Expect(ui::Answer::kOk, "Total of 3  CD required");
+  Next();
+  EXPECT_EQ(app_.session().gMediaDiscCount, 3);
+}
+
+TEST_F(MediaPage, ADiscBackupGoesInPartsIntoItsOwnFolder) {
+  page_->ChkCDDVD.Click();
+  machine_.MakeFolder("C:\\Out\\Job");
+  app_.session().gBackupBasePath = "C:\\Out\\Job";
+  frmFinish& run = app_.Get<frmFinish>();
+  EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));  // there is no settings file
+  EXPECT_EQ(run.archive.archive_name, "C:\\Out\\CDBackup\\Job.obk");
+  EXPECT_EQ(run.archive.split_size, 600000000u);
+  EXPECT_TRUE(machine_.Exists("C:\\Out\\CDBackup"));
+}
+
+TEST_F(MediaPage, AHardDiskBackupIsOneFileBesideItsStage) {
+  app_.session().gBackupBasePath = "C:\\Out\\Job";
+  frmFinish& run = app_.Get<frmFinish>();
+  EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));
+  EXPECT_EQ(run.archive.archive_name, "C:\\Out\\Job.obk");
+  EXPECT_EQ(run.archive.split_size, 0u);
+}
+
+TEST_F(MediaPage, AMediumThatIsGoneAfterTheRunIsToldAndThePartsStay) {
+  page_->ChkCDDVD.Click();
+  app_.session().gMediaDisc = true;
+  discs_.medium = false;
+  app_.Get<FrmTwo>().txtpath.text = "C:\\Out";
+  app_.session().gBackupBasePath = "C:\\Out\\Job";
+  machine_.WriteFile("C:\\Out\\CDBackup\\Job.obk", "part");
+  machine_.Expect(ui::Answer::kOk,
+                  "No Media Loaded on the disk drive. Unable to write data to the disk\r\n"
+                  "Your backup is on C:\\Out\\CDbackup");
+  app_.Get<frmFinish>().CompressStage("C:\\Out\\Job");
+  EXPECT_FALSE(app_.session().gMediaDisc);
+  EXPECT_TRUE(machine_.Exists("C:\\Out\\CDBackup\\Job.obk"));
+}
+
+TEST_F(MediaPage, BackShowsTheOptions) {
+  page_->cmdBack.Click();
+  EXPECT_TRUE(app_.Get<frmThree>().Visible());
+  EXPECT_FALSE(page_->Visible());
+}
+
+}  // namespace
+}  // namespace quorvale
