@@ -1,0 +1,214 @@
+#include "platform/windows/shell.h"
+
+#include <algorithm>
+
+#include "platform/paths.h"
+#include "platform/text.h"
+#include "platform/windows/text_calls.h"
+
+namespace quorvale::windows {
+namespace {
+
+// The smallest answer of the system that stands for success, and its word for a refusal.
+constexpr int kStarted = 33;
+
+using FolderPathCall = BOOL(WINAPI*)(LPCITEMIDLIST, LPWSTR);
+
+std::string PathOfItem(LPCITEMIDLIST item) {
+  const auto wide_call =
+      HasUnicode() ? LookUp<FolderPathCall>("shell32.dll", "SHGetPathFromIDListW") : nullptr;
+  if (wide_call != nullptr) {
+    wchar_t path[MAX_PATH] = L"";
+    return wide_call(item, path) != 0 ? FromWide(path) : "";
+  }
+  char path[MAX_PATH] = "";
+  return SHGetPathFromIDListA(item, path) != 0 ? FromAnsi(path) : "";
+}
+
+WORD ShowCommand(WindowStyle style) {
+  switch (style) {
+    case WindowStyle::kHidden:
+      return SW_HIDE;
+    case WindowStyle::kMinimized:
+      return SW_SHOWMINIMIZED;
+    case WindowStyle::kNormal:
+      break;
+  }
+  return SW_SHOWNORMAL;
+}
+
+// "Ctrl+Alt+Q" as a link stores it: the key in the low byte, the modifiers in the high one.
+WORD HotKey(const std::string& text) {
+  WORD modifiers = 0;
+  WORD key = 0;
+  for (const std::string& part : Split(text, "+")) {
+    const std::string word = Trim(part);
+    if (EqualsNoCase(word, "Ctrl")) {
+      modifiers |= HOTKEYF_CONTROL;
+    } else if (EqualsNoCase(word, "Alt")) {
+      modifiers |= HOTKEYF_ALT;
+    } else if (EqualsNoCase(word, "Shift")) {
+      modifiers |= HOTKEYF_SHIFT;
+    } else if (word.size() == 1) {
+      key = static_cast<WORD>(static_cast<unsigned char>(word[0]) & ~0x20);
+      if (word[0] >= '0' && word[0] <= '9') key = static_cast<unsigned char>(word[0]);
+    } else if (word.size() > 1 && (word[0] == 'F' || word[0] == 'f')) {
+      key = static_cast<WORD>(VK_F1 + static_cast<int>(Val(word.substr(1))) - 1);
+    }
+  }
+  return key == 0 ? 0 : static_cast<WORD>(modifiers << 8 | key);
+}
+
+template <class Link, class Text>
+void FillLink(Link* object, const ShellLink& link, Text&& text) {
+  object->SetPath(text(link.target).c_str());
+  object->SetArguments(text(link.arguments).c_str());
+  object->SetWorkingDirectory(text(link.working_folder).c_str());
+  object->SetDescription(text(link.description).c_str());
+  object->SetIconLocation(text(link.target).c_str(), link.icon_index);
+  object->SetShowCmd(link.window_style);
+  object->SetHotkey(HotKey(link.hot_key));
+}
+
+}  // namespace
+
+WindowsShell::~WindowsShell() {
+  for (const auto& [id, process] : runs_) CloseHandle(process);
+}
+
+std::string WindowsShell::SpecialFolder(int folder) {
+  LPITEMIDLIST item = nullptr;
+  if (FAILED(SHGetSpecialFolderLocation(nullptr, folder, &item)) || item == nullptr) return "";
+  const std::string path = PathOfItem(item);
+  CoTaskMemFree(item);
+  constexpr size_t kRootLength = 3;  // "C:\\"
+  return path.size() > kRootLength ? WithoutBackslash(path) : path;
+}
+
+RunId WindowsShell::Remember(void* process) {
+  if (process == nullptr) return 0;
+  runs_.emplace(++last_run_, process);
+  return last_run_;
+}
+
+RunId WindowsShell::Run(const std::string& command_line, WindowStyle style) {
+  PROCESS_INFORMATION process = {};
+  BOOL started = FALSE;
+  if (HasUnicode()) {
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = ShowCommand(style);
+    std::wstring line = Wide(command_line);
+    started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                             &startup, &process);
+  } else {
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = ShowCommand(style);
+    std::string line = Ansi(command_line);
+    started = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                             &startup, &process);
+  }
+  if (started == 0) return 0;
+  CloseHandle(process.hThread);
+  return Remember(process.hProcess);
+}
+
+int WindowsShell::Execute(const std::string& verb, const std::string& file,
+                          const std::string& parameters, const std::string& folder, int show,
+                          RunId* run) {
+  HINSTANCE answer = nullptr;
+  HANDLE process = nullptr;
+  bool started = false;
+  if (HasUnicode()) {
+    const std::wstring wide_verb = Wide(verb), wide_file = Wide(file),
+                       wide_parameters = Wide(parameters), wide_folder = Wide(folder);
+    SHELLEXECUTEINFOW request = {};
+    request.cbSize = sizeof(request);
+    request.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    request.lpVerb = wide_verb.c_str();
+    request.lpFile = wide_file.c_str();
+    request.lpParameters = wide_parameters.c_str();
+    request.lpDirectory = wide_folder.c_str();
+    request.nShow = show;
+    started = ShellExecuteExW(&request) != 0;
+    answer = request.hInstApp;
+    process = request.hProcess;
+  } else {
+    const std::string ansi_verb = Ansi(verb), ansi_file = Ansi(file),
+                      ansi_parameters = Ansi(parameters), ansi_folder = Ansi(folder);
+    SHELLEXECUTEINFOA request = {};
+    request.cbSize = sizeof(request);
+    request.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+    request.lpVerb = ansi_verb.c_str();
+    request.lpFile = ansi_file.c_str();
+    request.lpParameters = ansi_parameters.c_str();
+    request.lpDirectory = ansi_folder.c_str();
+    request.nShow = show;
+    started = ShellExecuteExA(&request) != 0;
+    answer = request.hInstApp;
+    process = request.hProcess;
+  }
+  if (run != nullptr) {
+    *run = started ? Remember(process) : 0;
+  } else if (process != nullptr) {
+    CloseHandle(process);
+  }
+  const int code = static_cast<int>(reinterpret_cast<INT_PTR>(answer));
+  return started ? std::max(code, kStarted) : std::min(code, SE_ERR_DLLNOTFOUND);
+}
+
+bool WindowsShell::IsRunning(RunId run) {
+  const auto found = runs_.find(run);
+  if (found == runs_.end()) return false;
+  if (WaitForSingleObject(found->second, 0) == WAIT_TIMEOUT) return true;
+  CloseHandle(found->second);
+  runs_.erase(found);
+  return false;
+}
+
+bool WindowsShell::CreateLink(const ShellLink& link) {
+  void* created = nullptr;
+  const IID& kind = HasUnicode() ? IID_IShellLinkW : IID_IShellLinkA;
+  if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, kind, &created))) {
+    return false;
+  }
+  IUnknown* object = nullptr;
+  if (HasUnicode()) {
+    auto* wide_link = static_cast<IShellLinkW*>(created);
+    FillLink(wide_link, link, [](const std::string& text) { return Wide(text); });
+    object = wide_link;
+  } else {
+    auto* ansi_link = static_cast<IShellLinkA*>(created);
+    FillLink(ansi_link, link, [](const std::string& text) { return Ansi(text); });
+    object = ansi_link;
+  }
+  void* queried = nullptr;
+  bool saved = false;
+  if (SUCCEEDED(object->QueryInterface(IID_IPersistFile, &queried))) {
+    auto* file = static_cast<IPersistFile*>(queried);
+    saved = SUCCEEDED(file->Save(Wide(link.link_path).c_str(), TRUE));
+    file->Release();
+  }
+  object->Release();
+  return saved;
+}
+
+void WindowsShell::ShowHelp(const std::string& help_file, const std::string& topic) {
+  using HelpCall = HWND(WINAPI*)(HWND, LPCSTR, UINT, DWORD_PTR);
+  constexpr UINT kDisplayTopic = 0;
+  const std::string target = topic.empty() ? help_file : help_file + "::/" + topic;
+  if (const auto help = LookUp<HelpCall>("hhctrl.ocx", "HtmlHelpA")) {
+    help(GetDesktopWindow(), Ansi(target).c_str(), kDisplayTopic, 0);
+  } else {
+    Execute("Open", help_file, "", "", SW_SHOWNORMAL, nullptr);
+  }
+}
+
+void WindowsShell::PlaySoundFile(const std::string& path) {
+  sndPlaySoundA(Ansi(path).c_str(), SND_ASYNC);
+}
+
+}  // namespace quorvale::windows

@@ -1,0 +1,38 @@
+// Facts of the running system.
+#pragma once
+
+#include "platform/system_info.h"
+
+namespace quorvale::windows {
+
+// The full path of the running program's file.
+std::string ProgramFile();
+
+class WindowsSystemInfo : public SystemInfo {
+ public:
+  ~WindowsSystemInfo() override;
+
+  SystemVersion Version() override;
+  std::string UserName() override;
+  std::string ComputerName() override;
+  std::string Environment(const std::string& name) override;
+  std::string ProgramFolder() override;
+  std::string CommandLine() override;
+  bool PreviousInstanceRuns() override;
+  bool HoldInstanceMutex(const std::string& name) override;
+  LocalTime Now() override;
+  LocalTime ToLocal(FileTime time) override;
+  std::uint64_t Ticks() override;
+  void Sleep(int milliseconds) override;
+  std::string TimeText(const LocalTime& time) override;
+  std::string WeekdayName(int weekday) override;
+  std::string ToAnsi(const std::string& utf8) override;
+  std::string FromAnsi(const std::string& bytes) override;
+
+ private:
+  void* mutex_ = nullptr;
+  std::uint32_t last_ticks_ = 0;
+  std::uint64_t ticks_before_ = 0;  // of all earlier rounds of the system's 32-bit count
+};
+
+}  // namespace quorvale::windows

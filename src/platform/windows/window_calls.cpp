@@ -1,0 +1,147 @@
+#include "platform/windows/window_calls.h"
+
+#include "platform/windows/text_calls.h"
+
+namespace quorvale::windows {
+namespace {
+
+constexpr char kOwnClass[] = "QuorvaleWindow";
+constexpr char kObjectProperty[] = "QuorvaleObject";
+
+}  // namespace
+
+LRESULT Send(HWND window, UINT message, WPARAM w, LPARAM l) {
+  return HasUnicode() ? SendMessageW(window, message, w, l) : SendMessageA(window, message, w, l);
+}
+
+LRESULT SendText(HWND window, UINT message, WPARAM w, const std::string& text) {
+  if (HasUnicode()) {
+    return SendMessageW(window, message, w, reinterpret_cast<LPARAM>(Wide(text).c_str()));
+  }
+  return SendMessageA(window, message, w, reinterpret_cast<LPARAM>(Ansi(text).c_str()));
+}
+
+void SetText(HWND window, const std::string& text) {
+  if (HasUnicode()) {
+    SetWindowTextW(window, Wide(text).c_str());
+  } else {
+    SetWindowTextA(window, Ansi(text).c_str());
+  }
+}
+
+std::string TextOf(HWND window) {
+  if (HasUnicode()) {
+    std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+    return FromWide(text.substr(0, static_cast<size_t>(length)));
+  }
+  std::string text(static_cast<size_t>(GetWindowTextLengthA(window)) + 1, '\0');
+  const int length = GetWindowTextA(window, text.data(), static_cast<int>(text.size()));
+  return FromAnsi(text.substr(0, static_cast<size_t>(length)));
+}
+
+Window::~Window() { Destroy(); }
+
+Window* Window::Of(HWND window) {
+  return window == nullptr ? nullptr : static_cast<Window*>(GetPropA(window, kObjectProperty));
+}
+
+LRESULT Window::Handle(UINT message, WPARAM w, LPARAM l) { return Default(message, w, l); }
+
+LRESULT Window::Default(UINT message, WPARAM w, LPARAM l) {
+  if (HasUnicode()) {
+    return previous_ != nullptr ? CallWindowProcW(previous_, handle_, message, w, l)
+                                : DefWindowProcW(handle_, message, w, l);
+  }
+  return previous_ != nullptr ? CallWindowProcA(previous_, handle_, message, w, l)
+                              : DefWindowProcA(handle_, message, w, l);
+}
+
+LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM w, LPARAM l) {
+  if (message == WM_NCCREATE && Of(window) == nullptr) {
+    auto* object = static_cast<Window*>(reinterpret_cast<const CREATESTRUCTA*>(l)->lpCreateParams);
+    object->handle_ = window;
+    SetPropA(window, kObjectProperty, object);
+  }
+  Window* object = Of(window);
+  if (object != nullptr) return object->Handle(message, w, l);
+  return HasUnicode() ? DefWindowProcW(window, message, w, l)
+                      : DefWindowProcA(window, message, w, l);
+}
+
+void Window::RegisterOwnClass() {
+  static const ATOM registered = [] {
+    const HINSTANCE program = GetModuleHandleA(nullptr);
+    if (HasUnicode()) {
+      const std::wstring name = Wide(kOwnClass);
+      WNDCLASSW kind = {};
+      kind.style = CS_DBLCLKS;
+      kind.lpfnWndProc = Procedure;
+      kind.hInstance = program;
+      kind.hIcon = LoadIconA(program, "PROGRAM");
+      kind.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+      kind.lpszClassName = name.c_str();
+      return RegisterClassW(&kind);
+    }
+    WNDCLASSA kind = {};
+    kind.style = CS_DBLCLKS;
+    kind.lpfnWndProc = Procedure;
+    kind.hInstance = program;
+    kind.hIcon = LoadIconA(program, "PROGRAM");
+    kind.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    kind.lpszClassName = kOwnClass;
+    return RegisterClassA(&kind);
+  }();
+  static_cast<void>(registered);
+}
+
+void Window::MakeOwn(DWORD extended_style, DWORD style, HWND parent, const RECT& place,
+                     const std::string& text) {
+  RegisterOwnClass();
+  const HINSTANCE program = GetModuleHandleA(nullptr);
+  const int width = place.right - place.left;
+  const int height = place.bottom - place.top;
+  handle_ =
+      HasUnicode()
+          ? CreateWindowExW(extended_style, Wide(kOwnClass).c_str(), Wide(text).c_str(), style,
+                            place.left, place.top, width, height, parent, nullptr, program, this)
+          : CreateWindowExA(extended_style, kOwnClass, Ansi(text).c_str(), style, place.left,
+                            place.top, width, height, parent, nullptr, program, this);
+}
+
+void Window::MakeSystem(const char* class_name, DWORD extended_style, DWORD style, HWND parent,
+                        const RECT& place, const std::string& text) {
+  const HINSTANCE program = GetModuleHandleA(nullptr);
+  const int width = place.right - place.left;
+  const int height = place.bottom - place.top;
+  handle_ =
+      HasUnicode()
+          ? CreateWindowExW(extended_style, Wide(class_name).c_str(), Wide(text).c_str(), style,
+                            place.left, place.top, width, height, parent, nullptr, program, nullptr)
+          : CreateWindowExA(extended_style, class_name, Ansi(text).c_str(), style, place.left,
+                            place.top, width, height, parent, nullptr, program, nullptr);
+  if (handle_ == nullptr) return;
+  SetPropA(handle_, kObjectProperty, this);
+  const LONG_PTR ours = reinterpret_cast<LONG_PTR>(&Window::Procedure);
+  previous_ =
+      reinterpret_cast<WNDPROC>(HasUnicode() ? SetWindowLongPtrW(handle_, GWLP_WNDPROC, ours)
+                                             : SetWindowLongPtrA(handle_, GWLP_WNDPROC, ours));
+}
+
+void Window::Destroy() {
+  if (handle_ == nullptr) return;
+  RemovePropA(handle_, kObjectProperty);
+  if (previous_ != nullptr) {
+    const LONG_PTR theirs = reinterpret_cast<LONG_PTR>(previous_);
+    if (HasUnicode()) {
+      SetWindowLongPtrW(handle_, GWLP_WNDPROC, theirs);
+    } else {
+      SetWindowLongPtrA(handle_, GWLP_WNDPROC, theirs);
+    }
+  }
+  DestroyWindow(handle_);
+  handle_ = nullptr;
+  previous_ = nullptr;
+}
+
+}  // namespace quorvale::windows

@@ -1,0 +1,366 @@
+#include "scenario_driver.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/file_toolkit.h"
+#include "platform/paths.h"
+#include "platform/text.h"
+#include "platform/windows/text_calls.h"
+
+namespace quorvale::driver {
+namespace {
+
+// Milliseconds.
+constexpr int kPatience = 15000;       // until an expectation holds
+constexpr int kLongPatience = 120000;  // until foreseen boxes have come
+constexpr int kRest = 120;             // without work, and the program counts as at rest
+constexpr int kPause = 10;             // between two looks
+
+int ButtonOf(const std::string& answer) {
+  if (answer == "OK") return IDOK;
+  if (answer == "Yes") return IDYES;
+  return answer == "No" ? IDNO : 0;
+}
+
+std::string CannotBe(const std::string& what) {
+  return what + " cannot be arranged on a real system";
+}
+
+}  // namespace
+
+ScenarioDriver::ScenarioDriver(DriverOptions options)
+    : options_(std::move(options)),
+      computer_("scenario driver"),
+      files_(computer_.platform()),
+      processes_(options_.program) {
+  if (options_.former.empty()) return;
+  files_.former = [this](const std::string& path) {
+    const std::string place =
+        options_.former + "\\drive_" + FoldCase(path.substr(0, 1)) + path.substr(2);
+    return FileToolkit(computer_.platform().files, [] {}).ReadWhole(place);
+  };
+}
+
+std::vector<ScenarioError> ScenarioDriver::Play(const Scenario& scenario) {
+  failures_ = scenario.errors;
+  bool begun = false;
+  for (const ScenarioAct& act : scenario.acts) {
+    if (!failures_.empty()) break;
+    if (act.line < options_.first_line) continue;
+    if (act.verb == "machine" && begun) {
+      next_machine_line_ = act.line;
+      break;
+    }
+    begun = true;
+    line_ = act.line;
+    const std::string problem = Do(act);
+    if (!problem.empty()) Fail(problem);
+    Turn();
+  }
+  for (const Answer& answer : answers_) Fail("this message box never came: " + answer.text);
+  if (!watchers_.empty()) Fail("the condition of a \"when\" never held");
+  return failures_;
+}
+
+std::string ScenarioDriver::Do(const ScenarioAct& act) {
+  if (act.verb == "machine") return TakeFactsOf(options_.machine);
+  if (ScenarioFiles::IsAct(act.verb)) return files_.Do(act);
+  if (act.verb.starts_with("expect")) {
+    return Until(kPatience, [&] { return Expect(act); });
+  }
+  const bool computer_act = act.verb == "process" || act.verb == "service" || act.verb == "free" ||
+                            act.verb == "drive" || act.verb == "share" || act.verb == "elevation" ||
+                            act.verb == "clock";
+  return computer_act ? DoComputerAct(act) : DoPersonAct(act);
+}
+
+std::string ScenarioDriver::DoComputerAct(const ScenarioAct& act) {
+  if (act.verb == "process") {
+    if (act.text == "gone") {
+      processes_.EndStandIns(act.word);
+      return "";
+    }
+    return processes_.RunStandIn(act.word) ? "" : act.word + " cannot be started";
+  }
+  if (act.verb == "drive" && act.text == "gone") {
+    const std::wstring drive = windows::Wide(act.word + ":");
+    DefineDosDeviceW(DDD_REMOVE_DEFINITION, drive.c_str(), nullptr);
+    const bool gone = GetDriveTypeW((drive + L"\\").c_str()) == DRIVE_NO_ROOT_DIR;
+    return gone ? "" : "the drive cannot be taken away";
+  }
+  if (act.verb == "clock") {
+    // The caller has set it for all programs; here it is looked at.
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    char text[32];
+    wsprintfA(text, "%04d-%02d-%02d %02d:%02d", now.wYear, now.wMonth, now.wDay, now.wHour,
+              now.wMinute);
+    return act.text.starts_with(text) ? "" : "the clock shows " + std::string(text);
+  }
+  if (act.verb == "elevation" && act.text == "accepted") return "";
+  return CannotBe(act.source);
+}
+
+std::string ScenarioDriver::DoPersonAct(const ScenarioAct& act) {
+  if (act.verb == "answer") {
+    if (ButtonOf(act.word) == 0) return "an answer is OK, Yes or No";
+    if (act.text.empty()) return "the text of the message box is missing";
+    answers_.push_back({act.word, OneLine(act.text)});
+    return "";
+  }
+  if (act.verb == "at-box") {
+    box_checks_.push_back({boxes_.size() + answers_.size(), act});
+    return "";
+  }
+  if (act.verb == "when") {
+    watchers_.push_back(act);
+    return "";
+  }
+  if (act.verb == "folder" || act.verb == "file" || act.verb == "cancel-dialog") {
+    const bool folder = act.verb == "folder" || act.text == "folder";
+    (folder ? folders_ : file_paths_).push_back(act.verb == "cancel-dialog" ? "" : act.text);
+    return "";
+  }
+  if (act.verb == "start") {
+    const std::string problem = Start(act.text);
+    if (!problem.empty()) return problem;
+  } else if (act.verb != "wait") {
+    const std::string problem = Until(kPatience, [&] { return ActOn(act); });
+    if (!problem.empty()) return problem;
+  }
+  return Settle();
+}
+
+// The program may have started itself again meanwhile: then that copy is the one.
+std::string ScenarioDriver::Start(const std::string& command_line) {
+  DWORD copy = 0;
+  if (program_ != 0 && !command_line.empty()) {
+    Until(5000, [&] {
+      copy = processes_.FindCopy(command_line, program_);
+      return copy == 0 ? "no copy" : "";
+    });
+  }
+  if (program_ != 0 && ProgramProcesses::Runs(program_)) {
+    if (copy != 0) {
+      Until(kPatience, [&] { return ProgramProcesses::Runs(program_) ? "runs" : ""; });
+    }
+    ProgramProcesses::End(program_);
+  }
+  program_ = copy != 0 ? copy : processes_.Start(command_line);
+  if (program_ == 0) return options_.program + " cannot be started";
+  windows_.Watch(program_);
+  return Until(kPatience, [&]() -> std::string {
+    if (!ProgramProcesses::Runs(program_)) return "";
+    const HWND main = windows_.FindForm("FrmWelcome");
+    const bool shown = main != nullptr && IsWindowVisible(main) != 0;
+    return shown || !windows_.Dialogs().empty() ? "" : "the program shows no window";
+  });
+}
+
+std::string ScenarioDriver::ActOn(const ScenarioAct& act) {
+  std::string problem;
+  const HWND control = windows_.Reach(act.form, act.control, &problem);
+  if (control == nullptr) return problem;
+  if (act.verb == "click") return ProgramWindows::Click(control);
+  if (act.verb == "double-click") return ProgramWindows::DoubleClick(control);
+  if (act.verb == "set") return ProgramWindows::Type(control, act.text);
+  if (act.verb == "check") return ProgramWindows::Check(control, true);
+  if (act.verb == "uncheck") return ProgramWindows::Check(control, false);
+  if (act.verb == "choose") return windows_.Choose(control, act.text);
+  if (act.verb == "tick") return windows_.ClickBox(control, act.text, true);
+  if (act.verb == "untick") return windows_.ClickBox(control, act.text, false);
+  if (act.verb == "select") return windows_.ClickItem(control, act.text);
+  return "nobody knows how to play \"" + act.verb + "\"";
+}
+
+std::string ScenarioDriver::Until(int milliseconds, const std::function<std::string()>& attempt) {
+  const DWORD start = GetTickCount();
+  while (true) {
+    std::string problem = attempt();
+    const bool over = GetTickCount() - start > static_cast<DWORD>(milliseconds);
+    if (problem.empty() || over || !failures_.empty()) return problem;
+    Turn();
+    Sleep(kPause);
+  }
+}
+
+bool ScenarioDriver::Foreseen() const {
+  return !answers_.empty() || !folders_.empty() || !file_paths_.empty() || !watchers_.empty();
+}
+
+std::string ScenarioDriver::Settle() {
+  const DWORD start = GetTickCount();
+  DWORD quiet_since = start;
+  unsigned long long used = 0;
+  while (failures_.empty() && ProgramProcesses::Runs(program_)) {
+    Turn();
+    const DWORD now = GetTickCount();
+    const unsigned long long used_now = ProgramProcesses::TimeUsed(windows_.process());
+    const bool answered_box_is_up = answered_ != nullptr && IsWindow(answered_) != 0;
+    if (used_now != used || Foreseen() || answered_box_is_up) quiet_since = now;
+    used = used_now;
+    if (now - quiet_since > kRest && windows_.Answers() &&
+        ProgramProcesses::TimeUsed(windows_.process()) == used) {
+      return "";
+    }
+    if (now - start > kLongPatience) break;
+    if (watchers_.empty()) Sleep(kPause);
+  }
+  if (!failures_.empty() || !Foreseen()) return "";
+  if (!answers_.empty()) return "this message box never came: " + answers_.front().text;
+  return watchers_.empty() ? "a foreseen dialog never came"
+                           : "the condition of a \"when\" never held";
+}
+
+void ScenarioDriver::Turn() {
+  if (program_ == 0) return;
+  if (++turns_ % 5 == 0) processes_.Look();
+  RunWatchers();
+  if (answered_ != nullptr && (IsWindow(answered_) == 0 || IsWindowVisible(answered_) == 0)) {
+    answered_ = nullptr;
+  }
+  for (const HWND dialog : windows_.Dialogs()) {
+    if (dialog != answered_ && failures_.empty()) AnswerDialog(dialog);
+  }
+}
+
+void ScenarioDriver::AnswerDialog(HWND dialog) {
+  std::string problem;
+  switch (KindOf(dialog)) {
+    case DialogKind::kFolder:
+      if (folders_.empty()) return Fail("a folder dialog that nobody foresaw");
+      problem = windows_.AnswerFolderDialog(dialog, folders_.front());
+      if (problem.empty()) folders_.pop_front();
+      break;
+    case DialogKind::kFile:
+      if (file_paths_.empty()) return Fail("a file dialog that nobody foresaw");
+      problem = ProgramWindows::AnswerFileDialog(dialog, file_paths_.front());
+      if (problem.empty()) file_paths_.pop_front();
+      break;
+    case DialogKind::kMessageBox:
+      return AnswerBox(dialog);
+    case DialogKind::kOther:
+      return;  // it is just being made
+  }
+  if (!problem.empty()) return Fail(problem);
+  answered_ = dialog;
+}
+
+void ScenarioDriver::AnswerBox(HWND box) {
+  const std::string text = BoxText(box);
+  for (const BoxCheck& check : box_checks_) {
+    if (check.box != boxes_.size()) continue;
+    const std::string problem = ExpectControl(check.act);
+    if (!problem.empty()) failures_.push_back({check.act.line, problem});
+  }
+  if (answers_.empty() || answers_.front().text != text) {
+    std::string sentence = "unexpected message box: " + text;
+    if (!answers_.empty()) sentence += "\n  expected: " + answers_.front().text;
+    return Fail(sentence);
+  }
+  if (!PressButton(box, ButtonOf(answers_.front().button))) {
+    return Fail("a message box has no such button as its answer: " + text);
+  }
+  boxes_.push_back(text);
+  answers_.pop_front();
+  answered_ = box;
+}
+
+// The program is held while its labels are looked at, so that no text goes by unseen.
+void ScenarioDriver::RunWatchers() {
+  if (watchers_.empty()) return;
+  const HANDLE thread = OpenThread(THREAD_SUSPEND_RESUME, FALSE, windows_.Thread());
+  if (thread == nullptr) return;
+  const DWORD start = GetTickCount();
+  while (!watchers_.empty() && GetTickCount() - start < kPause) {
+    SuspendThread(thread);
+    for (auto each = watchers_.begin(); each != watchers_.end();) {
+      const HWND label = windows_.FindControl(each->form, each->control);
+      const std::string shown = label == nullptr ? "" : ProgramWindows::KeptLine(label);
+      const bool holds = each->word == "equals" ? shown == each->text
+                                                : label != nullptr && Contains(shown, each->text);
+      if (!holds) {
+        ++each;
+        continue;
+      }
+      const std::string problem = ActOn(each->then.front());
+      if (!problem.empty()) failures_.push_back({each->line, problem});
+      each = watchers_.erase(each);
+    }
+    ResumeThread(thread);
+    Sleep(1);
+  }
+  CloseHandle(thread);
+}
+
+std::string ScenarioDriver::Expect(const ScenarioAct& act) {
+  if (ScenarioFiles::IsExpectation(act.verb)) return files_.Expect(act);
+  if (act.shape == ActShape::kControl || act.verb == "expect" || act.verb == "expect-contains") {
+    return ExpectControl(act);
+  }
+  return act.shape == ActShape::kControlText ? ExpectNode(act) : ExpectProgram(act);
+}
+
+std::string ScenarioDriver::ExpectControl(const ScenarioAct& act) {
+  const std::string name = act.form + "." + act.control;
+  const HWND control = windows_.FindControl(act.form, act.control);
+  if (control == nullptr) return "there is no " + name;
+  const bool enabled = IsWindowEnabled(control) != 0;
+  const bool shown = IsWindowVisible(control) != 0;
+  if (act.verb == "expect-enabled") return enabled ? "" : name + " is disabled";
+  if (act.verb == "expect-disabled") return enabled ? name + " is enabled" : "";
+  if (act.verb == "expect-visible") return shown ? "" : name + " is not shown";
+  if (act.verb == "expect-hidden") return shown ? name + " is shown" : "";
+  if (act.verb == "expect-bold") {
+    return ProgramWindows::IsBold(control) ? "" : name + " is not bold";
+  }
+  const std::string text = windows_.ShownLine(control);
+  if (act.verb == "expect-contains") {
+    return Contains(text, act.text) ? "" : Different(name, text, "..." + act.text + "...");
+  }
+  return text == act.text ? "" : Different(name, text, act.text);
+}
+
+std::string ScenarioDriver::ExpectNode(const ScenarioAct& act) {
+  const std::string name = act.form + "." + act.control;
+  const HWND tree = windows_.FindControl(act.form, act.control);
+  if (tree == nullptr) return "there is no " + name;
+  const std::optional<TreeItem> item = windows_.FindItem(tree, act.text);
+  if (act.verb == "expect-no-node") {
+    return item ? "there is a node \"" + act.text + "\"" : "";
+  }
+  if (!item) return name + " has no node \"" + act.text + "\"";
+  if (act.verb == "expect-tick") return item->checked ? "" : act.text + " is not ticked";
+  if (act.verb == "expect-no-tick") return item->checked ? act.text + " is ticked" : "";
+  return "";
+}
+
+std::string ScenarioDriver::ExpectProgram(const ScenarioAct& act) {
+  if (act.verb == "expect-form" || act.verb == "expect-no-form") {
+    const HWND form = windows_.FindForm(act.form);
+    const bool shown = form != nullptr && IsWindowVisible(form) != 0;
+    if (act.verb == "expect-form") return shown ? "" : "form " + act.form + " is not shown";
+    return shown ? "form " + act.form + " is shown" : "";
+  }
+  if (act.verb == "expect-box") {
+    const bool found = std::any_of(boxes_.begin(), boxes_.end(), [&act](const std::string& text) {
+      return Contains(text, act.text);
+    });
+    return found ? "" : "no message box said: " + act.text;
+  }
+  if (act.verb == "expect-started" || act.verb == "expect-not-started") {
+    processes_.Look();
+    const std::vector<std::string>& started = processes_.Started();
+    const bool found = std::any_of(started.begin(), started.end(), [&act](const std::string& line) {
+      return Contains(line, act.text);
+    });
+    if (found == (act.verb == "expect-started")) return "";
+    return found ? "there was a start of " + act.text : "there was no start of " + act.text;
+  }
+  const bool ended = program_ != 0 && !ProgramProcesses::Runs(program_);
+  if (act.verb == "expect-ended") return ended ? "" : "the program still runs";
+  return ended ? "the program has ended" : "";
+}
+
+}  // namespace quorvale::driver
