@@ -61,6 +61,7 @@ Result Archive::Perform(Operation operation, const std::function<Result()>& work
 }
 
 Result Archive::Zip() {
+  known_directory_.reset();
   return Perform(Operation::kZipping, [this] {
     OperationMonitor monitor(*this, system_);
     return ZipOperation(*this, files_, system_, monitor).Run();

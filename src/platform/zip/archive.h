@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,9 @@
 #include "platform/system_info.h"
 
 namespace quorvale::zip {
+
+class Selection;
+struct KnownDirectory;
 
 enum class Result : int {
   kDone = 0,
@@ -110,11 +114,15 @@ class Archive {
   Result List(std::vector<Entry>* entries);
 
  private:
+  friend class Selection;
   Result Perform(Operation operation, const std::function<Result()>& work);
 
   Files& files_;
   SystemInfo& system_;
   Operation operation_ = Operation::kNone;
+  // Of the archive that was read last, so that many small operations on it do not each read its
+  // directory again.
+  std::shared_ptr<KnownDirectory> known_directory_;
 };
 
 }  // namespace quorvale::zip

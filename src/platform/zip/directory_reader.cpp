@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/text.h"
+
 namespace quorvale::zip {
 namespace {
 
@@ -186,6 +188,15 @@ bool Directory::Locate(const Record& record, std::uint64_t* position) const {
   if (!PositionIn(*input, record.part, record.offset, position)) return false;
   *position += bias;
   return true;
+}
+
+bool KnownDirectory::Describes(const std::string& name, const FileInfo& now) const {
+  return name == archive_name && now.size == file.size && now.modified == file.modified;
+}
+
+void KnownDirectory::IndexNames() {
+  if (!places.empty()) return;
+  for (std::size_t i = 0; i < records.size(); ++i) places.emplace(FoldCase(records[i].name), i);
 }
 
 bool ReadDirectoryOfParts(Files& files, SystemInfo& system,

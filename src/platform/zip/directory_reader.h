@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/files.h"
@@ -21,6 +22,21 @@ struct Directory {
 
   // Where the local header of a record stands in `input`. False if that is outside.
   bool Locate(const Record& record, std::uint64_t* position) const;
+};
+
+// The directory of an archive in one file, kept for later operations.
+struct KnownDirectory {
+  std::string archive_name;
+  FileInfo file;  // what the archive was when it was read
+  std::vector<Record> records;
+  std::uint64_t bias = 0;
+  // Places in `records` by name without regard to case; made when the directory is first used
+  // again.
+  std::unordered_multimap<std::string, std::size_t> places;
+
+  // True if the archive of this name is still what was read.
+  bool Describes(const std::string& name, const FileInfo& now) const;
+  void IndexNames();
 };
 
 // Reads the directory of the archive. False if this is no archive or a damaged one; `missing_part`

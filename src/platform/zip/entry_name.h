@@ -22,6 +22,10 @@ class NameFilter {
   // No patterns: every name matches.
   explicit NameFilter(const std::vector<std::string>& patterns);
   bool Matches(const std::string& name) const;
+  // The names in lower case if every pattern is a whole name; null if names are to be matched.
+  const std::unordered_set<std::string>* WholeNames() const {
+    return all_ || !patterns_.empty() ? nullptr : &names_;
+  }
 
  private:
   bool all_ = false;

@@ -1,6 +1,7 @@
 #include "platform/zip/unzip_operation.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 
 #include "platform/paths.h"
@@ -45,23 +46,63 @@ std::string ReasonOf(EntryStatus status) {
 
 }  // namespace
 
-Result Selection::Load(Archive& archive, Files& files, SystemInfo& system,
+Result Selection::Open(Archive& archive, Files& files, SystemInfo& system,
                        OperationMonitor& monitor) {
+  const std::optional<FileInfo> file = files.Stat(archive.archive_name);
+  known_ = archive.known_directory_;
+  if (known_ && file && known_->Describes(archive.archive_name, *file)) {
+    directory_.bias = known_->bias;
+    directory_.input =
+        std::make_unique<ArchiveInput>(files, std::vector<std::string>{archive.archive_name});
+    known_->IndexNames();
+    return directory_.input->Ok() ? Result::kDone : Result::kFailed;
+  }
+  archive.known_directory_.reset();
   std::string missing_part;
   if (!ReadDirectory(files, system, archive.archive_name, &directory_, &missing_part)) {
     if (!missing_part.empty()) monitor.Warn(missing_part, "this part of the archive is missing");
     return Result::kFailed;
   }
-  const NameFilter names(archive.files_to_process);
-  bool found = false;
-  for (const Record& record : directory_.records) {
-    if (!names.Matches(record.name)) continue;
-    found = true;
+  known_ = std::make_shared<KnownDirectory>();
+  known_->archive_name = archive.archive_name;
+  known_->records = std::move(directory_.records);
+  known_->bias = directory_.bias;
+  if (file && directory_.input->PartCount() == 1) {
+    known_->file = *file;
+    archive.known_directory_ = known_;
+  }
+  return Result::kDone;
+}
+
+std::vector<std::size_t> Selection::Candidates(const NameFilter& names) const {
+  std::vector<std::size_t> candidates;
+  const std::unordered_set<std::string>* whole_names = names.WholeNames();
+  if (whole_names != nullptr && !known_->places.empty()) {
+    for (const std::string& name : *whole_names) {
+      const auto [first, last] = known_->places.equal_range(name);
+      for (auto place = first; place != last; ++place) candidates.push_back(place->second);
+    }
+    std::sort(candidates.begin(), candidates.end());
+    return candidates;
+  }
+  for (std::size_t i = 0; i < known_->records.size(); ++i) {
+    if (names.Matches(known_->records[i].name)) candidates.push_back(i);
+  }
+  return candidates;
+}
+
+Result Selection::Load(Archive& archive, Files& files, SystemInfo& system,
+                       OperationMonitor& monitor) {
+  const Result opened = Open(archive, files, system, monitor);
+  if (opened != Result::kDone) return opened;
+  const std::vector<std::size_t> candidates = Candidates(NameFilter(archive.files_to_process));
+  for (const std::size_t place : candidates) {
+    const Record& record = known_->records[place];
     if ((record.attributes & archive.required_attributes) != archive.required_attributes) continue;
     if ((record.attributes & archive.excluded_attributes) != 0) continue;
     records_.push_back(&record);
   }
-  missed_ = !found && !archive.files_to_process.empty();
+  missed_ = candidates.empty() && !archive.files_to_process.empty();
   return Result::kDone;
 }
 

@@ -12,6 +12,7 @@
 #include "platform/system_info.h"
 #include "platform/zip/archive.h"
 #include "platform/zip/directory_reader.h"
+#include "platform/zip/entry_name.h"
 #include "platform/zip/entry_reader.h"
 #include "platform/zip/operation_monitor.h"
 #include "platform/zip/worker_pool.h"
@@ -32,7 +33,13 @@ class Selection {
   bool Missed() const { return missed_; }
 
  private:
+  // Takes the directory from an earlier operation of the same archive, or reads it.
+  Result Open(Archive& archive, Files& files, SystemInfo& system, OperationMonitor& monitor);
+  // The places in the directory whose names the filter may want, in the order of the archive.
+  std::vector<std::size_t> Candidates(const NameFilter& names) const;
+
   Directory directory_;
+  std::shared_ptr<KnownDirectory> known_;
   std::vector<const Record*> records_;
   bool missed_ = false;
 };
