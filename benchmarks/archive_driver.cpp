@@ -4,6 +4,10 @@
 //   archive_driver zip ARCHIVE [-LEVEL] [-p PASSWORD] [-s PART_SIZE] [-t THREADS] PATH...
 //   archive_driver unzip ARCHIVE [-p PASSWORD] [-t THREADS] FOLDER
 //   archive_driver test|list ARCHIVE [-p PASSWORD] [-t THREADS]
+//   archive_driver limit FILE [-LEVEL]
+//
+// "limit" has the compressing library work through a file in blocks, with one thread and nothing
+// else: no archive is made faster than that divided by the number of processors.
 //
 // Folders are stored with all that is in them, under their names from the working folder. Prints
 // the result's number and the seconds; exit status 0 for a good result.
@@ -11,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -19,18 +24,22 @@
 #include "platform/host/machine_folder.h"
 #include "platform/host/system_info.h"
 #include "platform/zip/archive.h"
+#include "platform/zip/block_compressor.h"
 
 namespace {
 
 using quorvale::host::MachinePathOf;
 using quorvale::zip::Archive;
 using quorvale::zip::BeforeFile;
+using quorvale::zip::BlockCompressor;
+using quorvale::zip::Bytes;
 using quorvale::zip::Entry;
+using quorvale::zip::kBlockSize;
 using quorvale::zip::Result;
 
 int Usage() {
   std::fprintf(stderr,
-               "usage: archive_driver zip|unzip|test|list ARCHIVE [-0..-9] [-p PASSWORD] "
+               "usage: archive_driver zip|unzip|test|list|limit FILE [-0..-9] [-p PASSWORD] "
                "[-s PART_SIZE] [-t THREADS] [PATH...]\n");
   return 2;
 }
@@ -65,6 +74,35 @@ Result List(Archive& archive) {
   for (const Entry& entry : entries) bytes += entry.size;
   std::printf("%zu entries, %llu bytes\n", entries.size(), static_cast<unsigned long long>(bytes));
   return result;
+}
+
+// The most memory that this program held at any time. A parent's question for it would count what
+// the parent itself held before it started this program.
+void PrintMemory() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmHWM:", 0) == 0) std::printf("%s\n", line.c_str());
+  }
+}
+
+// Reads whole blocks first, so that only compressing is counted.
+Result Limit(const std::string& name, int level) {
+  std::FILE* file = std::fopen(name.c_str(), "rb");
+  if (file == nullptr) return Result::kFailed;
+  BlockCompressor compressor(level);
+  double seconds = 0;
+  std::uint64_t bytes = 0;
+  Bytes block(kBlockSize);
+  while ((block.size = std::fread(block.data.get(), 1, kBlockSize, file)) > 0) {
+    const auto start = std::chrono::steady_clock::now();
+    compressor.CompressWhole(block);
+    seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    bytes += block.size;
+  }
+  std::fclose(file);
+  std::printf("compressing alone: %.3f s for %llu bytes\n", seconds,
+              static_cast<unsigned long long>(bytes));
+  return Result::kDone;
 }
 
 }  // namespace
@@ -117,10 +155,13 @@ int main(int count, char** words) {
     result = archive.Test();
   } else if (operation == "list") {
     result = List(archive);
+  } else if (operation == "limit") {
+    result = Limit(words[2], archive.level);
   } else {
     return Usage();
   }
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
   std::printf("result %d, %.3f s\n", static_cast<int>(result), seconds.count());
+  PrintMemory();
   return result == Result::kDone || result == Result::kWarnings ? 0 : 1;
 }

@@ -96,6 +96,7 @@ void MemoryFiles::Put(const std::string& path, const std::string& bytes, std::ui
   Node& node = nodes_[KeyOf(path)];
   node.path = path;
   node.bytes = std::make_shared<std::string>(bytes);
+  if (modified == 0) modified = clock_ += 10'000'000;
   node.info = {FileNameOf(path), attributes, bytes.size(), modified};
   used_ += bytes.size();
 }

@@ -17,9 +17,10 @@ class MemoryFiles : public Files {
  public:
   MemoryFiles();
 
-  // Making and looking, for the test. Parent folders are made.
+  // Making and looking, for the test. Parent folders are made. Without a time a file gets the next
+  // second of a clock that only this moves.
   void Put(const std::string& path, const std::string& bytes, std::uint32_t attributes = 32,
-           FileTime modified = 128'000'000'000'000'000);
+           FileTime modified = 0);
   void PutFolder(const std::string& path);
   bool Has(const std::string& path) const;
   std::string Bytes(const std::string& path) const;  // "" if it is not there
@@ -77,6 +78,7 @@ class MemoryFiles : public Files {
 
   std::map<std::string, Node> nodes_;
   std::uint64_t used_ = 0;
+  FileTime clock_ = 128'000'000'000'000'000;
 };
 
 }  // namespace quorvale::zip_test

@@ -106,15 +106,13 @@ TEST_F(ArchiveLargeTest, AFlippedByteOfAnAesArchiveGivesAResult) {
   archive.password = "secret";
   ASSERT_EQ(archive.Test(), Result::kDone);
   for (std::size_t at = 0; at < bytes.size(); ++at) {
-    for (const char flip : {'\x01', '\xFF'}) {
-      std::string damaged = bytes;
-      damaged[at] = static_cast<char>(damaged[at] ^ flip);
-      std::ofstream(Host("b.zip"), std::ios::binary | std::ios::trunc) << damaged;
-      for (const Result result : {archive.Test(), archive.Unzip()}) {
-        EXPECT_TRUE(result == Result::kDone || result == Result::kFailed ||
-                    result == Result::kWarnings || result == Result::kWrongPassword)
-            << at;
-      }
+    std::string damaged = bytes;
+    damaged[at] = static_cast<char>(damaged[at] ^ 0x11);
+    std::ofstream(Host("b.zip"), std::ios::binary | std::ios::trunc) << damaged;
+    for (const Result result : {archive.Test(), archive.Unzip()}) {
+      EXPECT_TRUE(result == Result::kDone || result == Result::kFailed ||
+                  result == Result::kWarnings || result == Result::kWrongPassword)
+          << at;
     }
   }
 }

@@ -1,5 +1,5 @@
-// Opens entries that are encrypted with AES in the form that common tools write (public
-// description "AES Encryption Information: Encryption Specification AE-1 and AE-2").
+// Opens entries that are encrypted with AES in the form that common tools write, the one whose two
+// publicly described variants are called AE-1 and AE-2.
 #pragma once
 
 #include <memory>

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "platform/zip/bytes.h"
@@ -34,14 +33,7 @@ class BlockCompressor {
   Bytes CompressPiece(const Bytes& data);
 
  private:
-  struct Inflater;
-
-  // Takes the mark of the last block from a stream and pads it to a byte. Each byte that the
-  // stream unpacks to is compared with the data on the way. False if it is not the data.
-  bool MakePiece(Bytes* stream, const Bytes& data);
-
   libdeflate_compressor* compressor_;
-  std::unique_ptr<Inflater> inflater_;
 };
 
 }  // namespace quorvale::zip

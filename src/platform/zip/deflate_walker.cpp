@@ -1,0 +1,288 @@
+#include "platform/zip/deflate_walker.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/zip/bytes.h"
+
+namespace quorvale::zip {
+namespace {
+
+constexpr unsigned kLongestCode = 15;
+constexpr std::size_t kMostLiteralCodes = 288;
+constexpr std::size_t kMostDistanceCodes = 32;
+constexpr std::size_t kEndOfBlock = 256;
+
+// The stream's bits, the lowest of each byte first.
+class Bits {
+ public:
+  Bits(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
+
+  // Makes at least 56 bits ready; behind the end they are zeros.
+  void Refill() {
+    if (next_ + 8 <= size_) {
+      bits_ |= Get64(data_ + next_) << ready_;
+      next_ += (63 - ready_) / 8;
+      ready_ |= 56;
+      return;
+    }
+    while (ready_ < 56) {
+      if (next_ < size_) bits_ |= static_cast<std::uint64_t>(data_[next_]) << ready_;
+      ++next_;
+      ready_ += 8;
+    }
+  }
+  std::uint64_t Peek(unsigned count) const { return bits_ & ((1ull << count) - 1); }
+  void Skip(unsigned count) {
+    bits_ >>= count;
+    ready_ -= count;
+  }
+  unsigned Take(unsigned count) {
+    const unsigned value = static_cast<unsigned>(Peek(count));
+    Skip(count);
+    return value;
+  }
+  std::size_t Position() const { return next_ * 8 - ready_; }
+  bool PastEnd() const { return Position() > size_ * 8; }
+  // Goes on at another place; false if that is outside.
+  bool MoveTo(std::size_t byte) {
+    if (byte > size_) return false;
+    next_ = byte;
+    bits_ = 0;
+    ready_ = 0;
+    return true;
+  }
+
+ private:
+  const std::uint8_t* data_;
+  const std::size_t size_;
+  std::size_t next_ = 0;  // the first byte that is not in bits_
+  std::uint64_t bits_ = 0;
+  unsigned ready_ = 0;
+};
+
+// What a code means to one who only follows it.
+enum Kind : std::uint8_t { kLiteral = 0, kMatch = 1, kEnd = 2, kLong = 3 };
+struct Step {
+  std::uint8_t bits = 0;  // of the code, and of the extra bits behind it; 0: there is no such code
+  Kind kind = kLong;
+};
+
+// A Huffman code. Codes of up to kTableBits are looked up, longer ones are counted out.
+template <unsigned kTableBits>
+class Code {
+ public:
+  // `step_of` tells the extra bits and the kind of a symbol. False if the lengths are no code.
+  template <typename StepOf>
+  bool Build(const std::uint8_t* lengths, std::size_t count, StepOf step_of) {
+    counts_.fill(0);
+    for (std::size_t i = 0; i < count; ++i) ++counts_[lengths[i]];
+    counts_[0] = 0;
+    std::array<std::uint16_t, kLongestCode + 2> offsets = {};
+    std::array<std::uint32_t, kLongestCode + 2> next_code = {};
+    int left = 1;
+    for (unsigned length = 1; length <= kLongestCode; ++length) {
+      left = 2 * left - counts_[length];
+      if (left < 0) return false;
+      offsets[length + 1] = static_cast<std::uint16_t>(offsets[length] + counts_[length]);
+      next_code[length + 1] = (next_code[length] + counts_[length]) << 1;
+    }
+    table_.fill(Step());
+    for (std::size_t i = 0; i < count; ++i) {
+      const unsigned length = lengths[i];
+      if (length == 0) continue;
+      Step step = step_of(i);
+      step.bits = static_cast<std::uint8_t>(step.bits + length);
+      sorted_[offsets[length]++] = step;
+      const std::uint32_t code = next_code[length]++;
+      if (length <= kTableBits) Fill(code, length, step);
+    }
+    return true;
+  }
+
+  Step Find(const Bits& bits) const {
+    const Step step = table_[bits.Peek(kTableBits)];
+    return step.kind == kLong ? FindLong(bits) : step;
+  }
+
+ private:
+  // A code stands in the stream with its highest bit first.
+  void Fill(std::uint32_t code, unsigned length, Step step) {
+    std::uint32_t index = 0;
+    for (unsigned i = 0; i < length; ++i) index |= ((code >> i) & 1) << (length - 1 - i);
+    for (; index < table_.size(); index += 1u << length) table_[index] = step;
+  }
+
+  Step FindLong(const Bits& bits) const {
+    std::uint64_t rest = bits.Peek(kLongestCode);
+    std::uint32_t code = 0;
+    std::uint32_t first = 0;
+    std::uint32_t index = 0;
+    for (unsigned length = 1; length <= kLongestCode; ++length) {
+      code |= rest & 1;
+      rest >>= 1;
+      const std::uint32_t count = counts_[length];
+      if (code < first + count) return sorted_[index + code - first];
+      index += count;
+      first = (first + count) << 1;
+      code <<= 1;
+    }
+    return Step();
+  }
+
+  std::array<Step, 1u << kTableBits> table_;
+  std::array<Step, kMostLiteralCodes> sorted_;  // by code
+  std::array<std::uint16_t, kLongestCode + 1> counts_;
+};
+
+// Extra bits by the tables of the format's description.
+Step LiteralStep(std::size_t symbol) {
+  if (symbol < kEndOfBlock) return {0, kLiteral};
+  if (symbol == kEndOfBlock) return {0, kEnd};
+  if (symbol < 265 || symbol == 285) return {0, kMatch};
+  return {static_cast<std::uint8_t>((symbol - 261) / 4), kMatch};
+}
+
+Step DistanceStep(std::size_t symbol) {
+  return {static_cast<std::uint8_t>(symbol < 4 ? 0 : (symbol - 2) / 2), kMatch};
+}
+
+class Walker {
+ public:
+  Walker(const std::uint8_t* stream, std::size_t size) : bits_(stream, size) {}
+
+  bool Walk(LastBlock* last) {
+    for (;;) {
+      last->header = bits_.Position();
+      bits_.Refill();
+      const bool is_last = bits_.Take(1) != 0;
+      const unsigned type = bits_.Take(2);
+      const bool good = type == 0   ? SkipStored()
+                        : type == 1 ? BuildFixed() && SkipCodes()
+                        : type == 2 ? ReadCodes() && SkipCodes()
+                                    : false;
+      if (!good || bits_.PastEnd()) return false;
+      if (is_last) break;
+    }
+    last->end = bits_.Position();
+    return true;
+  }
+
+ private:
+  bool SkipStored() {
+    const std::size_t at = (bits_.Position() + 7) / 8;
+    if (!bits_.MoveTo(at)) return false;
+    bits_.Refill();
+    const unsigned length = bits_.Take(16);
+    if (bits_.Take(16) != (~length & 0xFFFF) || bits_.PastEnd()) return false;
+    return bits_.MoveTo(at + 4 + length);
+  }
+
+  bool BuildFixed() {
+    std::array<std::uint8_t, kMostLiteralCodes> lengths;
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+      lengths[i] = i < 144 ? 8 : i < 256 ? 9 : i < 280 ? 7 : 8;
+    }
+    std::array<std::uint8_t, kMostDistanceCodes> distances;
+    distances.fill(5);
+    return literals_.Build(lengths.data(), lengths.size(), LiteralStep) &&
+           distances_.Build(distances.data(), distances.size(), DistanceStep);
+  }
+
+  // The lengths of the codes, themselves packed by a code.
+  bool ReadCodes() {
+    bits_.Refill();
+    const std::size_t literal_count = bits_.Take(5) + 257;
+    const std::size_t distance_count = bits_.Take(5) + 1;
+    const std::size_t length_count = bits_.Take(4) + 4;
+    if (literal_count > kMostLiteralCodes) return false;
+    static constexpr std::array<std::uint8_t, 19> kOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
+                                                            11, 4,  12, 3, 13, 2, 14, 1, 15};
+    std::array<std::uint8_t, 19> packed = {};
+    for (std::size_t i = 0; i < length_count; ++i) {
+      bits_.Refill();
+      packed[kOrder[i]] = static_cast<std::uint8_t>(bits_.Take(3));
+    }
+    std::array<std::uint8_t, kMostLiteralCodes + kMostDistanceCodes + 138> lengths = {};
+    if (!ReadLengths(packed.data(), literal_count + distance_count, lengths.data())) return false;
+    return literals_.Build(lengths.data(), literal_count, LiteralStep) &&
+           distances_.Build(lengths.data() + literal_count, distance_count, DistanceStep);
+  }
+
+  bool ReadLengths(const std::uint8_t* packed, std::size_t count, std::uint8_t* lengths) {
+    // Which symbol a code is matters here, not how it goes on: a table by symbol.
+    std::array<std::uint8_t, 128> symbols;
+    std::array<std::uint8_t, 128> sizes = {};
+    unsigned code = 0;
+    for (unsigned size = 1; size <= 7; ++size, code <<= 1) {
+      for (std::uint8_t symbol = 0; symbol < 19; ++symbol) {
+        if (packed[symbol] != size) continue;
+        if (code >= (1u << size)) return false;
+        unsigned index = 0;
+        for (unsigned i = 0; i < size; ++i) index |= ((code >> i) & 1) << (size - 1 - i);
+        for (; index < symbols.size(); index += 1u << size) {
+          symbols[index] = symbol;
+          sizes[index] = static_cast<std::uint8_t>(size);
+        }
+        ++code;
+      }
+    }
+    for (std::size_t i = 0; i < count;) {
+      bits_.Refill();
+      const std::size_t index = bits_.Peek(7);
+      if (sizes[index] == 0 || bits_.PastEnd()) return false;
+      bits_.Skip(sizes[index]);
+      const std::uint8_t symbol = symbols[index];
+      if (symbol < 16) {
+        lengths[i++] = symbol;
+        continue;
+      }
+      if (symbol == 16 && i == 0) return false;
+      const std::uint8_t value = symbol == 16 ? lengths[i - 1] : 0;
+      const std::size_t repeat = symbol == 16   ? 3 + bits_.Take(2)
+                                 : symbol == 17 ? 3 + bits_.Take(3)
+                                                : 11 + bits_.Take(7);
+      if (repeat > count - i) return false;
+      std::fill_n(lengths + i, repeat, value);
+      i += repeat;
+    }
+    return true;
+  }
+
+  // All codes up to the one that ends the block.
+  bool SkipCodes() {
+    while (!bits_.PastEnd()) {
+      bits_.Refill();
+      Step step = literals_.Find(bits_);
+      if (step.kind == kLiteral) {
+        bits_.Skip(step.bits);
+        step = literals_.Find(bits_);
+        if (step.kind == kLiteral) {
+          bits_.Skip(step.bits);
+          continue;
+        }
+        // Two literals, and the longest match with its distance, are more than was made ready.
+        bits_.Refill();
+      }
+      if (step.bits == 0) return false;
+      bits_.Skip(step.bits);
+      if (step.kind == kEnd) return true;
+      const Step distance = distances_.Find(bits_);
+      if (distance.bits == 0) return false;
+      bits_.Skip(distance.bits);
+    }
+    return false;
+  }
+
+  Bits bits_;
+  Code<11> literals_;
+  Code<9> distances_;
+};
+
+}  // namespace
+
+bool FindLastBlock(const std::uint8_t* stream, std::size_t size, LastBlock* last) {
+  return Walker(stream, size).Walk(last);
+}
+
+}  // namespace quorvale::zip
