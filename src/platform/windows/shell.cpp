@@ -25,6 +25,29 @@ std::string PathOfItem(LPCITEMIDLIST item) {
   return SHGetPathFromIDListA(item, path) != 0 ? FromAnsi(path) : "";
 }
 
+bool FolderExists(const std::string& path) {
+  if (path.empty()) return false;
+  const DWORD attributes = HasUnicode() ? GetFileAttributesW(Wide(path).c_str())
+                                        : GetFileAttributesA(Ansi(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// The place of a special folder, which is made if it is missing; "" where that cannot be.
+std::string RemadeFolder(int folder) {
+  using WideCall = BOOL(WINAPI*)(HWND, LPWSTR, int, BOOL);
+  using AnsiCall = BOOL(WINAPI*)(HWND, LPSTR, int, BOOL);
+  if (const auto call =
+          HasUnicode() ? LookUp<WideCall>("shell32.dll", "SHGetSpecialFolderPathW") : nullptr) {
+    wchar_t path[MAX_PATH] = L"";
+    return call(nullptr, path, folder, TRUE) != 0 ? FromWide(path) : "";
+  }
+  if (const auto call = LookUp<AnsiCall>("shell32.dll", "SHGetSpecialFolderPathA")) {
+    char path[MAX_PATH] = "";
+    return call(nullptr, path, folder, TRUE) != 0 ? FromAnsi(path) : "";
+  }
+  return "";
+}
+
 WORD ShowCommand(WindowStyle style) {
   switch (style) {
     case WindowStyle::kHidden:
@@ -78,9 +101,13 @@ WindowsShell::~WindowsShell() {
 
 std::string WindowsShell::SpecialFolder(int folder) {
   LPITEMIDLIST item = nullptr;
-  if (FAILED(SHGetSpecialFolderLocation(nullptr, folder, &item)) || item == nullptr) return "";
-  const std::string path = PathOfItem(item);
-  CoTaskMemFree(item);
+  std::string path;
+  if (SUCCEEDED(SHGetSpecialFolderLocation(nullptr, folder, &item)) && item != nullptr) {
+    path = PathOfItem(item);
+    CoTaskMemFree(item);
+  }
+  // A folder that was lost has no item, but still its place: it is made anew there.
+  if (!FolderExists(path)) path = RemadeFolder(folder);
   constexpr size_t kRootLength = 3;  // "C:\\"
   return path.size() > kRootLength ? WithoutBackslash(path) : path;
 }

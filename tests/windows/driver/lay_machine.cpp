@@ -13,7 +13,7 @@ int main(int count, char** words) {
   std::string problem;
   const auto computer = quorvale::MakeScenarioMachine(
       words[1], words[2], words[3], count > 4 ? std::atoi(words[4]) : 1, &problem);
-  if (computer != nullptr) problem = computer->EndProgram();
+  if (computer != nullptr) problem = computer->SaveRegistry();
   if (problem.empty()) return 0;
   std::fprintf(stderr, "%s\n", problem.c_str());
   return 1;

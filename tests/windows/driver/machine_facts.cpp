@@ -20,8 +20,6 @@ HKEY KeyOf(RegistryRoot root) {
       return HKEY_CLASSES_ROOT;
     case RegistryRoot::kLocalMachine:
       return HKEY_LOCAL_MACHINE;
-    case RegistryRoot::kUsers:
-      return HKEY_USERS;
     default:
       return HKEY_CURRENT_USER;
   }

@@ -13,27 +13,38 @@ using windows::Wide;
 
 constexpr char kStandInFolder[] = "C:\\stand-ins";
 
-// A string of the system's process interface.
-struct CountedText {
-  USHORT length;  // bytes
-  USHORT room;
-  wchar_t* text;
-};
-
-// The command line that a process was started with.
+// The command line that a process was started with, read where the system keeps it in the process.
 std::string CommandLineOf(DWORD process) {
   using Query = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
-  constexpr int kCommandLine = 60;
+  struct BasicFacts {
+    void* unused;
+    char* environment_block;
+    void* more[4];
+  };
+  constexpr size_t kParameters = sizeof(void*) == 4 ? 0x10 : 0x20;
+  constexpr size_t kLine = sizeof(void*) == 4 ? 0x40 : 0x70;
+  constexpr size_t kTextOfLine = sizeof(void*);
   const auto query = windows::LookUp<Query>("ntdll.dll", "NtQueryInformationProcess");
-  const HANDLE handle = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, process);
+  const HANDLE handle = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, process);
   if (query == nullptr || handle == nullptr) return "";
-  std::vector<CountedText> buffer(2048);
-  ULONG used = 0;
-  const LONG status = query(handle, kCommandLine, buffer.data(),
-                            static_cast<ULONG>(buffer.size() * sizeof(CountedText)), &used);
+  BasicFacts facts = {};
+  char* parameters = nullptr;
+  USHORT bytes = 0;
+  char* place = nullptr;
+  std::wstring text;
+  const bool found =
+      query(handle, 0, &facts, sizeof(facts), nullptr) >= 0 &&
+      ReadProcessMemory(handle, facts.environment_block + kParameters, &parameters,
+                        sizeof(parameters), nullptr) != 0 &&
+      ReadProcessMemory(handle, parameters + kLine, &bytes, sizeof(bytes), nullptr) != 0 &&
+      ReadProcessMemory(handle, parameters + kLine + kTextOfLine, &place, sizeof(place), nullptr) !=
+          0;
+  if (found) {
+    text.resize(bytes / sizeof(wchar_t));
+    if (ReadProcessMemory(handle, place, text.data(), bytes, nullptr) == 0) text.clear();
+  }
   CloseHandle(handle);
-  if (status < 0 || buffer[0].text == nullptr) return "";
-  return FromWide({buffer[0].text, buffer[0].length / sizeof(wchar_t)});
+  return FromWide(text);
 }
 
 struct Process {
@@ -78,12 +89,16 @@ DWORD Launch(const std::string& file, const std::string& parameters) {
 
 ProgramProcesses::~ProgramProcesses() {
   for (const DWORD copy : copies_) End(copy);
+  for (const DWORD copy : held_) End(copy);
   for (const auto& [id, image] : stand_ins_) End(id);
 }
 
 DWORD ProgramProcesses::Start(const std::string& command_line) {
   const DWORD id = Launch(program_, command_line);
-  if (id != 0) copies_.insert(id);
+  if (id != 0) {
+    copies_.insert(id);
+    seen_.insert(id);
+  }
   return id;
 }
 
@@ -92,9 +107,20 @@ DWORD ProgramProcesses::FindCopy(const std::string& command_line, DWORD other) {
     if (process.id == other || !EqualsNoCase(process.image, FileNameOf(program_))) continue;
     if (ParametersOf(CommandLineOf(process.id)) != command_line) continue;
     copies_.insert(process.id);
+    if (held_.erase(process.id) != 0) Hold(process.id, false);
     return process.id;
   }
   return 0;
+}
+
+void ProgramProcesses::Hold(DWORD process, bool hold) {
+  using Call = LONG(WINAPI*)(HANDLE);
+  const auto call =
+      windows::LookUp<Call>("ntdll.dll", hold ? "NtSuspendProcess" : "NtResumeProcess");
+  const HANDLE handle = OpenProcess(PROCESS_SUSPEND_RESUME, FALSE, process);
+  if (call != nullptr && handle != nullptr) call(handle);
+  if (handle != nullptr) CloseHandle(handle);
+  if (hold) held_.insert(process);
 }
 
 bool ProgramProcesses::Runs(DWORD process) {
@@ -122,11 +148,19 @@ unsigned long long ProgramProcesses::TimeUsed(HANDLE process) {
   return number(kernel) + number(user);
 }
 
+void ProgramProcesses::RunOnHost(const std::string& file, const std::string& parameters) {
+  Launch("Z:" + ReplaceAll(file, "/", "\\"), parameters);
+}
+
 void ProgramProcesses::Look() {
   for (const Process& process : AllProcesses()) {
-    if (!copies_.contains(process.parent) || !seen_.insert(process.id).second) continue;
+    // A copy counts as the program's own start although its parent may have ended by now.
+    const bool is_copy = EqualsNoCase(process.image, FileNameOf(program_));
+    if (!is_copy && !copies_.contains(process.parent)) continue;
+    if (!seen_.insert(process.id).second) continue;
     const std::string line = CommandLineOf(process.id);
-    if (EqualsNoCase(process.image, FileNameOf(program_))) {
+    if (is_copy) {
+      Hold(process.id, true);
       started_.push_back("runas|" + program_ + "|" + ParametersOf(line));
     } else {
       started_.push_back("run|" + line);

@@ -25,7 +25,11 @@ class ProgramProcesses {
   // Processor time used so far, in units of 100 nanoseconds.
   static unsigned long long TimeUsed(HANDLE process);
 
-  // Takes note of what the program has started until now.
+  // Runs a program of the system below Wine, which takes paths as that one has them.
+  static void RunOnHost(const std::string& file, const std::string& parameters);
+
+  // Takes note of what the program has started until now. A further copy of the program is held
+  // until FindCopy finds it, so that what it is handed can be looked at first.
   void Look();
   // "run|command line" of each, and "runas|file|parameters" of each further copy of the program.
   const std::vector<std::string>& Started() const { return started_; }
@@ -35,7 +39,10 @@ class ProgramProcesses {
   void EndStandIns(const std::string& image);
 
  private:
+  void Hold(DWORD process, bool hold);
+
   std::string program_;
+  std::set<DWORD> held_;
   std::set<DWORD> copies_;  // of the program, ended ones too
   std::set<DWORD> seen_;
   std::vector<std::string> started_;

@@ -1,6 +1,7 @@
 #include "scenario_driver.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "platform/file_toolkit.h"
@@ -21,6 +22,59 @@ int ButtonOf(const std::string& answer) {
   if (answer == "OK") return IDOK;
   if (answer == "Yes") return IDYES;
   return answer == "No" ? IDNO : 0;
+}
+
+// With the day of the week, which need not be known of the first one.
+SYSTEMTIME Later(const SYSTEMTIME& moment, int minutes) {
+  FILETIME parts;
+  SystemTimeToFileTime(&moment, &parts);
+  ULARGE_INTEGER time;
+  time.LowPart = parts.dwLowDateTime;
+  time.HighPart = parts.dwHighDateTime;
+  time.QuadPart += static_cast<ULONGLONG>(minutes) * 60 * 10000000;
+  parts.dwLowDateTime = time.LowPart;
+  parts.dwHighDateTime = time.HighPart;
+  SYSTEMTIME later;
+  FileTimeToSystemTime(&parts, &later);
+  return later;
+}
+
+// "2007-03-05 09:07:00"
+std::optional<SYSTEMTIME> ReadMoment(const std::string& text) {
+  int year, month, day, hour, minute;
+  if (std::sscanf(text.c_str(), "%d-%d-%d %d:%d", &year, &month, &day, &hour, &minute) != 5) {
+    return std::nullopt;
+  }
+  SYSTEMTIME moment = {};
+  moment.wYear = static_cast<WORD>(year);
+  moment.wMonth = static_cast<WORD>(month);
+  moment.wDay = static_cast<WORD>(day);
+  moment.wHour = static_cast<WORD>(hour);
+  moment.wMinute = static_cast<WORD>(minute);
+  return Later(moment, 0);
+}
+
+bool SameMinute(const SYSTEMTIME& a, const SYSTEMTIME& b) {
+  return a.wMinute == b.wMinute && a.wHour == b.wHour && a.wDay == b.wDay;
+}
+
+// The forms in which the program writes a moment: that of names and that of the screen.
+std::string InNames(const SYSTEMTIME& moment) {
+  char text[64];
+  wsprintfA(text, "%d_%d_%d_%d_%d_%d", moment.wDayOfWeek + 1, moment.wDay, moment.wMonth,
+            moment.wYear, moment.wHour, moment.wMinute);
+  return text;
+}
+std::string OnScreen(const SYSTEMTIME& moment) {
+  char text[64];
+  wsprintfA(text, "%02d/%02d/%04d", moment.wMonth, moment.wDay, moment.wYear);
+  return text;
+}
+
+// A text of the scenario with another moment in it than that of the scenario's clock.
+std::string AtMoment(std::string text, const SYSTEMTIME& clock, const SYSTEMTIME& moment) {
+  text = ReplaceAll(std::move(text), InNames(clock), InNames(moment));
+  return ReplaceAll(std::move(text), OnScreen(clock), OnScreen(moment));
 }
 
 std::string CannotBe(const std::string& what) {
@@ -67,12 +121,24 @@ std::string ScenarioDriver::Do(const ScenarioAct& act) {
   if (act.verb == "machine") return TakeFactsOf(options_.machine);
   if (ScenarioFiles::IsAct(act.verb)) return files_.Do(act);
   if (act.verb.starts_with("expect")) {
-    return Until(kPatience, [&] { return Expect(act); });
+    return Until(kPatience, [&] { return ExpectAtSomeMoment(act); });
   }
   const bool computer_act = act.verb == "process" || act.verb == "service" || act.verb == "free" ||
                             act.verb == "drive" || act.verb == "share" || act.verb == "elevation" ||
                             act.verb == "clock";
   return computer_act ? DoComputerAct(act) : DoPersonAct(act);
+}
+
+// A drive is a link that Wine keeps under a name which no Windows call can remove.
+std::string ScenarioDriver::TakeDriveAway(const std::string& letter) {
+  const std::string link = computer_.platform().system.Environment("WINEPREFIX") + "/dosdevices/" +
+                           FoldCase(letter) + ":";
+  ProgramProcesses::RunOnHost("/bin/rm", "-f " + link);
+  DefineDosDeviceW(DDD_REMOVE_DEFINITION, windows::Wide(letter + ":").c_str(), nullptr);
+  const DWORD bit = DWORD{1} << (FoldCase(letter)[0] - 'a');
+  return Until(kPatience, [bit] {
+    return (GetLogicalDrives() & bit) == 0 ? "" : "the drive does not go away";
+  });
 }
 
 std::string ScenarioDriver::DoComputerAct(const ScenarioAct& act) {
@@ -84,19 +150,12 @@ std::string ScenarioDriver::DoComputerAct(const ScenarioAct& act) {
     return processes_.RunStandIn(act.word) ? "" : act.word + " cannot be started";
   }
   if (act.verb == "drive" && act.text == "gone") {
-    const std::wstring drive = windows::Wide(act.word + ":");
-    DefineDosDeviceW(DDD_REMOVE_DEFINITION, drive.c_str(), nullptr);
-    const bool gone = GetDriveTypeW((drive + L"\\").c_str()) == DRIVE_NO_ROOT_DIR;
-    return gone ? "" : "the drive cannot be taken away";
+    return TakeDriveAway(act.word);
   }
   if (act.verb == "clock") {
-    // The caller has set it for all programs; here it is looked at.
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    char text[32];
-    wsprintfA(text, "%04d-%02d-%02d %02d:%02d", now.wYear, now.wMonth, now.wDay, now.wHour,
-              now.wMinute);
-    return act.text.starts_with(text) ? "" : "the clock shows " + std::string(text);
+    scenario_clock_ = ReadMoment(act.text);
+    GetLocalTime(&clock_set_);
+    return scenario_clock_ ? "" : "\"" + act.text + "\" is no moment";
   }
   if (act.verb == "elevation" && act.text == "accepted") return "";
   return CannotBe(act.source);
@@ -207,6 +266,7 @@ std::string ScenarioDriver::Settle() {
     if (now - start > kLongPatience) break;
     if (watchers_.empty()) Sleep(kPause);
   }
+  processes_.Look();
   if (!failures_.empty() || !Foreseen()) return "";
   if (!answers_.empty()) return "this message box never came: " + answers_.front().text;
   return watchers_.empty() ? "a foreseen dialog never came"
@@ -215,7 +275,7 @@ std::string ScenarioDriver::Settle() {
 
 void ScenarioDriver::Turn() {
   if (program_ == 0) return;
-  if (++turns_ % 5 == 0) processes_.Look();
+  if (++turns_ % 2 == 0) processes_.Look();
   RunWatchers();
   if (answered_ != nullptr && (IsWindow(answered_) == 0 || IsWindowVisible(answered_) == 0)) {
     answered_ = nullptr;
@@ -292,6 +352,25 @@ void ScenarioDriver::RunWatchers() {
     Sleep(1);
   }
   CloseHandle(thread);
+}
+
+// This system's clock is not to be set. A moment of the scenario's clock that an expectation names
+// therefore stands for each minute since the scenario set it: what is expected must be so for one
+// of them, and what must not be, for none.
+std::string ScenarioDriver::ExpectAtSomeMoment(const ScenarioAct& act) {
+  if (!scenario_clock_) return Expect(act);
+  const bool none = act.verb.starts_with("expect-no");
+  SYSTEMTIME now;
+  GetLocalTime(&now);
+  std::string problem;
+  for (int minute = 0;; ++minute) {
+    const SYSTEMTIME moment = Later(clock_set_, minute);
+    ScenarioAct meant = act;
+    meant.path = AtMoment(act.path, *scenario_clock_, moment);
+    meant.text = AtMoment(act.text, *scenario_clock_, moment);
+    problem = Expect(meant);
+    if (problem.empty() != none || SameMinute(moment, now)) return problem;
+  }
 }
 
 std::string ScenarioDriver::Expect(const ScenarioAct& act) {

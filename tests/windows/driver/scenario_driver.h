@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,10 +36,12 @@ class ScenarioDriver {
   // Each answers "" or what went wrong.
   std::string Do(const ScenarioAct& act);
   std::string DoComputerAct(const ScenarioAct& act);
+  std::string TakeDriveAway(const std::string& letter);
   std::string DoPersonAct(const ScenarioAct& act);
   std::string Start(const std::string& command_line);
   std::string ActOn(const ScenarioAct& act);
   std::string Expect(const ScenarioAct& act);
+  std::string ExpectAtSomeMoment(const ScenarioAct& act);
   std::string ExpectControl(const ScenarioAct& act);
   std::string ExpectNode(const ScenarioAct& act);
   std::string ExpectProgram(const ScenarioAct& act);
@@ -74,6 +77,9 @@ class ScenarioDriver {
   std::vector<BoxCheck> box_checks_;
   std::vector<std::string> boxes_;
   std::vector<ScenarioError> failures_;
+  // The moment that the scenario sets its clock to, and this system's time when it did.
+  std::optional<SYSTEMTIME> scenario_clock_;
+  SYSTEMTIME clock_set_ = {};
   HWND answered_ = nullptr;  // a dialog that has its answer and may not be gone yet
   int line_ = 0;
   int turns_ = 0;
