@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <ostream>
+#include <vector>
 
 #include "app/computer.h"
 #include "app/console_screen.h"
@@ -24,13 +25,23 @@ namespace fs = std::filesystem;
 constexpr size_t kListedEntries = 25;
 constexpr size_t kListedDifferences = 20;
 
+std::string MachineName(const std::string& user) { return "computer of " + user; }
+
+// One computer's backup, restored onto another one.
 class Demo {
  public:
-  Demo(const fs::path& folder, Terminal& terminal) : folder_(folder), terminal_(terminal) {
-    source_plan_.like = "xp";
-    source_plan_.user = "Anna";
-    target_plan_.like = "xp";
-    target_plan_.user = "Bernd";
+  struct People {
+    std::string like;
+    std::string system;  // its name for a person
+    std::string from, to;
+  };
+
+  Demo(const fs::path& folder, const People& people, Terminal& terminal)
+      : folder_(folder), people_(people), terminal_(terminal) {
+    source_plan_.like = people.like;
+    source_plan_.user = people.from;
+    target_plan_.like = people.like;
+    target_plan_.user = people.to;
     target_plan_.computer = "LAPTOP";
     target_plan_.identity = "{B7D2E8A4-1F36-4C09-8E57-93A1D04C6F22}";
     target_plan_.drives = {{"C", "fixed"}, {"D", "fixed"}, {"F", "removable"}};
@@ -55,8 +66,8 @@ class Demo {
   std::ostream& Say() { return terminal_.out; }
 
   bool MakeMachines() {
-    const std::string source = (folder_ / "first").string();
-    const std::string target = (folder_ / "second").string();
+    const std::string source = (folder_ / MachineName(people_.from)).string();
+    const std::string target = (folder_ / MachineName(people_.to)).string();
     std::string problem = MakeMachine(source, source_plan_);
     if (problem.empty()) problem = MakeMachine(target, target_plan_);
     if (!problem.empty()) return Fail(problem);
@@ -66,8 +77,8 @@ class Demo {
     if (!FillSample(source_->platform(), source_plan_)) {
       return Fail(source + " could not be filled.");
     }
-    Say() << "A computer with Windows XP, its user " << source_plan_.user << ", is in " << source
-          << ".\n";
+    Say() << "A computer with " << people_.system << ", its user " << source_plan_.user
+          << ", is in " << source << ".\n";
     return true;
   }
 
@@ -119,22 +130,50 @@ class Demo {
 
   bool Verify() {
     RoundTrip round_trip(*source_, source_plan_, *target_, target_plan_);
-    const RoundTripVerdict verdict = round_trip.Compare();
-    for (size_t i = 0; i < verdict.differences.size() && i < kListedDifferences; ++i) {
-      Say() << "  " << verdict.differences[i] << "\n";
+    RoundTripVerdict sum;
+    Say() << "\n";
+    for (const SampleKind kind : AllSampleKinds()) {
+      const RoundTripVerdict verdict = round_trip.Compare({kind});
+      Say() << "  " << CaptionOf(kind) << ": " << verdict.identical_files << " of " << verdict.files
+            << " files, " << verdict.present_keys << " of " << verdict.keys << " registry keys\n";
+      sum.Add(verdict);
     }
-    if (verdict.differences.size() > kListedDifferences) {
-      Say() << "  and " << verdict.differences.size() - kListedDifferences << " more\n";
+    for (size_t i = 0; i < sum.differences.size() && i < kListedDifferences; ++i) {
+      Say() << "  " << sum.differences[i] << "\n";
+    }
+    if (sum.differences.size() > kListedDifferences) {
+      Say() << "  and " << sum.differences.size() - kListedDifferences << " more\n";
     }
     Say() << "\n"
-          << verdict.present_folders << " of " << verdict.folders << " folders present.\n"
-          << verdict.identical_files << " of " << verdict.files << " files identical, "
-          << verdict.present_keys << " of " << verdict.keys << " registry keys present.\n"
+          << sum.present_folders << " of " << sum.folders << " folders present.\n"
+          << sum.identical_files << " of " << sum.files << " files identical, " << sum.present_keys
+          << " of " << sum.keys << " registry keys present.\n"
           << "The backup is left at " << archive_ << ".\n";
-    return verdict.AllWell();
+    return sum.AllWell();
+  }
+
+  const char* CaptionOf(SampleKind kind) const {
+    switch (kind) {
+      case SampleKind::kMail:
+        return people_.like == "vista" ? "Windows Mail" : "Outlook Express";
+      case SampleKind::kOutlook:
+        return "Microsoft Outlook";
+      case SampleKind::kBrowser:
+        return "Internet Explorer";
+      case SampleKind::kDocuments:
+        return "Documents";
+      case SampleKind::kDesktop:
+        return "Desktop";
+      case SampleKind::kAddedFolders:
+        return "Added folders";
+      case SampleKind::kAddedFiles:
+        return "Added files";
+    }
+    return "";
   }
 
   const fs::path folder_;
+  const People people_;
   Terminal& terminal_;
   MachinePlan source_plan_, target_plan_;
   std::unique_ptr<Computer> source_, target_;
@@ -142,11 +181,20 @@ class Demo {
   bool stopped_ = false;
 };
 
-// Removes the machines but not the backup.
+// Two pairs of computers, so that every product stands in a verdict.
+const std::vector<Demo::People>& AllPeople() {
+  static const std::vector<Demo::People> people = {{"xp", "Windows XP", "Anna", "Bernd"},
+                                                   {"vista", "Windows Vista", "Clara", "Dora"}};
+  return people;
+}
+
+// Removes the machines but not the backups.
 void RemoveMachines(const fs::path& folder) {
   std::error_code error;
-  fs::remove_all(folder / "first", error);
-  fs::remove_all(folder / "second", error);
+  for (const Demo::People& people : AllPeople()) {
+    fs::remove_all(folder / MachineName(people.from), error);
+    fs::remove_all(folder / MachineName(people.to), error);
+  }
 }
 
 }  // namespace
@@ -164,7 +212,12 @@ ExitStatus RunDemo(const std::string& folder, Terminal& terminal) {
   } else {
     fs::create_directories(place, error);
   }
-  const ExitStatus status = Demo(fs::absolute(place, error), terminal).Run();
+  ExitStatus status = ExitStatus::kDone;
+  for (const Demo::People& people : AllPeople()) {
+    if (status != ExitStatus::kDone) break;
+    if (&people != &AllPeople().front()) terminal.out << "\n";
+    status = Demo(fs::absolute(place, error), people, terminal).Run();
+  }
   if (folder.empty()) RemoveMachines(place);
   return status;
 }

@@ -38,6 +38,16 @@ bool HasDot(const std::string& name) { return Contains(name, "."); }
 
 }  // namespace
 
+void RoundTripVerdict::Add(const RoundTripVerdict& other) {
+  files += other.files;
+  identical_files += other.identical_files;
+  folders += other.folders;
+  present_folders += other.present_folders;
+  keys += other.keys;
+  present_keys += other.present_keys;
+  differences.insert(differences.end(), other.differences.begin(), other.differences.end());
+}
+
 RoundTrip::RoundTrip(Computer& source, const MachinePlan& source_plan, Computer& target,
                      const MachinePlan& target_plan)
     : source_(source),

@@ -17,6 +17,8 @@ struct RoundTripVerdict {
   int folders = 0, present_folders = 0;
   int keys = 0, present_keys = 0;
   std::vector<std::string> differences;  // a sentence each
+  // Takes in what another comparison found.
+  void Add(const RoundTripVerdict& other);
   bool AllWell() const {
     return files == identical_files && folders == present_folders && keys == present_keys;
   }
