@@ -356,7 +356,12 @@ TEST(ConsoleDemo, EndsWithAVerdictOnEveryFileAndKey) {
   EXPECT_NE(answer.out.find("Backup successfully completed"), std::string::npos);
   EXPECT_NE(answer.out.find("files identical, "), std::string::npos);
   EXPECT_NE(answer.out.find("registry keys present."), std::string::npos);
+  for (const char* product :
+       {"Outlook Express: ", "Windows Mail: ", "Microsoft Outlook: ", "Internet Explorer: "}) {
+    EXPECT_NE(answer.out.find(product), std::string::npos) << product;
+  }
   EXPECT_TRUE(fs::exists(scratch.path() + "/demo/Everything of Anna.obk"));
+  EXPECT_TRUE(fs::exists(scratch.path() + "/demo/Everything of Clara.obk"));
 }
 
 }  // namespace
