@@ -7,13 +7,11 @@
 #include <string>
 
 #include "platform/zip/bytes.h"
+#include "platform/zip/zip_format.h"
 
 struct libdeflate_compressor;
 
 namespace quorvale::zip {
-
-// What an entry is cut into. A block is compressed by one thread in one go.
-inline constexpr std::size_t kBlockSize = 1024 * 1024;
 
 // Ends a stream made of joined pieces: an empty last block.
 inline const std::string kStreamEnd("\x03\x00", 2);

@@ -82,19 +82,18 @@ EntryStatus WholeDecoder::Decode(const Record& record, Bytes* packed,
                                                                       : EntryStatus::kDamaged;
 }
 
-bool WholeDecoder::DecodePiece(Bytes* packed, std::size_t size, std::uint32_t* crc) {
+bool WholeDecoder::DecodePiece(Bytes* packed, Bytes* data, std::uint32_t* crc) {
   // An empty last block makes a stream of the piece.
   const std::uint8_t end[kPieceEnd] = {1, 0, 0, 0xFF, 0xFF};
   std::memcpy(packed->data.get() + packed->size, end, sizeof end);
-  Bytes data(size);
-  std::size_t unpacked = 0;
   if (decompressor_ == nullptr ||
       libdeflate_deflate_decompress(decompressor_, packed->data.get(), packed->size + sizeof end,
-                                    data.data.get(), size, &unpacked) != LIBDEFLATE_SUCCESS ||
-      unpacked != size) {
+                                    data->data.get(), data->capacity,
+                                    &data->size) != LIBDEFLATE_SUCCESS ||
+      data->size != data->capacity) {
     return false;
   }
-  *crc = libdeflate_crc32(0, data.data.get(), size);
+  *crc = libdeflate_crc32(0, data->data.get(), data->size);
   return true;
 }
 
@@ -165,6 +164,11 @@ bool StreamDecoder::Unpack(const Bytes& in, std::size_t* used, Bytes* out) {
   crc_ = libdeflate_crc32(crc_, out->data.get(), out->size);
   produced_ += out->size;
   return produced_ <= record_.size;
+}
+
+EntryStatus StreamDecoder::EndOfPieces(const std::uint8_t* trailer, std::uint32_t crc) {
+  if (decryptor_ != nullptr && !decryptor_->TrailerFits(trailer)) return EntryStatus::kDamaged;
+  return CrcFits(record_, crc) ? EntryStatus::kGood : EntryStatus::kDamaged;
 }
 
 EntryStatus StreamDecoder::End(const std::uint8_t* trailer) {

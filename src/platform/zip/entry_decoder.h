@@ -41,8 +41,9 @@ class WholeDecoder {
   EntryStatus Decode(const Record& record, Bytes* packed, const std::vector<std::string>& passwords,
                      Bytes* data);
 
-  // Unpacks a piece (BlockCompressor::CompressPiece) of `size` bytes and computes its check value.
-  bool DecodePiece(Bytes* packed, std::size_t size, std::uint32_t* crc);
+  // Unpacks a piece (BlockCompressor::CompressPiece) that fills `data` to its capacity, and
+  // computes its check value. There are kPieceEnd bytes of room behind the packed ones.
+  bool DecodePiece(Bytes* packed, Bytes* data, std::uint32_t* crc);
   static constexpr std::size_t kPieceEnd = 5;
 
  private:
@@ -69,6 +70,8 @@ class StreamDecoder {
   bool Unpack(const Bytes& in, std::size_t* used, Bytes* out);
   // To be called when all is unpacked.
   EntryStatus End(const std::uint8_t* trailer);
+  // The same where others have unpacked what was decrypted here, to data of this check value.
+  EntryStatus EndOfPieces(const std::uint8_t* trailer, std::uint32_t crc);
 
  private:
   struct Inflater;

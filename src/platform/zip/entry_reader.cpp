@@ -86,8 +86,7 @@ EntryStatus EntryReader::CheckPassword(const std::vector<const Record*>& records
   return EntryStatus::kGood;
 }
 
-void EntryReader::Run(const std::vector<const Record*>& records, const PieceIndex& pieces,
-                      EntrySink& sink) {
+void EntryReader::Run(const std::vector<const Record*>& records, EntrySink& sink) {
   for (const Record* record : records) {
     if (!monitor_.Beat()) return;
     if (!sink.Wants(*record)) {
@@ -109,10 +108,7 @@ void EntryReader::Run(const std::vector<const Record*>& records, const PieceInde
       }
     } else {
       if (!FinishAll(sink)) return;
-      const auto found = pieces.find(record);
-      const bool goes_on = found != pieces.end() ? ReadPieces(*record, *found->second, sink)
-                                                 : ReadStream(*record, sink);
-      if (!goes_on) return;
+      if (!ReadLarge(*record, sink)) return;
     }
   }
   FinishAll(sink);
@@ -181,26 +177,34 @@ bool EntryReader::End(const Record& record, EntryStatus status, EntrySink& sink)
   return sink.Done(record, status);
 }
 
-bool EntryReader::ReadStream(const Record& record, EntrySink& sink) {
+bool EntryReader::ReadLarge(const Record& record, EntrySink& sink) {
   monitor_.NewFile();
   EntryStatus status = CheckRecord(record);
   if (status == EntryStatus::kGood) {
     StreamDecoder decoder(record, passwords_);
-    status = RunStream(record, decoder, sink);
+    status =
+        record.pieces.empty() ? RunStream(record, decoder, sink) : RunPieces(record, decoder, sink);
   }
   return !monitor_.Aborted() && End(record, status, sink);
+}
+
+EntryStatus EntryReader::BeginData(const Record& record, StreamDecoder& decoder,
+                                   std::uint64_t* position) {
+  std::vector<std::uint8_t> header(decoder.HeaderSize() + 1);
+  if (!FindData(record, position) ||
+      !directory_.input->Read(*position, header.data(), decoder.HeaderSize())) {
+    return EntryStatus::kDamaged;
+  }
+  *position += decoder.HeaderSize();
+  return decoder.Begin(header.data());
 }
 
 // A worker unpacks into one buffer while this thread hands on the other and reads ahead.
 EntryStatus EntryReader::RunStream(const Record& record, StreamDecoder& decoder, EntrySink& sink) {
   ArchiveInput& input = *directory_.input;
   std::uint64_t position = 0;
-  if (!FindData(record, &position)) return EntryStatus::kDamaged;
-  std::vector<std::uint8_t> around(std::max(decoder.HeaderSize(), decoder.TrailerSize()) + 1);
-  if (!input.Read(position, around.data(), decoder.HeaderSize())) return EntryStatus::kDamaged;
-  const EntryStatus begun = decoder.Begin(around.data());
+  const EntryStatus begun = BeginData(record, decoder, &position);
   if (begun != EntryStatus::kGood) return begun;
-  position += decoder.HeaderSize();
   std::uint64_t unread = record.compressed_size - decoder.HeaderSize() - decoder.TrailerSize();
 
   Bytes in(kStreamIn);
@@ -249,86 +253,78 @@ EntryStatus EntryReader::RunStream(const Record& record, StreamDecoder& decoder,
     more = target.size > 0 || used < in.size || next.size > 0 || unread > 0;
     turn = 1 - turn;
   }
-  if (!input.Read(position, around.data(), decoder.TrailerSize())) return EntryStatus::kDamaged;
-  return decoder.End(around.data());
+  std::vector<std::uint8_t> trailer(decoder.TrailerSize() + 1);
+  if (!input.Read(position, trailer.data(), decoder.TrailerSize())) return EntryStatus::kDamaged;
+  return decoder.End(trailer.data());
 }
 
-bool EntryReader::ReadPieces(const Record& record, const std::vector<std::uint32_t>& sizes,
-                             EntrySink& sink) {
-  monitor_.NewFile();
-  const EntryStatus status = RunPieces(record, sizes);
-  return !monitor_.Aborted() && End(record, status, sink);
-}
-
-EntryStatus EntryReader::RunPieces(const Record& record, const std::vector<std::uint32_t>& sizes) {
+EntryStatus EntryReader::RunPieces(const Record& record, StreamDecoder& decoder, EntrySink& sink) {
   struct Piece {
     Bytes packed;
-    std::size_t size = 0;
+    Bytes data;
     std::uint32_t crc = 0;
     bool good = false;
     JobHandle job;
   };
   ArchiveInput& input = *directory_.input;
   std::uint64_t position = 0;
-  if (!FindData(record, &position)) return EntryStatus::kDamaged;
-  std::uint64_t end = position + record.compressed_size;
-  std::unique_ptr<Decryptor> decryptor;
-  if (record.Encrypted()) {
-    decryptor = MakeDecryptor(record);
-    std::vector<std::uint8_t> header(decryptor->HeaderSize());
-    if (!input.Read(position, header.data(), header.size())) return EntryStatus::kDamaged;
-    if (!decryptor->Begin(header.data(), passwords_)) return EntryStatus::kWrongPassword;
-    position += header.size();
-    end -= decryptor->TrailerSize();
-  }
+  const EntryStatus begun = BeginData(record, decoder, &position);
+  if (begun != EntryStatus::kGood) return begun;
 
   std::deque<std::shared_ptr<Piece>> ahead;
   const std::size_t most_ahead = static_cast<std::size_t>(pool_.WorkerCount()) + 2;
-  std::uint64_t left = record.size;
+  std::uint64_t unread = record.size;
+  std::uint64_t handed_on = 0;
   std::uint32_t crc = 0;
   bool good = true;
+  bool goes_on = true;
   std::size_t next = 0;
-  while (good && !monitor_.Aborted() && (next < sizes.size() || !ahead.empty())) {
-    if (next < sizes.size() && ahead.size() < most_ahead) {
+  while (good && goes_on && (next < record.pieces.size() || !ahead.empty())) {
+    if (next < record.pieces.size() && ahead.size() < most_ahead) {
       auto piece = std::make_shared<Piece>();
-      piece->packed = Bytes(sizes[next] + WholeDecoder::kPieceEnd);
-      piece->packed.size = sizes[next++];
-      piece->size = static_cast<std::size_t>(std::min<std::uint64_t>(left, kBlockSize));
-      left -= piece->size;
-      good = position + piece->packed.size <= end &&
-             input.Read(position, piece->packed.data.get(), piece->packed.size);
+      const std::uint32_t size = record.pieces[next++];
+      piece->packed = Bytes(size + WholeDecoder::kPieceEnd);
+      piece->packed.size = size;
+      good = input.Read(position, piece->packed.data.get(), size);
       if (!good) break;
-      position += piece->packed.size;
-      if (decryptor != nullptr) decryptor->Apply(piece->packed.data.get(), piece->packed.size);
+      position += size;
+      decoder.Decrypt(piece->packed.data.get(), size);
+      piece->data = Bytes(static_cast<std::size_t>(std::min<std::uint64_t>(unread, kBlockSize)));
+      unread -= piece->data.capacity;
       piece->job = pool_.Start([this, piece = piece.get()](int worker) {
-        piece->good = DecoderOf(worker).DecodePiece(&piece->packed, piece->size, &piece->crc);
+        piece->good = DecoderOf(worker).DecodePiece(&piece->packed, &piece->data, &piece->crc);
         piece->packed = Bytes();
       });
       ahead.push_back(std::move(piece));
+      goes_on = monitor_.Advance(size);
       continue;
     }
     const std::shared_ptr<Piece> oldest = ahead.front();
     if (!WaitFor(oldest->job)) break;
     ahead.pop_front();
     good = oldest->good;
+    if (!good) break;
     crc = static_cast<std::uint32_t>(
-        crc32_combine(crc, oldest->crc, static_cast<z_off_t>(oldest->size)));
-    monitor_.Advance(record.compressed_size / std::max<std::size_t>(sizes.size(), 1));
+        crc32_combine(crc, oldest->crc, static_cast<z_off_t>(oldest->data.size)));
+    goes_on = sink.Take(record, oldest->data.data.get(), oldest->data.size);
+    handed_on += oldest->data.size;
+    goes_on = monitor_.FileProgress(handed_on, record.size) && goes_on;
   }
   for (const std::shared_ptr<Piece>& piece : ahead) {
     while (!pool_.Wait(piece->job, kWaitStep)) {
     }
   }
-  if (monitor_.Aborted()) return EntryStatus::kGood;
-  std::string stream_end(kStreamEnd.size(), '\0');
-  if (!good || left != 0 || position + stream_end.size() != end ||
-      !input.Read(position, stream_end.data(), stream_end.size())) {
-    return EntryStatus::kDamaged;
-  }
-  if (decryptor != nullptr) {
-    decryptor->Apply(reinterpret_cast<std::uint8_t*>(stream_end.data()), stream_end.size());
-  }
-  return stream_end == kStreamEnd && crc == record.crc ? EntryStatus::kGood : EntryStatus::kDamaged;
+  if (!good) return EntryStatus::kDamaged;
+  if (!goes_on || monitor_.Aborted()) return EntryStatus::kGood;
+  // What is left is the end of the stream, and of the encryption.
+  std::vector<std::uint8_t> rest(kStreamEnd.size() + decoder.TrailerSize());
+  if (!input.Read(position, rest.data(), rest.size())) return EntryStatus::kDamaged;
+  decoder.Decrypt(rest.data(), kStreamEnd.size());
+  const bool ended =
+      std::equal(kStreamEnd.begin(), kStreamEnd.end(), rest.begin(),
+                 [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
+  if (!ended) return EntryStatus::kDamaged;
+  return decoder.EndOfPieces(rest.data() + kStreamEnd.size(), crc);
 }
 
 }  // namespace quorvale::zip

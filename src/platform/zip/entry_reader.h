@@ -2,7 +2,6 @@
 #pragma once
 
 #include <deque>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,9 +27,6 @@ class EntrySink {
   virtual bool Done(const Record& record, EntryStatus status) = 0;
 };
 
-// For an entry that this program has just written in pieces: the compressed size of each.
-using PieceIndex = std::map<const Record*, const std::vector<std::uint32_t>*>;
-
 class EntryReader {
  public:
   EntryReader(const Directory& directory, WorkerPool& pool, OperationMonitor& monitor,
@@ -42,7 +38,7 @@ class EntryReader {
   EntryStatus CheckPassword(const std::vector<const Record*>& records);
 
   // Reads the entries. Ends early after an abort, or when the sink says so. A folder has no data.
-  void Run(const std::vector<const Record*>& records, const PieceIndex& pieces, EntrySink& sink);
+  void Run(const std::vector<const Record*>& records, EntrySink& sink);
 
  private:
   struct Waiting;
@@ -56,10 +52,12 @@ class EntryReader {
   bool FinishAll(EntrySink& sink);
   // Waits for a job. False after an abort.
   bool WaitFor(const JobHandle& job);
-  bool ReadStream(const Record& record, EntrySink& sink);
+  bool ReadLarge(const Record& record, EntrySink& sink);
+  // The bytes of an entry as one stream; or, where its pieces are known, side by side.
   EntryStatus RunStream(const Record& record, StreamDecoder& decoder, EntrySink& sink);
-  bool ReadPieces(const Record& record, const std::vector<std::uint32_t>& sizes, EntrySink& sink);
-  EntryStatus RunPieces(const Record& record, const std::vector<std::uint32_t>& sizes);
+  EntryStatus RunPieces(const Record& record, StreamDecoder& decoder, EntrySink& sink);
+  // Begins to read the data of a large entry: looks at the header of its encryption.
+  EntryStatus BeginData(const Record& record, StreamDecoder& decoder, std::uint64_t* position);
   bool End(const Record& record, EntryStatus status, EntrySink& sink);
   WholeDecoder& DecoderOf(int worker);
 

@@ -135,7 +135,7 @@ Result TestOperation::Run() {
   if (password == EntryStatus::kWrongPassword) return Result::kWrongPassword;
   if (password == EntryStatus::kDamaged) return Result::kFailed;
   monitor_.BeginStage(bytes, 0, 100);
-  reader.Run(records, PieceIndex(), *this);
+  reader.Run(records, *this);
   if (monitor_.Aborted()) return Result::kAborted;
   if (result_ == Result::kDone) monitor_.Finish();
   return result_;
@@ -174,7 +174,7 @@ Result UnzipOperation::Run() {
                      PasswordForms(archive_.password, system_));
   if (reader.CheckPassword(records) == EntryStatus::kWrongPassword) return Result::kWrongPassword;
   monitor_.BeginStage(bytes, 0, 100);
-  reader.Run(records, PieceIndex(), *this);
+  reader.Run(records, *this);
   SetFolderTimes();
   const Result result = Judge();
   if (result == Result::kDone || result == Result::kWarnings) monitor_.Finish();

@@ -19,6 +19,11 @@ constexpr std::uint16_t kExtraNtfs = 0x000A;
 constexpr std::uint16_t kExtraUnixTime = 0x5455;
 constexpr std::uint16_t kExtraUnicodePath = 0x7075;
 constexpr std::uint16_t kExtraAes = 0x9901;
+constexpr std::uint16_t kExtraPieces = 0x7651;  // of this program: version, then the sizes
+
+constexpr char kPiecesVersion = 1;
+// More do not fit the field; entries beyond this (15 GB) are read as one stream.
+constexpr std::size_t kMostPieces = 15'000;
 
 constexpr std::uint16_t kVersionPlain = 20;
 constexpr std::uint16_t kVersionZip64 = 45;
@@ -59,6 +64,14 @@ void PutNtfsTimes(std::string* extra, FileTime modified) {
   Put16(extra, 1);  // the tag of the times
   Put16(extra, 24);
   for (int i = 0; i < 3; ++i) Put64(extra, static_cast<std::uint64_t>(modified));
+}
+
+void PutPieces(std::string* extra, const std::vector<std::uint32_t>& pieces) {
+  if (pieces.empty() || pieces.size() > kMostPieces) return;
+  Put16(extra, kExtraPieces);
+  Put16(extra, 1 + 4 * pieces.size());
+  extra->push_back(kPiecesVersion);
+  for (const std::uint32_t size : pieces) Put32(extra, size);
 }
 
 // Reads the numbers of a field one after the other; a missing one spoils it.
@@ -137,6 +150,25 @@ bool ParseAes(const std::uint8_t* p, std::size_t size, Record* record) {
          record->aes_strength <= 3;
 }
 
+void ParsePieces(const std::uint8_t* p, std::size_t size, Record* record) {
+  record->pieces.clear();
+  if (size < 1 || p[0] != kPiecesVersion || size % 4 != 1) return;
+  for (std::size_t at = 1; at < size; at += 4) record->pieces.push_back(Get32(p + at));
+}
+
+// Whether the pieces can be what the entry consists of.
+bool PiecesFit(const Record& record) {
+  if (record.method != kMethodDeflated || record.size == 0) return false;
+  if ((record.size - 1) / kBlockSize + 1 != record.pieces.size()) return false;
+  std::uint64_t packed = 0;
+  for (const std::uint32_t size : record.pieces) {
+    // A block that does not shrink takes a little more than its size.
+    if (size == 0 || size > kBlockSize + kBlockSize / 64) return false;
+    packed += size;
+  }
+  return packed < record.compressed_size;
+}
+
 struct Extras {
   std::string unicode_path;
   FileTime ntfs_time = 0;
@@ -167,6 +199,8 @@ bool ParseExtras(const std::uint8_t* p, std::size_t size, std::uint32_t part16,
     } else if (id == kExtraAes && record->method == kMethodAes) {
       if (!ParseAes(field, length, record)) return false;
       extras->aes = true;
+    } else if (id == kExtraPieces) {
+      ParsePieces(field, length, record);
     }
     at += length;
   }
@@ -260,6 +294,7 @@ std::string CentralHeader(const Record& record) {
     extra += long_numbers;
   }
   PutNtfsTimes(&extra, record.modified);
+  PutPieces(&extra, record.pieces);
   PutUnixTime(&extra, record.modified);
   const std::uint16_t version = long_numbers.empty() ? VersionNeeded(record) : kVersionZip64;
 
@@ -344,6 +379,7 @@ std::size_t ParseCentralHeader(const std::uint8_t* p, std::size_t available, Sys
   if (!ParseExtras(p + kCentralHeaderSize + name_size, extra_size, part16, raw, record, &extras)) {
     return 0;
   }
+  if (!record->pieces.empty() && !PiecesFit(*record)) record->pieces.clear();
   record->name = ReplaceAll(DecodeName(raw, *record, extras, system), "/", "\\");
   if ((record->attributes & file_attribute::kFolder) != 0 && !record->IsFolder()) {
     record->name += '\\';

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "platform/files.h"
 #include "platform/system_info.h"
@@ -36,6 +37,10 @@ inline constexpr std::uint16_t kMethodStored = 0;
 inline constexpr std::uint16_t kMethodDeflated = 8;
 inline constexpr std::uint16_t kMethodAes = 99;  // the true method stands in an extra field
 
+// What a large file is cut into; each block is compressed by itself, and the pieces follow each
+// other as one deflate stream.
+inline constexpr std::size_t kBlockSize = 1024 * 1024;
+
 // One entry, as the directory tells it.
 struct Record {
   std::string name;  // UTF-8, with "\"; a folder's ends in "\"
@@ -53,6 +58,9 @@ struct Record {
   std::uint64_t compressed_size = 0;
   std::uint64_t size = 0;
   FileTime modified = 0;
+  // The packed sizes of its blocks, in a field of this program's own; other tools pass over it.
+  // Empty: the stream is to be read as a whole.
+  std::vector<std::uint32_t> pieces;
 
   bool IsFolder() const { return !name.empty() && name.back() == '\\'; }
   bool Encrypted() const { return (flags & kFlagEncrypted) != 0; }

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <map>
 
 #include "platform/paths.h"
 #include "platform/text.h"
@@ -55,8 +54,7 @@ struct ZipOperation::Member {
   std::uint64_t expected_size = 0;
   bool begun = false;
   std::string cipher_header;
-  std::unique_ptr<ClassicCipher> cipher;   // of a streamed member
-  std::vector<std::uint32_t> piece_sizes;  // of a streamed and deflated member
+  std::unique_ptr<ClassicCipher> cipher;  // of a streamed member
 };
 
 // A piece of work for a worker.
@@ -333,7 +331,6 @@ bool ZipOperation::Write(Block& block) {
   }
   if (block.failed) return DropMember(member);
   if (!EndMember(member)) return false;
-  if (member.record.method == kMethodDeflated) streamed_.push_back(block.member);
   return monitor_.FileProgress(1, 1);
 }
 
@@ -391,7 +388,7 @@ bool ZipOperation::WritePiece(Block& block) {
   record.size += block.data_size;
   record.compressed_size += bytes.size;
   if (record.method == kMethodDeflated) {
-    member.piece_sizes.push_back(static_cast<std::uint32_t>(bytes.size));
+    record.pieces.push_back(static_cast<std::uint32_t>(bytes.size));
   }
   if (member.cipher != nullptr) member.cipher->Encrypt(bytes.data.get(), bytes.size);
   return Check(output_.Write(bytes.data.get(), bytes.size));
@@ -467,29 +464,23 @@ bool ZipOperation::ReadsBack() {
   if (!ReadDirectoryOfParts(files_, system_, output_.TemporaryPaths(), &directory)) return false;
   if (directory.records.size() != records_.size()) return false;
   std::vector<const Record*> records;
-  std::map<std::pair<std::uint32_t, std::uint64_t>, const Record*> by_place;
   std::uint64_t total = 0;
   for (std::size_t i = 0; i < records_.size(); ++i) {
     const Record& meant = records_[i];
     const Record& read = directory.records[i];
     if (meant.name != read.name || meant.size != read.size || meant.crc != read.crc ||
         meant.compressed_size != read.compressed_size || meant.part != read.part ||
-        meant.offset != read.offset || meant.Encrypted() != read.Encrypted()) {
+        meant.offset != read.offset || meant.Encrypted() != read.Encrypted() ||
+        (!read.pieces.empty() && meant.pieces != read.pieces)) {
       return false;
     }
     records.push_back(&read);
-    by_place[{read.part, read.offset}] = &read;
     total += read.compressed_size;
-  }
-  PieceIndex pieces;
-  for (const std::shared_ptr<Member>& member : streamed_) {
-    const auto found = by_place.find({member->record.part, member->record.offset});
-    if (found != by_place.end()) pieces[found->second] = &member->piece_sizes;
   }
   monitor_.BeginStage(total, kPackedPercent, 100);
   EntryReader reader(directory, *pool_, monitor_, Passwords());
   ReadBack sink;
-  reader.Run(records, pieces, sink);
+  reader.Run(records, sink);
   return sink.good() == records.size();
 }
 

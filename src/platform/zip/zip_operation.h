@@ -75,8 +75,7 @@ class ZipOperation {
   FileStatus status_ = FileStatus::kOk;
   std::deque<std::shared_ptr<Block>> waiting_;
   std::uint64_t waiting_bytes_ = 0;
-  std::vector<std::shared_ptr<Member>> streamed_;  // the stored members that were cut into blocks
-  std::vector<Record> records_;                    // of the stored members, in order
+  std::vector<Record> records_;  // of the stored members, in order
   std::string noise_;
   std::uint64_t noise_count_ = 0;
 };
