@@ -5,10 +5,12 @@
 """
 import io
 import os
+import struct
 import subprocess
 import sys
 import tempfile
 import zipfile
+import zlib
 
 NO_PASSWORD = b"\x00"
 PASSWORD = b"\x01"  # archive_fuzz then takes "right"
@@ -55,6 +57,28 @@ def tool_archive(command):
             return file.read()
 
 
+def archive_in_pieces(size):
+    """One large entry of zeros, with the extra field that tells the sizes of its pieces."""
+    block = 1024 * 1024
+    pieces = []
+    for at in range(0, size, block):
+        packer = zlib.compressobj(9, zlib.DEFLATED, -15)
+        piece = packer.compress(bytes(min(block, size - at)))
+        pieces.append(piece + packer.flush(zlib.Z_FULL_FLUSH))
+    packed = b"".join(pieces) + b"\x03\x00"
+    crc = zlib.crc32(bytes(size))
+    sizes = struct.pack(f"<B{len(pieces)}I", 1, *map(len, pieces))
+    extra = struct.pack("<HH", 0x7651, len(sizes)) + sizes
+    name = b"large"
+    shared = struct.pack("<HHHIIIIH", 20, 0, 8, 0x34220000, crc, len(packed), size, len(name))
+    local = b"PK\x03\x04" + shared + struct.pack("<H", 0) + name
+    central = (b"PK\x01\x02\x14\x00" + shared
+               + struct.pack("<HHHHII", len(extra), 0, 0, 0, 32, 0) + name + extra)
+    end = b"PK\x05\x06" + struct.pack("<HHHHIIH", 0, 0, 1, 1, len(central),
+                                      len(local) + len(packed), 0)
+    return local + packed + central + end
+
+
 def seeds():
     stored, deflated = zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED
     yield "stored", NO_PASSWORD + python_archive(stored)
@@ -72,6 +96,7 @@ def seeds():
     yield "classic", PASSWORD + tool_archive(["zip", "-q", "-P", "right", "OUT", "a.txt", "b.bin"])
     yield "classic_streamed", PASSWORD + tool_archive(
         ["sh", "-c", "zip -q -P right - a.txt | cat > OUT"])
+    yield "pieces", NO_PASSWORD + archive_in_pieces(4 * 1024 * 1024 + 5000)
     yield "part", NO_PASSWORD + b"PK\x05\x06\x01\x00" + b"\x00" * 16
 
 

@@ -9,6 +9,7 @@
 
 #include "platform/zip/archive.h"
 #include "platform/zip/directory_reader.h"
+#include "zip/archive_witness.h"
 #include "zip/fixed_system.h"
 #include "zip/memory_files.h"
 #include "zip/test_data.h"
@@ -29,6 +30,12 @@ class ArchiveFixture : public testing::Test {
     archive.archive_name = "C:\\Out\\a.obk";
     archive.unzip_folder = "C:\\Back";
     archive.worker_threads = 2;
+    // Whatever a test makes is shown to the common tools too.
+    files.after_replace = [this](const std::string& path) {
+      if (path != archive.archive_name || archive.split_size != 0) return;
+      if (archive.current_operation() != zip::Operation::kZipping) return;
+      WitnessArchive(files.Bytes(path), archive.encrypt ? archive.password : "");
+    };
     archive.on_warning = [this](const std::string& name, const std::string& reason) {
       warnings.push_back(name);
       reasons.push_back(reason);

@@ -142,7 +142,8 @@ TEST_F(ArchiveToolsTest, OtherToolsSeeTheTimes) {
 TEST_F(ArchiveToolsTest, ReadsWhatZipWritesAtEveryLevel) {
   const Tree tree = SampleTree();
   WriteTree("tree", tree);
-  for (const std::string options : {"-0", "-1", "-6", "-9", "-fd", "-fz", "-Z store -X"}) {
+  for (const std::string options :
+       {"-0", "-1", "-2", "-3", "-4", "-5", "-6", "-7", "-8", "-9", "-fd", "-fz", "-Z store -X"}) {
     SCOPED_TRACE(options);
     ASSERT_TRUE(Run("cd tree && rm -f ../b.zip && zip -q -r " + options + " ../b.zip ."));
     ExpectReads("b.zip", tree);
@@ -166,9 +167,14 @@ TEST_F(ArchiveToolsTest, ReadsWhatZipEncrypts) {
                      {"Sub/large.bin", Noise(4'300'000)},
                      {"z", Prose(2'000)}};
   WriteTree("tree", tree);
-  for (const std::string options : {"-0", "-6", "-fd"}) {
+  for (const std::string options : {"-0", "-1", "-6", "-9", "-fd"}) {
     SCOPED_TRACE(options);
     ASSERT_TRUE(Run("cd tree && rm -f ../b.zip && zip -q -P secret -r " + options + " ../b.zip ."));
+    ExpectReads("b.zip", tree, "secret");
+  }
+  for (const std::string options : {"-0", "-6"}) {
+    SCOPED_TRACE("streamed " + options);
+    ASSERT_TRUE(Run("cd tree && zip -q -P secret -r " + options + " - . | cat > ../b.zip"));
     ExpectReads("b.zip", tree, "secret");
   }
 }
@@ -188,7 +194,7 @@ TEST_F(ArchiveToolsTest, ReadsWhatSevenZipWrites) {
                      {"empty", ""},
                      {"\xE6\x97\xA5\xE6\x9C\xAC.txt", "outside the code page"}};
   WriteTree("tree", tree);
-  for (const int level : {0, 1, 5, 9}) {
+  for (const int level : {0, 1, 3, 5, 7, 9}) {
     SCOPED_TRACE(level);
     ASSERT_TRUE(Run("cd tree && rm -f ../b.zip && 7z a -bd -tzip -mx=" + std::to_string(level) +
                     " ../b.zip ."));
@@ -270,8 +276,12 @@ with zipfile.ZipFile(out, 'w', kind, compresslevel=level) as z:
     z.comment = b'made by a script'
 )";
   std::ofstream(Host("write.py")) << script;
-  for (const std::string arguments :
-       {"store 0 0 0", "deflate 1 0 0", "deflate 6 0 1", "deflate 9 1 0", "store 0 1 1"}) {
+  // Every level, with the sizes in front of the data and behind it in turn.
+  std::vector<std::string> kinds = {"store 0 0 0", "store 0 1 1", "deflate 6 0 1"};
+  for (int level = 0; level <= 9; ++level) {
+    kinds.push_back("deflate " + std::to_string(level) + (level % 2 == 0 ? " 0 0" : " 1 0"));
+  }
+  for (const std::string& arguments : kinds) {
     SCOPED_TRACE(arguments);
     ASSERT_TRUE(Run("python3 write.py " + arguments));
     ExpectReads("b.zip", tree);

@@ -209,6 +209,7 @@ FileStatus MemoryFiles::Replace(const std::string& from, const std::string& to) 
   Remove(to);
   nodes_.erase(KeyOf(from));
   nodes_[KeyOf(to)] = moved;
+  if (after_replace) after_replace(to);
   return FileStatus::kOk;
 }
 

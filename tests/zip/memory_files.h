@@ -37,6 +37,8 @@ class MemoryFiles : public Files {
   std::map<std::string, std::uint64_t> read_fails_at;
   // Files that are there but cannot be opened, or not replaced.
   std::map<std::string, bool> locked;
+  // Called after a file has taken its name from another one.
+  std::function<void(const std::string& path)> after_replace;
   // Called before each read, with the path and the offset.
   std::function<void(const std::string& path, std::uint64_t offset)> before_read;
   // Asked before each change of the drive (create, write, remove, replace ...). On false nothing

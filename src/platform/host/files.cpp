@@ -264,15 +264,25 @@ void HostFiles::SetDrive(char letter, DriveKind kind, const std::string& folder)
   Drive& drive = drives_[letter];
   drive.kind = kind;
   drive.root = RealPath(folder);
+  walked_ = {};
+}
+
+void HostFiles::RemoveDrive(char letter) {
+  drives_.erase(letter);
+  walked_ = {};
 }
 
 void HostFiles::SetShare(const std::string& share, const std::string& folder) {
   Drive& drive = shares_[FoldCase(share)];
   drive.kind = DriveKind::kRemote;
   drive.root = RealPath(folder);
+  walked_ = {};
 }
 
-void HostFiles::RemoveShare(const std::string& share) { shares_.erase(FoldCase(share)); }
+void HostFiles::RemoveShare(const std::string& share) {
+  shares_.erase(FoldCase(share));
+  walked_ = {};
+}
 
 HostFiles::Drive* HostFiles::FindDrive(const std::string& path) {
   if (path.starts_with("\\\\")) {
@@ -293,32 +303,65 @@ bool HostFiles::FollowLink(Place* place) {
   return true;
 }
 
+bool HostFiles::Step(const std::string& asked, Place* place) {
+  // Only what stands has something below it.
+  if (!place->exists) return false;
+  place->parent = place->host;
+  std::optional<FolderEntry> entry = cache_.Find(place->parent, asked);
+  const std::string plain = WithoutEndDots(asked);
+  if (!entry && plain != asked && !plain.empty()) entry = cache_.Find(place->parent, plain);
+  place->exists = entry.has_value();
+  place->name = entry ? entry->name : plain;
+  place->host = JoinHostPath(place->parent, place->name);
+  place->is_link = entry && entry->is_link;
+  if (place->is_link && !FollowLink(place)) {
+    place->exists = false;
+    place->blocked = true;
+  }
+  return true;
+}
+
+bool HostFiles::WasWalked(const std::string& folder) const {
+  struct stat info {};
+  return !folder.empty() && folder == walked_.path && lstat(walked_.host.c_str(), &info) == 0 &&
+         S_ISDIR(info.st_mode) && info.st_dev == walked_.device && info.st_ino == walked_.number;
+}
+
+void HostFiles::RememberWalk(const std::string& folder, const Place& place) {
+  struct stat info {};
+  if (stat(place.host.c_str(), &info) != 0) return;
+  walked_ = {folder, place.host, place.drive, info.st_dev, info.st_ino};
+}
+
 std::optional<HostFiles::Place> HostFiles::Resolve(const std::string& original) {
   const std::string path = ReplaceAll(original, "/", "\\");
   if (path.find('\0') != std::string::npos) return std::nullopt;
   Place place;
+  // Most calls name files of one folder, one after the other.
+  const std::size_t name_at = path.rfind('\\') + 1;
+  const std::string last = path.substr(name_at);
+  const std::string folder =
+      last.empty() || last == "." || last == ".." ? "" : path.substr(0, name_at);
+  if (WasWalked(folder)) {
+    place.drive = walked_.drive;
+    place.host = walked_.host;
+    place.exists = true;
+    Step(last, &place);
+    return place;
+  }
   place.drive = FindDrive(path);
   if (place.drive == nullptr || place.drive->root.empty()) return std::nullopt;
   place.host = place.drive->root;
   place.exists = true;
   // The names stand behind "C:" or behind the name of the share.
   const std::string share = ShareOf(path);
-  for (const std::string& asked :
-       NamesOf(share.empty() ? path : "C:" + path.substr(share.size()))) {
-    // Only what stands has something below it.
-    if (!place.exists) return std::nullopt;
-    place.parent = place.host;
-    std::optional<FolderEntry> entry = cache_.Find(place.parent, asked);
-    const std::string plain = WithoutEndDots(asked);
-    if (!entry && plain != asked && !plain.empty()) entry = cache_.Find(place.parent, plain);
-    place.exists = entry.has_value();
-    place.name = entry ? entry->name : plain;
-    place.host = JoinHostPath(place.parent, place.name);
-    place.is_link = entry && entry->is_link;
-    if (place.is_link && !FollowLink(&place)) {
-      place.exists = false;
-      place.blocked = true;
-    }
+  const std::vector<std::string> names =
+      NamesOf(share.empty() ? path : "C:" + path.substr(share.size()));
+  bool exact = !folder.empty() && names.size() >= 2;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i + 1 == names.size() && exact && place.exists) RememberWalk(folder, place);
+    if (!Step(names[i], &place)) return std::nullopt;
+    exact = exact && place.name == names[i] && !place.is_link;
   }
   return place;
 }

@@ -3,6 +3,8 @@
 // followed when a path names it, but no listing shows it, so that no walk goes round in circles.
 #pragma once
 
+#include <sys/types.h>
+
 #include <map>
 #include <memory>
 #include <optional>
@@ -41,7 +43,7 @@ class HostFiles : public Files {
 
   // What tests arrange. A drive comes (in the host folder `folder`, which stands) or goes.
   void SetDrive(char letter, DriveKind kind, const std::string& folder);
-  void RemoveDrive(char letter) { drives_.erase(letter); }
+  void RemoveDrive(char letter);
   // A share ("\\\\server\\share") answers, from a host folder that stands, or is silent.
   void SetShare(const std::string& share, const std::string& folder);
   void RemoveShare(const std::string& share);
@@ -89,7 +91,22 @@ class HostFiles : public Files {
     bool blocked = false;  // a link that leads outside, or nowhere
   };
 
+  // A folder that a path named exactly as it stands, with no link on the way: another path into it
+  // need not be walked from the drive on, as long as this very folder stands there.
+  struct WalkedFolder {
+    std::string path;  // of the machine, with the last "\\"; "" if there is none
+    std::string host;
+    Drive* drive = nullptr;
+    dev_t device = 0;
+    ino_t number = 0;
+  };
+
   Drive* FindDrive(const std::string& path);
+  // Looks for one name in a folder. Nothing below what does not exist.
+  bool Step(const std::string& asked, Place* place);
+  // Whether the folder that was walked last is the one of this path, and still stands.
+  bool WasWalked(const std::string& folder) const;
+  void RememberWalk(const std::string& folder, const Place& place);
   // Nothing if a folder on the way does not exist.
   std::optional<Place> Resolve(const std::string& path);
   // Follows the link at a place. False if it leads outside the drive.
@@ -113,6 +130,7 @@ class HostFiles : public Files {
   std::map<char, Drive> drives_;
   std::shared_ptr<OpenFiles> open_ = std::make_shared<OpenFiles>();
   std::map<std::string, Drive> shares_;  // by folded name
+  WalkedFolder walked_;                  // the last one
   FolderCache cache_;
   std::set<std::string> in_use_;                      // host paths
   std::map<std::string, std::uint64_t> read_faults_;  // by host path

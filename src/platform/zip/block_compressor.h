@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
 #include "platform/zip/bytes.h"
 #include "platform/zip/zip_format.h"
@@ -13,12 +12,10 @@ struct libdeflate_compressor;
 
 namespace quorvale::zip {
 
-// Ends a stream made of joined pieces: an empty last block.
-inline const std::string kStreamEnd("\x03\x00", 2);
-
 // One is used by one thread at a time.
 class BlockCompressor {
  public:
+  // `level` from 1 to 9, as zip tools count them.
   explicit BlockCompressor(int level);
   ~BlockCompressor();
   BlockCompressor(const BlockCompressor&) = delete;

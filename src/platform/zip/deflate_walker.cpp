@@ -61,20 +61,33 @@ class Bits {
   unsigned ready_ = 0;
 };
 
-// What a code means to one who only follows it.
-enum Kind : std::uint8_t { kLiteral = 0, kMatch = 1, kEnd = 2, kLong = 3 };
+constexpr unsigned kTableBits = 11;
+constexpr std::size_t kTableSize = 1u << kTableBits;
+
+// What follows a code, to one who only follows the codes: the table that shows the next one, or a
+// reason to stop.
+enum Next : std::uint16_t {
+  kLiteral = 0,            // a literal or a length is next
+  kDistance = kTableSize,  // the distance of a match is next
+  kEnd,                    // the block ends here
+  kLong                    // the code is not in the table
+};
 struct Step {
-  std::uint8_t bits = 0;  // of the code, and of the extra bits behind it; 0: there is no such code
-  Kind kind = kLong;
+  std::uint8_t bits = 0;   // of the code, and of the extra bits behind it; 0: there is no such code
+  std::uint8_t extra = 0;  // how many of them are extra bits
+  Next next = kLong;
 };
 
+// Three steps, with distances in every other place, are no more than a refill makes ready.
+constexpr unsigned kLongestDistanceStep = 20;
+
 // A Huffman code. Codes of up to kTableBits are looked up, longer ones are counted out.
-template <unsigned kTableBits>
 class Code {
  public:
-  // `step_of` tells the extra bits and the kind of a symbol. False if the lengths are no code.
+  // `step_of` tells the extra bits of a symbol and what is next. Fills `table`, of kTableSize
+  // steps. False if the lengths are no code.
   template <typename StepOf>
-  bool Build(const std::uint8_t* lengths, std::size_t count, StepOf step_of) {
+  bool Build(const std::uint8_t* lengths, std::size_t count, StepOf step_of, Step* table) {
     counts_.fill(0);
     for (std::size_t i = 0; i < count; ++i) ++counts_[lengths[i]];
     counts_[0] = 0;
@@ -87,32 +100,20 @@ class Code {
       offsets[length + 1] = static_cast<std::uint16_t>(offsets[length] + counts_[length]);
       next_code[length + 1] = (next_code[length] + counts_[length]) << 1;
     }
-    table_.fill(Step());
+    std::fill_n(table, kTableSize, Step());
     for (std::size_t i = 0; i < count; ++i) {
       const unsigned length = lengths[i];
       if (length == 0) continue;
       Step step = step_of(i);
-      step.bits = static_cast<std::uint8_t>(step.bits + length);
+      step.bits = static_cast<std::uint8_t>(step.extra + length);
       sorted_[offsets[length]++] = step;
       const std::uint32_t code = next_code[length]++;
-      if (length <= kTableBits) Fill(code, length, step);
+      if (length <= kTableBits) Fill(code, length, step, table);
     }
     return true;
   }
 
-  Step Find(const Bits& bits) const {
-    const Step step = table_[bits.Peek(kTableBits)];
-    return step.kind == kLong ? FindLong(bits) : step;
-  }
-
- private:
-  // A code stands in the stream with its highest bit first.
-  void Fill(std::uint32_t code, unsigned length, Step step) {
-    std::uint32_t index = 0;
-    for (unsigned i = 0; i < length; ++i) index |= ((code >> i) & 1) << (length - 1 - i);
-    for (; index < table_.size(); index += 1u << length) table_[index] = step;
-  }
-
+  // The step of a code that the table does not show.
   Step FindLong(const Bits& bits) const {
     std::uint64_t rest = bits.Peek(kLongestCode);
     std::uint32_t code = 0;
@@ -130,21 +131,49 @@ class Code {
     return Step();
   }
 
-  std::array<Step, 1u << kTableBits> table_;
+ private:
+  // A code stands in the stream with its highest bit first.
+  static void Fill(std::uint32_t code, unsigned length, Step step, Step* table) {
+    std::uint32_t index = 0;
+    for (unsigned i = 0; i < length; ++i) index |= ((code >> i) & 1) << (length - 1 - i);
+    for (; index < kTableSize; index += 1u << length) table[index] = step;
+  }
+
   std::array<Step, kMostLiteralCodes> sorted_;  // by code
   std::array<std::uint16_t, kLongestCode + 1> counts_;
 };
 
+// Makes one step of literals in a row and of what follows them, as far as an index shows their
+// codes whole.
+void JoinLiterals(Step* table) {
+  // Each entry looks at lower ones only, which are not joined yet.
+  for (std::size_t index = kTableSize - 1; index > 0; --index) {
+    Step& step = table[index];
+    while (step.next == kLiteral) {
+      const Step after = table[index >> step.bits];
+      if (after.bits == 0 || step.bits + after.bits - after.extra > int{kTableBits}) break;
+      step.bits = static_cast<std::uint8_t>(step.bits + after.bits);
+      step.next = after.next;
+    }
+  }
+}
+
+void LeaveOutLongDistances(Step* table) {
+  for (std::size_t index = 0; index < kTableSize; ++index) {
+    if (table[index].bits > kLongestDistanceStep) table[index].next = kLong;
+  }
+}
+
 // Extra bits by the tables of the format's description.
 Step LiteralStep(std::size_t symbol) {
-  if (symbol < kEndOfBlock) return {0, kLiteral};
-  if (symbol == kEndOfBlock) return {0, kEnd};
-  if (symbol < 265 || symbol == 285) return {0, kMatch};
-  return {static_cast<std::uint8_t>((symbol - 261) / 4), kMatch};
+  if (symbol < kEndOfBlock) return {0, 0, kLiteral};
+  if (symbol == kEndOfBlock) return {0, 0, kEnd};
+  if (symbol < 265 || symbol == 285) return {0, 0, kDistance};
+  return {0, static_cast<std::uint8_t>((symbol - 261) / 4), kDistance};
 }
 
 Step DistanceStep(std::size_t symbol) {
-  return {static_cast<std::uint8_t>(symbol < 4 ? 0 : (symbol - 2) / 2), kMatch};
+  return {0, static_cast<std::uint8_t>(symbol < 4 ? 0 : (symbol - 2) / 2), kLiteral};
 }
 
 class Walker {
@@ -185,8 +214,7 @@ class Walker {
     }
     std::array<std::uint8_t, kMostDistanceCodes> distances;
     distances.fill(5);
-    return literals_.Build(lengths.data(), lengths.size(), LiteralStep) &&
-           distances_.Build(distances.data(), distances.size(), DistanceStep);
+    return BuildCodes(lengths.data(), lengths.size(), distances.data(), distances.size());
   }
 
   // The lengths of the codes, themselves packed by a code.
@@ -205,8 +233,20 @@ class Walker {
     }
     std::array<std::uint8_t, kMostLiteralCodes + kMostDistanceCodes + 138> lengths = {};
     if (!ReadLengths(packed.data(), literal_count + distance_count, lengths.data())) return false;
-    return literals_.Build(lengths.data(), literal_count, LiteralStep) &&
-           distances_.Build(lengths.data() + literal_count, distance_count, DistanceStep);
+    return BuildCodes(lengths.data(), literal_count, lengths.data() + literal_count,
+                      distance_count);
+  }
+
+  bool BuildCodes(const std::uint8_t* literal_lengths, std::size_t literal_count,
+                  const std::uint8_t* distance_lengths, std::size_t distance_count) {
+    Step* distances = steps_.data() + kDistance;
+    if (!literals_.Build(literal_lengths, literal_count, LiteralStep, steps_.data()) ||
+        !distances_.Build(distance_lengths, distance_count, DistanceStep, distances)) {
+      return false;
+    }
+    JoinLiterals(steps_.data());
+    LeaveOutLongDistances(distances);
+    return true;
   }
 
   bool ReadLengths(const std::uint8_t* packed, std::size_t count, std::uint8_t* lengths) {
@@ -249,34 +289,36 @@ class Walker {
     return true;
   }
 
-  // All codes up to the one that ends the block.
+  // All codes up to the one that ends the block. What is next is looked up and not branched on,
+  // since nothing foretells it.
   bool SkipCodes() {
+    std::size_t table = kLiteral;
     while (!bits_.PastEnd()) {
       bits_.Refill();
-      Step step = literals_.Find(bits_);
-      if (step.kind == kLiteral) {
+      Step step;
+      for (int i = 0; i < 3; ++i) {
+        step = steps_[table + bits_.Peek(kTableBits)];
+        if (step.next > kDistance) break;
         bits_.Skip(step.bits);
-        step = literals_.Find(bits_);
-        if (step.kind == kLiteral) {
-          bits_.Skip(step.bits);
-          continue;
-        }
-        // Two literals, and the longest match with its distance, are more than was made ready.
-        bits_.Refill();
+        table = step.next;
       }
-      if (step.bits == 0) return false;
+      if (step.next <= kDistance) continue;
+      if (step.next == kLong) {
+        bits_.Refill();
+        step = table == kLiteral ? literals_.FindLong(bits_) : distances_.FindLong(bits_);
+        if (step.bits == 0) return false;
+      }
       bits_.Skip(step.bits);
-      if (step.kind == kEnd) return true;
-      const Step distance = distances_.Find(bits_);
-      if (distance.bits == 0) return false;
-      bits_.Skip(distance.bits);
+      if (step.next == kEnd) return true;
+      table = step.next;
     }
     return false;
   }
 
   Bits bits_;
-  Code<11> literals_;
-  Code<9> distances_;
+  Code literals_;
+  Code distances_;
+  std::array<Step, 2 * kTableSize> steps_;  // literals and lengths, then distances
 };
 
 }  // namespace

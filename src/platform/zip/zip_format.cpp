@@ -6,6 +6,7 @@
 
 #include "platform/text.h"
 #include "platform/zip/bytes.h"
+#include "platform/zip/classic_cipher.h"
 
 namespace quorvale::zip {
 namespace {
@@ -166,7 +167,9 @@ bool PiecesFit(const Record& record) {
     if (size == 0 || size > kBlockSize + kBlockSize / 64) return false;
     packed += size;
   }
-  return packed < record.compressed_size;
+  // Where the sizes are not those of this stream, another program has packed it anew.
+  const std::size_t around = kStreamEnd.size() + (record.Encrypted() ? kClassicHeaderSize : 0);
+  return packed + around == record.compressed_size;
 }
 
 struct Extras {

@@ -40,6 +40,8 @@ inline constexpr std::uint16_t kMethodAes = 99;  // the true method stands in an
 // What a large file is cut into; each block is compressed by itself, and the pieces follow each
 // other as one deflate stream.
 inline constexpr std::size_t kBlockSize = 1024 * 1024;
+// Ends a stream made of joined pieces: an empty last block.
+inline const std::string kStreamEnd("\x03\x00", 2);
 
 // One entry, as the directory tells it.
 struct Record {
