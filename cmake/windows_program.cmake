@@ -27,3 +27,5 @@ target_link_libraries(Quorvale PRIVATE quorvale_logic quorvale_windows)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_link_options(Quorvale PRIVATE -s)
 endif()
+
+include(${CMAKE_SOURCE_DIR}/cmake/windows_package.cmake)

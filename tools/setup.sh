@@ -12,14 +12,17 @@ level=${1:-windows}
 cache=$PWD/build/cache
 
 host_packages=(
-  ca-certificates ccache clang clang-format cmake g++ libbenchmark-dev libclang-rt-14-dev
-  libdeflate-dev libgtest-dev ninja-build p7zip-full pigz python3 unzip zip zlib1g-dev)
+  ca-certificates ccache clang clang-format cmake g++ groff-base libclang-rt-14-dev
+  libcurl4-openssl-dev libdeflate-dev libgtest-dev ninja-build p7zip-full pigz python3
+  python3-pyftpdlib unzip xorriso zip zlib1g-dev)
 windows_packages=(
-  dpkg-dev fonts-liberation fonts-wine g++-mingw-w64-i686-win32 googletest imagemagick
-  librsvg2-bin libz-mingw-w64-dev make x11-utils xauth xdotool xvfb)
+  dpkg-dev fonts-liberation fonts-wine fp-utils-3.2.2 g++-mingw-w64-i686-win32 googletest imagemagick
+  librsvg2-bin libz-mingw-w64-dev make nsis x11-utils xauth xdotool xvfb)
 wine_packages=(
   wine wine32:i386 libxcomposite1:i386 libxcursor1:i386 libxfixes3:i386 libxi6:i386
   libxinerama1:i386 libxrandr2:i386 libxrender1:i386)
+# What the servers need: libsodium of pure-ftpd and libwrap of vsftpd; the rest every system has.
+ftp_server_packages=(libsodium23 libwrap0 pure-ftpd pure-ftpd-common vsftpd)
 wine64_packages=(g++-mingw-w64-x86-64-win32 wine wine64)
 
 install_packages() {
@@ -86,11 +89,35 @@ build_libdeflate() {
   rm -rf "$work"
 }
 
+# FTP servers for the tests. As installed packages they would exclude each other and start as
+# services of the machine, so they are unpacked in a folder of their own.
+fetch_ftp_servers() {
+  local place=$cache/ftp-servers work=$cache/ftp-servers-new file
+  [ -x "$place/usr/sbin/vsftpd" ] && [ -x "$place/usr/sbin/pure-ftpd" ] && return 0
+  say "fetching FTP servers for the tests, which are not installed"
+  rm -rf "$work"
+  mkdir -p "$work/unpacked"
+  (
+    cd "$work"
+    apt-get download "${ftp_server_packages[@]}" ||
+      { apt_update && apt-get download "${ftp_server_packages[@]}"; }
+  )
+  for file in "$work"/*.deb; do dpkg -x "$file" "$work/unpacked"; done
+  # Takes its name last: a copy that was broken off is no server.
+  rm -rf "$place"
+  mv "$work/unpacked" "$place"
+  rm -rf "$work"
+}
+
 mkdir -p "$cache"
 case $level in
-  host) install_packages "${host_packages[@]}" ;;
+  host)
+    install_packages "${host_packages[@]}"
+    fetch_ftp_servers
+    ;;
   windows)
     install_packages "${host_packages[@]}" "${windows_packages[@]}"
+    fetch_ftp_servers
     build_libdeflate i686-w64-mingw32 -march=i686
     if install_wine; then
       rm -f "$cache/windows-target"

@@ -9,6 +9,9 @@ wine_command() { command -v wine || command -v wine64; }
 
 # All Wine programs that follow use this folder as their computer. It is made where it is missing.
 wine_use_prefix() {
+  # Where a folder of the computer's user is missing, Wine makes a link to that of whoever runs
+  # this: it is told of no home, so that nothing there is read or written.
+  export XDG_CACHE_HOME=${XDG_CACHE_HOME:-$HOME/.cache} HOME=$1/no-home
   export WINEPREFIX=$1 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
   [ "$(windows_target)" = i686 ] && export WINEARCH=win32 || export WINEARCH=win64
   if [ ! -f "$WINEPREFIX/system.reg" ]; then
@@ -35,7 +38,7 @@ virtual_display_pid=
 virtual_display_start() {
   local size=${1:-1280x1024x24} number_file
   number_file=$(mktemp)
-  Xvfb -displayfd 3 -screen 0 "$size" -nolisten tcp 3> "$number_file" > /dev/null 2>&1 &
+  Xvfb -displayfd 3 -screen 0 "$size" -nolisten tcp -noreset 3> "$number_file" > /dev/null 2>&1 &
   virtual_display_pid=$!
   local tries=0
   while [ ! -s "$number_file" ] && [ $tries -lt 100 ]; do

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <cctype>
+#include <filesystem>
 
 #include "core/run_modes.h"
 #include "platform/host/host_platform.h"
@@ -165,7 +166,28 @@ void Computer::SetClock(const LocalTime& time) { parts_->host->system().SetNow(t
 
 void Computer::RefuseElevation(bool refuse) { parts_->host->shell().SetElevationRefused(refuse); }
 
+void Computer::SetDiscWriter(const std::string& writer) {
+  host::MachineDisc disc = parts_->host->discs().disc();
+  disc.writer = writer;
+  const std::string file = writer.starts_with("file:") ? writer.substr(5) : "/";
+  if (!file.starts_with("/")) {
+    disc.writer = "file:" + std::filesystem::absolute(file).string();
+  }
+  parts_->host->discs().Use(disc);
+}
+
+void Computer::SetDiscMedia(const std::string& writer, std::optional<std::uint64_t> size,
+                            std::optional<int> media) {
+  host::MachineDisc disc;
+  disc.writer = writer;
+  if (size) disc.size = *size;
+  disc.media = media;
+  parts_->host->discs().Use(disc);
+}
+
 host::HostPlatform& Computer::host() { return *parts_->host; }
+
+bool IsDiscWriter(const std::string& text) { return host::IsDiscWriter(text); }
 
 std::string ComputerPath(const std::string& path) { return host::MachinePathOf(path); }
 

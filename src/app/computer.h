@@ -70,6 +70,12 @@ class Computer {
   void SetService(const std::string& name, bool running);
   void SetClock(const LocalTime& time);
   void RefuseElevation(bool refuse);
+  // The disc writer, as machine.ini names it ("file:disc.iso"); "" for none. Media that are files
+  // have this many bytes, and there are so many of them (nothing: no end of them).
+  void SetDiscMedia(const std::string& writer, std::optional<std::uint64_t> size,
+                    std::optional<int> media);
+  // Another writer with media as machine.ini has them. A file's name is the host's.
+  void SetDiscWriter(const std::string& writer);
 
  private:
   struct Parts;
@@ -80,5 +86,8 @@ class Computer {
 // A path of the host as the computer names it: "/home/x" is "Z:\home\x"; a relative one is taken
 // from the present folder. A path that has the computer's own form stays as it is.
 std::string ComputerPath(const std::string& path);
+
+// True for a text that names a disc writer as machine.ini does: "file:disc.iso", "/dev/sr0".
+bool IsDiscWriter(const std::string& text);
 
 }  // namespace quorvale

@@ -1,5 +1,6 @@
 #include "app/console.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -10,10 +11,15 @@
 #include "app/console_screen.h"
 #include "app/demo.h"
 #include "app/new_machine.h"
+#include "app/page_commands.h"
 #include "app/sample_machine.h"
 #include "app/scenario_player.h"
+#include "app/schedule_commands.h"
 #include "app/scratch_folder.h"
 #include "app/wizard.h"
+#include "core/version.h"
+#include "platform/HuntERR.h"
+#include "platform/text.h"
 
 namespace quorvale {
 namespace {
@@ -33,8 +39,12 @@ class Console {
   ExitStatus MakeNewMachine(bool sample);
   ExitStatus PlayScenario();
   ExitStatus RunOnMachine();
+  ExitStatus RunCommand(Computer& computer);
+  ExitStatus RunPageCommand(Computer& computer);
+  ExitStatus RunScheduleCommand(Computer& computer);
   ExitStatus PrintTree(const ui::TreeView* tree, const Wizard& wizard);
   ExitStatus Status(Outcome outcome, const Wizard& wizard);
+  void PrintWhereItIs(const Wizard& wizard);
   BackupJob JobOfOptions() const;
 
   const ConsoleOptions& options_;
@@ -87,6 +97,11 @@ ExitStatus Console::MakeNewMachine(bool sample) {
   return ExitStatus::kDone;
 }
 
+std::string HostVariable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  return value == nullptr ? "" : value;
+}
+
 ExitStatus Console::PlayScenario() {
   std::ifstream file(options_.target, std::ios::binary);
   if (!file) return Fail(options_.target + " cannot be read.");
@@ -100,7 +115,8 @@ ExitStatus Console::PlayScenario() {
   const ScratchFolder scratch;
   if (scratch.path().empty()) return Fail("no folder for temporary files can be made.");
   ScenarioPlayer player(scratch.path(), std::move(computer));
-  const std::vector<ScenarioError> failures = player.Play(ReadScenario(text));
+  const std::vector<ScenarioError> failures =
+      player.Play(ReadScenario(WithVariables(text, HostVariable)));
   for (const ScenarioError& failure : failures) {
     terminal_.error << options_.target << ", line " << failure.line << ": " << failure.message
                     << "\n";
@@ -121,6 +137,8 @@ BackupJob Console::JobOfOptions() const {
   job.level = LevelEntry(options_.level);
   job.password = options_.password;
   job.log = options_.log;
+  job.ftp = options_.ftp;
+  job.disc = IsDiscWriter(options_.disc) ? "1" : options_.disc;
   return job;
 }
 
@@ -146,12 +164,64 @@ ExitStatus Console::Status(Outcome outcome, const Wizard& wizard) {
   return ExitStatus::kFailed;
 }
 
-ExitStatus Console::RunOnMachine() {
-  std::string problem;
-  const std::unique_ptr<Computer> computer = Computer::Open(options_.machine, &problem);
-  if (!computer) return Fail(problem);
-  const ConsoleScreen screen(*computer, terminal_, options_.answer);
-  Wizard wizard(*computer);
+ExitStatus Console::RunPageCommand(Computer& computer) {
+  PageCommands page(computer, terminal_);
+  bool done = false;
+  switch (options_.command) {
+    case ConsoleCommand::kLogsList:
+      done = page.ListLogs();
+      break;
+    case ConsoleCommand::kLogsShow:
+      done = page.ShowLog(options_.target);
+      break;
+    case ConsoleCommand::kLogsDelete:
+      done = page.DeleteLog(options_.target);
+      break;
+    case ConsoleCommand::kSettingsList:
+      done = page.ListSettings();
+      break;
+    case ConsoleCommand::kSettingsGet:
+      done = page.GetSetting(options_.target);
+      break;
+    default:
+      done = page.SetSetting(options_.target, options_.value);
+  }
+  if (!page.problem().empty()) return Fail(page.problem());
+  return done ? ExitStatus::kDone : ExitStatus::kFailed;
+}
+
+void Console::PrintWhereItIs(const Wizard& wizard) {
+  if (wizard.discs() == 0) {
+    terminal_.out << "The backup is " << wizard.archive() << ".\n";
+  } else {
+    terminal_.out << "The backup is on " << wizard.discs()
+                  << (wizard.discs() == 1 ? " disc.\n" : " discs.\n");
+  }
+}
+
+ExitStatus Console::RunScheduleCommand(Computer& computer) {
+  ScheduleCommands pages(computer, terminal_);
+  bool done = false;
+  switch (options_.command) {
+    case ConsoleCommand::kScheduleAdd:
+      done = pages.Add(
+          {options_.target, options_.at, options_.daily, ReadDays(options_.days), options_.type});
+      break;
+    case ConsoleCommand::kScheduleList:
+      done = pages.List();
+      break;
+    case ConsoleCommand::kScheduleShow:
+      done = pages.Show(options_.target);
+      break;
+    default:
+      done = pages.Delete(options_.target);
+  }
+  if (!pages.problem().empty()) return Fail(pages.problem());
+  return done ? ExitStatus::kDone : ExitStatus::kFailed;
+}
+
+ExitStatus Console::RunCommand(Computer& computer) {
+  Wizard wizard(computer);
   ExitStatus status = ExitStatus::kDone;
   switch (options_.command) {
     case ConsoleCommand::kTree:
@@ -167,10 +237,24 @@ ExitStatus Console::RunOnMachine() {
                                   : wizard.Backup(JobOfOptions());
       status = Status(outcome, wizard);
       if (status == ExitStatus::kDone) {
-        terminal_.out << "The backup is " << wizard.archive() << ".\n";
+        PrintWhereItIs(wizard);
       }
       break;
     }
+    case ConsoleCommand::kScheduleAdd:
+    case ConsoleCommand::kScheduleList:
+    case ConsoleCommand::kScheduleShow:
+    case ConsoleCommand::kScheduleDelete:
+      status = RunScheduleCommand(computer);
+      break;
+    case ConsoleCommand::kLogsList:
+    case ConsoleCommand::kLogsShow:
+    case ConsoleCommand::kLogsDelete:
+    case ConsoleCommand::kSettingsList:
+    case ConsoleCommand::kSettingsGet:
+    case ConsoleCommand::kSettingsSet:
+      status = RunPageCommand(computer);
+      break;
     default: {
       RestoreJob job;
       job.file = options_.target;
@@ -182,6 +266,25 @@ ExitStatus Console::RunOnMachine() {
       job.no_restore_folder = options_.no_restore_folder;
       status = Status(wizard.Restore(job), wizard);
     }
+  }
+  return status;
+}
+
+ExitStatus Console::RunOnMachine() {
+  std::string problem;
+  const std::unique_ptr<Computer> computer = Computer::Open(options_.machine, &problem);
+  if (!computer) return Fail(problem);
+  const ConsoleScreen screen(*computer, terminal_, options_.answer);
+  if (IsDiscWriter(options_.disc)) computer->SetDiscWriter(options_.disc);
+  ExitStatus status = ExitStatus::kFailed;
+  try {
+    status = RunCommand(*computer);
+  } catch (...) {
+    HuntERR errors(computer->platform().system, kApplicationTitle, kProgramVersion);
+    errors.Take(std::current_exception());
+    const std::string report =
+        errors.ErrorIn("Console.RunCommand", {options_.target}, error_flag::kCallStack);
+    return Fail("an error that nobody expected\n" + ReplaceAll(report, "\r\n", "\n"));
   }
   problem = computer->EndProgram();
   return problem.empty() ? status : Fail(problem);

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "app/ftp_address.h"
+
 namespace quorvale {
 
 enum class ConsoleCommand {
@@ -18,12 +20,23 @@ enum class ConsoleCommand {
   kShow,
   kRestore,
   kScenario,
+  kLogsList,
+  kLogsShow,
+  kLogsDelete,
+  kSettingsList,
+  kSettingsGet,
+  kSettingsSet,
+  kScheduleAdd,
+  kScheduleList,
+  kScheduleShow,
+  kScheduleDelete,
 };
 
 struct ConsoleOptions {
   ConsoleCommand command = ConsoleCommand::kHelp;
   std::string machine;  // --machine: the machine folder
   std::string target;   // the word behind the command: a folder, a name, a file
+  std::string value;    // the word behind that
   std::string like = "xp";
   std::string user = "Anna";
   bool all = false;
@@ -31,6 +44,10 @@ struct ConsoleOptions {
   std::string to;
   std::string level;  // maximum, normal, low, none; "" leaves the page's choice
   std::string password;
+  std::string disc;                      // --disc: burn the backup with this drive
+  std::optional<FtpAddress> ftp;         // --ftp: send the backup to this server
+  std::string at, days, type = "quick";  // of a schedule
+  bool daily = false;
   bool log = false;
   bool keep = false;  // leave restored data files in the restore folder
   bool no_restore_folder = false;

@@ -10,6 +10,9 @@
 namespace quorvale {
 namespace {
 
+// How often in a row one question gets the answer Yes that was given beforehand.
+constexpr int kMostRepeats = 20;
+
 // Set from a signal handler, which may touch nothing else.
 volatile std::sig_atomic_t g_stop_requested = 0;
 
@@ -52,8 +55,15 @@ ui::Answer ConsoleScreen::AnswerBox(const ui::MessageBoxRequest& request) {
   terminal_.out << "[" << KindWord(request.icon) << "] " << text << "\n" << std::flush;
   if (request.buttons == ui::Buttons::kOk) return ui::Answer::kOk;
   if (stopping_) return ui::Answer::kYes;
-  if (answer_) return *answer_ ? ui::Answer::kYes : ui::Answer::kNo;
+  if (answer_) return FixedAnswer(text);
   return Ask();
+}
+
+// Yes to "try again?" without end would be a run without end.
+ui::Answer ConsoleScreen::FixedAnswer(const std::string& question) {
+  repeats_ = question == last_question_ ? repeats_ + 1 : 0;
+  last_question_ = question;
+  return *answer_ && repeats_ < kMostRepeats ? ui::Answer::kYes : ui::Answer::kNo;
 }
 
 ui::Answer ConsoleScreen::Ask() {
@@ -73,8 +83,18 @@ ui::Answer ConsoleScreen::Ask() {
 
 void ConsoleScreen::OnPump() {
   if (computer_.app() == nullptr) return;
-  if (g_stop_requested != 0 && !stopping_) PressStop();
+  if (g_stop_requested != 0 && !stopping_) {
+    if (!CloseDelivery()) PressStop();
+  }
   if (terminal_.shows_progress) progress_.Draw(*computer_.app());
+}
+
+bool ConsoleScreen::CloseDelivery() {
+  ui::Form* delivery = computer_.app()->FindLoaded("FrmProcess");
+  if (delivery == nullptr || !delivery->Visible() || !delivery->on_close_request) return false;
+  g_stop_requested = 0;
+  delivery->on_close_request();
+  return true;
 }
 
 void ConsoleScreen::PressStop() {

@@ -22,8 +22,11 @@ class ConsoleScreen {
 
  private:
   ui::Answer AnswerBox(const ui::MessageBoxRequest& request);
+  ui::Answer FixedAnswer(const std::string& question);
   ui::Answer Ask();
   void OnPump();
+  // Closes the window of an upload or a burn. False if there is none.
+  bool CloseDelivery();
   void PressStop();
 
   Computer& computer_;
@@ -31,6 +34,8 @@ class ConsoleScreen {
   std::optional<bool> answer_;
   ProgressBarLine progress_;
   bool stopping_ = false;
+  std::string last_question_;
+  int repeats_ = 0;
 };
 
 }  // namespace quorvale

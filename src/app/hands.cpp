@@ -1,6 +1,7 @@
 #include "app/hands.h"
 
 #include "platform/text.h"
+#include "schedule/schedule_jobs.h"
 
 namespace quorvale {
 namespace {
@@ -69,6 +70,7 @@ std::string ShownText(const ui::Control& control) {
     case ControlKind::kFrame:
       return static_cast<const ui::Frame&>(control).caption;
     case ControlKind::kDatePicker:
+      return TimeBoxText(static_cast<const ui::DatePicker&>(control).value);
     case ControlKind::kTimer:
       return "";
   }
@@ -125,11 +127,30 @@ std::string Hands::DoubleClick(const std::string& form, const std::string& contr
   return "";
 }
 
+std::string Hands::Close(const std::string& form) {
+  ui::Form* found = app_.FindLoaded(form);
+  if (found == nullptr || !IsOnScreen(*found)) return "form " + form + " is not shown";
+  if (!found->AcceptsInput()) return "form " + form + " takes no input";
+  if (found->on_close_request) ui_.Step([&] { found->on_close_request(); });
+  return "";
+}
+
 std::string Hands::Set(const std::string& form, const std::string& control,
                        const std::string& text) {
   std::string problem;
   ui::Control* found = Reach(form, control, &problem);
   if (found == nullptr) return problem;
+  if (found->kind() == ControlKind::kDatePicker) {
+    ui::DatePicker& picker = static_cast<ui::DatePicker&>(*found);
+    const std::optional<LocalTime> time = ReadTimeBox(text, picker.value);
+    if (!time) return "\"" + text + "\" is no time like 09:07 AM";
+    ui_.Step([&] {
+      picker.SetFocus();
+      picker.value = *time;
+      picker.Notify(ui::Property::kValue);
+    });
+    return "";
+  }
   if (found->kind() != ControlKind::kTextBox) return Name(form, control) + " is no text box";
   ui::TextBox& box = static_cast<ui::TextBox&>(*found);
   if (box.read_only) return Name(form, control) + " cannot be typed into";

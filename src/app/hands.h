@@ -24,7 +24,9 @@ class Hands {
 
   std::string Click(const std::string& form, const std::string& control);
   std::string DoubleClick(const std::string& form, const std::string& control);
-  // Types a text in place of what stands in a text box.
+  // Closes a window that is shown, as its own close button does.
+  std::string Close(const std::string& form);
+  // Types a text in place of what stands in a text box, or a time like "09:07 AM" into a picker.
   std::string Set(const std::string& form, const std::string& control, const std::string& text);
   // Ticks or clears a check box, or selects an option.
   std::string Check(const std::string& form, const std::string& control, bool checked);

@@ -41,6 +41,7 @@ MachineLayout VistaLayout(const std::string& profile) {
   layout.local_app_data = profile + "\\AppData\\Local";
   layout.documents = profile + "\\Documents";
   layout.cookies = layout.app_data + "\\Microsoft\\Windows\\Cookies";
+  layout.programs = layout.app_data + "\\Microsoft\\Windows\\Start Menu\\Programs";
   return layout;
 }
 
@@ -148,8 +149,10 @@ std::string MachineIni(const MachinePlan& plan, const MachineLayout& layout) {
   line("[environment]");
   line("appdata = " + layout.app_data);
   line("UserProfile = " + layout.profile);
+  if (layout.IsNtFamily()) line("USERNAME = " + plan.user);
   line("windir = " + layout.windows);
   line("[folders]");
+  line("2 = " + layout.programs);
   line("5 = " + layout.documents);
   line("6 = " + layout.favorites);
   line("16 = " + layout.desktop);
@@ -208,6 +211,7 @@ std::optional<MachineLayout> LayoutOf(const std::string& like, const std::string
   }
   layout.desktop = layout.profile + "\\Desktop";
   layout.favorites = layout.profile + "\\Favorites";
+  if (layout.programs.empty()) layout.programs = layout.profile + "\\Start Menu\\Programs";
   if (layout.cookies.empty()) layout.cookies = layout.profile + "\\Cookies";
   layout.common_files = "C:\\Program Files\\Common Files";
   return layout;
@@ -239,8 +243,9 @@ std::string MakeMachine(const std::string& host_folder, const MachinePlan& plan)
     return host_folder + " holds a machine already.";
   }
   std::vector<std::string> folders = {
-      layout->windows, layout->app_data,  layout->local_app_data, layout->documents,
-      layout->desktop, layout->favorites, layout->cookies,        layout->common_files};
+      layout->windows,   layout->app_data,     layout->local_app_data,
+      layout->documents, layout->desktop,      layout->favorites,
+      layout->cookies,   layout->common_files, layout->programs};
   if (plan.mail_program_started) {
     folders.push_back(layout->app_data + "\\Microsoft\\Address Book");
     if (!layout->IsVista()) folders.push_back(MailStoreFolder(plan, *layout));

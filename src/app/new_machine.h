@@ -16,6 +16,7 @@ struct MachineLayout {
   SystemVersion version;
   std::string windows;  // the system's own folder
   std::string profile, app_data, local_app_data;
+  std::string programs;  // of the start menu
   std::string documents, desktop, favorites, cookies, common_files;
   bool IsVista() const { return version.platform_id == 2 && version.major == 6; }
   bool IsNtFamily() const { return version.platform_id == 2; }

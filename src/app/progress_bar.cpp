@@ -14,10 +14,20 @@ constexpr int kBarCells = 20;
 constexpr int kWidth = 79;
 constexpr auto kPause = std::chrono::milliseconds(100);
 
-const ui::Form* RunPage(Application& app) {
-  for (const char* name : {"frmFinish", "frmRFinish"}) {
-    const ui::Form* form = app.FindLoaded(name);
-    if (form != nullptr && IsOnScreen(*form)) return form;
+// What shows how far a run is. The first one that is on the screen counts.
+struct RunPage {
+  const char* form;
+  const char* bar;
+  const char* status;
+};
+constexpr RunPage kRunPages[] = {{"FrmProcess", "prgStatus", "lblStatus"},
+                                 {"frmFinish", "pbCurrent", "lblCurrent"},
+                                 {"frmRFinish", "pbCurrent", "lblCurrent"}};
+
+const RunPage* PageOnScreen(Application& app) {
+  for (const RunPage& page : kRunPages) {
+    const ui::Form* form = app.FindLoaded(page.form);
+    if (form != nullptr && IsOnScreen(*form)) return &page;
   }
   return nullptr;
 }
@@ -48,9 +58,10 @@ std::string Cut(const std::string& text, int columns) {
 }  // namespace
 
 std::string ProgressText(Application& app, int width) {
-  const ui::Form* form = RunPage(app);
-  if (form == nullptr) return "";
-  const int percent = Percent(*form, "pbCurrent");
+  const RunPage* page = PageOnScreen(app);
+  if (page == nullptr) return "";
+  const ui::Form* form = app.FindLoaded(page->form);
+  const int percent = Percent(*form, page->bar);
   const int cells = percent * kBarCells / 100;
   std::string line = "[" + std::string(static_cast<size_t>(cells), '#') +
                      std::string(static_cast<size_t>(kBarCells - cells), '.') + "] " +
@@ -58,7 +69,7 @@ std::string ProgressText(Application& app, int width) {
   if (IsShown(*form, "prbGlobalProgress")) {
     line += "(" + std::to_string(Percent(*form, "prbGlobalProgress")) + "%) ";
   }
-  const ui::Control* status = form->FindControl("lblCurrent");
+  const ui::Control* status = form->FindControl(page->status);
   if (status == nullptr) return line;
   const std::string prefix = "Current Progress: ";
   std::string text = ShownLine(*status);

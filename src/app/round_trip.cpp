@@ -11,8 +11,6 @@
 namespace quorvale {
 namespace {
 
-constexpr std::uint32_t kComparedBits = file_attribute::kReadOnly | file_attribute::kHidden |
-                                        file_attribute::kSystem | file_attribute::kArchive;
 constexpr std::size_t kBlock = 1u << 16;
 
 // True if both files can be read and hold the same bytes.
@@ -35,6 +33,12 @@ bool SameBytes(Files& source_files, const std::string& source, Files& target_fil
 }
 
 bool HasDot(const std::string& name) { return Contains(name, "."); }
+
+// On Windows 95 the program lists no profiles of Outlook: a backup holds neither them nor their
+// data files.
+bool ListsProfiles(const MachineLayout& layout) {
+  return layout.IsNtFamily() || layout.version.minor != 0;
+}
 
 }  // namespace
 
@@ -85,7 +89,7 @@ void RoundTrip::FilePair(const std::string& source, const std::string& target) {
     return Difference(target + " has another content than " + source);
   }
   if (a->modified != b->modified) return Difference(target + " has another time");
-  if ((a->attributes & kComparedBits) != (b->attributes & kComparedBits)) {
+  if ((a->attributes & compared_attributes) != (b->attributes & compared_attributes)) {
     return Difference(target + " has other attributes");
   }
   ++verdict_.identical_files;
@@ -154,7 +158,8 @@ void RoundTrip::OutlookFiles() {
   const std::string local = "\\Local Settings\\Application Data\\Microsoft\\Outlook";
   const std::string from = source_layout_.profile;
   const std::string to = target_layout_.profile;
-  Group(from + local, to + local, "");
+  const bool profiles = ListsProfiles(source_layout_);
+  Group(from + local, to + local, profiles ? "" : ".pab");
   Group("C:\\Mail archive", to + local, ".pst");
   Group(from + roaming + "\\Outlook", to + roaming + "\\Outlook", "");
   Group(from + roaming + "\\Signatures", to + roaming + "\\Signatures", "");
@@ -247,7 +252,8 @@ void RoundTrip::Keys(const std::set<SampleKind>& kinds) {
     }
   }
   if (kinds.contains(SampleKind::kOutlook)) {
-    if (source_layout_.IsNtFamily() == target_layout_.IsNtFamily()) {
+    if (ListsProfiles(source_layout_) &&
+        source_layout_.IsNtFamily() == target_layout_.IsNtFamily()) {
       Key(user + (source_layout_.IsNtFamily()
                       ? "Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles"
                       : "Windows Messaging Subsystem\\Profiles"),

@@ -3,6 +3,7 @@
 // none of the program's own procedures.
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -40,6 +41,10 @@ class RoundTrip {
  public:
   RoundTrip(Computer& source, const MachinePlan& source_plan, Computer& target,
             const MachinePlan& target_plan);
+
+  // The attributes in which files must agree.
+  std::uint32_t compared_attributes = file_attribute::kReadOnly | file_attribute::kHidden |
+                                      file_attribute::kSystem | file_attribute::kArchive;
 
   // What a backup of these kinds takes, but for what the two systems cannot share.
   RoundTripVerdict Compare(const std::set<SampleKind>& kinds = AllSampleKinds());

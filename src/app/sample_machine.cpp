@@ -418,8 +418,11 @@ void Filler::FillDocuments() {
   File(root + "Household\\Costs & savings.csv", "month;sum\r\nMarch;412\r\n");
   File(root + "Household\\Größe der Räume.txt", "Küche 12\r\nFlur 5\r\n");
   File(root + "Household\\été à la mer.txt", Sentences(&dice_, 5));
-  File(root + "Far away\\Письмо Ивану.txt", Sentences(&dice_, 5));
-  File(root + "Far away\\日本の写真.jpg", "\xFF\xD8\xFF" + Filling(&dice_, 20000));
+  // The older family of systems has no names outside its code page.
+  if (layout_.IsNtFamily()) {
+    File(root + "Far away\\Письмо Ивану.txt", Sentences(&dice_, 5));
+    File(root + "Far away\\日本の写真.jpg", "\xFF\xD8\xFF" + Filling(&dice_, 20000));
+  }
   File(root + "Letters\\README", "A file without an extension.\r\n");
   File(root + "hidden notes.txt", Sentences(&dice_, 3),
        file_attribute::kHidden | file_attribute::kArchive);

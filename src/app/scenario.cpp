@@ -135,19 +135,28 @@ const std::vector<ActKind>& ActKinds() {
       {"seed-folder", ActShape::kText},
       {"seed-value", ActShape::kPathText},  // key\name = text
       {"seed-key", ActShape::kText},
-      {"remove", ActShape::kText},  // a file, or a folder with all in it
+      {"remove", ActShape::kText},         // a file, or a folder with all in it
+      {"remove-values", ActShape::kText},  // all values of a registry key and of the keys below it
       {"rename", ActShape::kTwoPaths},
       {"process", ActShape::kWordText},  // process msimn.exe 77, process msimn.exe gone
       {"service", ActShape::kTwoPaths},  // service Name = running
+      {"task", ActShape::kTwoPaths},     // a job of another program = its comment; = gone
       {"free", ActShape::kWordText},     // free C 1000: bytes
       {"drive", ActShape::kWordText},    // drive D fixed; drive D gone
       {"share", ActShape::kTwoPaths},    // share \\\\server\\share = answers; = silent
       {"elevation", ActShape::kText},    // accepted, refused
       {"clock", ActShape::kText},        // 2026-11-14 22:05:09
+      {"disc",
+       ActShape::kWordText},  // disc writer 700000000: blank media of so many bytes; disc gone
+      {"environment",
+       ActShape::kPathText},        // a variable = its text; nothing behind "=": it is gone
+      {"screen", ActShape::kText},  // 800x600; real windows only
       // The person.
       {"start", ActShape::kOptionalText},
+      {"start-beside", ActShape::kOptionalText},  // while a copy runs; real windows only
       {"click", ActShape::kControl},
       {"double-click", ActShape::kControl},
+      {"close", ActShape::kForm},  // the window, as by its own button
       {"set", ActShape::kControlText},
       {"check", ActShape::kControl},
       {"uncheck", ActShape::kControl},
@@ -165,6 +174,8 @@ const std::vector<ActKind>& ActKinds() {
       // What must be so now.
       {"expect", ActShape::kControlText},
       {"expect-contains", ActShape::kControlText},
+      {"expect-like", ActShape::kControlText},  // "#" is a digit, "*" any text
+      {"expect-not", ActShape::kControlText},   // another text than this
       {"expect-form", ActShape::kForm},
       {"expect-no-form", ActShape::kForm},
       {"expect-enabled", ActShape::kControl},
@@ -184,13 +195,51 @@ const std::vector<ActKind>& ActKinds() {
       {"expect-no-entry", ActShape::kTwoPaths},
       {"expect-registry", ActShape::kPathText},  // key\name, or key\name = text
       {"expect-no-registry", ActShape::kText},
+      {"expect-task", ActShape::kTwoPaths},  // a job of the scheduler = its comment
+      {"expect-no-task", ActShape::kText},
       {"expect-box", ActShape::kText},      // a message box with this text has been shown
       {"expect-started", ActShape::kText},  // a program was started whose line contains this
       {"expect-not-started", ActShape::kText},
       {"expect-ended", ActShape::kNothing},  // the program has ended by itself
       {"expect-running", ActShape::kNothing},
+      {"expect-copies", ActShape::kText},     // of the program run; real windows only
+      {"expect-front", ActShape::kForm},      // it is the window that takes the keys; likewise
+      {"expect-not-front", ActShape::kForm},  // likewise
   };
   return kinds;
+}
+
+bool IsLike(std::string_view text, std::string_view pattern) {
+  if (pattern.empty()) return text.empty();
+  if (pattern.front() == '*') {
+    for (size_t taken = 0; taken <= text.size(); ++taken) {
+      if (IsLike(text.substr(taken), pattern.substr(1))) return true;
+    }
+    return false;
+  }
+  if (text.empty()) return false;
+  const bool is_digit = text.front() >= '0' && text.front() <= '9';
+  const bool fits = pattern.front() == '#' ? is_digit : text.front() == pattern.front();
+  return fits && IsLike(text.substr(1), pattern.substr(1));
+}
+
+std::string WithVariables(const std::string& text,
+                          const std::function<std::string(const std::string& name)>& value_of) {
+  std::string result;
+  size_t done = 0;
+  for (size_t start = text.find('%'); start != std::string::npos; start = text.find('%', start)) {
+    const size_t end = text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_", start + 1);
+    const bool named = end != std::string::npos && text[end] == '%' && end > start + 1;
+    std::string value = named ? value_of(text.substr(start + 1, end - start - 1)) : "";
+    if (value.empty()) {
+      ++start;
+      continue;
+    }
+    if (value.starts_with("/")) value = "Z:" + ReplaceAll(std::move(value), "/", "\\");
+    result += text.substr(done, start - done) + value;
+    start = done = end + 1;
+  }
+  return result + text.substr(done);
 }
 
 Scenario ReadScenario(std::string_view text) {

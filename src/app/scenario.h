@@ -2,6 +2,7 @@
 // of any binding, so that a driver of real windows can play the same files.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,5 +58,14 @@ struct Scenario {
 // A line is empty, an act, or a comment behind "#" at its start; " #" with a blank on both sides
 // starts a comment behind an act.
 Scenario ReadScenario(std::string_view text);
+
+// The text with the value of NAME in the place of each %NAME% for which `value_of` has one. A value
+// that is a path of the host stands as the computer sees it: "Z:\\tmp\\x" for "/tmp/x".
+std::string WithVariables(const std::string& text,
+                          const std::function<std::string(const std::string& name)>& value_of);
+
+// True if the text is as the pattern says: "#" stands for one digit, "*" for any text, every other
+// character for itself.
+bool IsLike(std::string_view text, std::string_view pattern);
 
 }  // namespace quorvale

@@ -27,6 +27,25 @@ std::optional<ValuePlace> PlaceOf(const std::string& path) {
   return ValuePlace{*key, name == "(Default)" ? "" : name};
 }
 
+// Removes the values of a key and of the keys below it. How many; -1 if one stays.
+int RemoveValues(RegistryStore& registry, const RegistryPath& key) {
+  std::vector<RegistryValue> values;
+  registry.ListValues(key.root, key.subkey, &values);
+  int gone = 0;
+  for (const RegistryValue& value : values) {
+    if (registry.DeleteValue(key.root, key.subkey, value.name) != registry_status::kOk) return -1;
+    ++gone;
+  }
+  std::vector<std::string> names;
+  registry.ListSubkeys(key.root, key.subkey, &names);
+  for (const std::string& name : names) {
+    const int below = RemoveValues(registry, {key.root, key.subkey + "\\" + name});
+    if (below < 0) return -1;
+    gone += below;
+  }
+  return gone;
+}
+
 // True if a list of verbs holds one.
 bool IsOneOf(std::initializer_list<const char*> verbs, const std::string& verb) {
   return std::any_of(verbs.begin(), verbs.end(),
@@ -41,23 +60,39 @@ std::string Different(const std::string& what, const std::string& is, const std:
   return what + " is \"" + shown + "\", not \"" + expected + "\"";
 }
 
+bool IsTextExpectation(const std::string& verb) {
+  return IsOneOf({"expect", "expect-contains", "expect-like", "expect-not"}, verb);
+}
+
+std::string CompareText(const ScenarioAct& act, const std::string& name, const std::string& text) {
+  if (act.verb == "expect-contains") {
+    return Contains(text, act.text) ? "" : Different(name, text, "..." + act.text + "...");
+  }
+  if (act.verb == "expect-like")
+    return IsLike(text, act.text) ? "" : Different(name, text, act.text);
+  if (act.verb == "expect-not") return text != act.text ? "" : name + " is \"" + text + "\"";
+  return text == act.text ? "" : Different(name, text, act.text);
+}
+
 std::string NotANumber(const std::string& text) { return "\"" + text + "\" is no number"; }
 
 bool ScenarioFiles::IsAct(const std::string& verb) {
-  return IsOneOf(
-      {"bring", "seed", "seed-bytes", "seed-folder", "seed-value", "seed-key", "remove", "rename"},
-      verb);
+  return IsOneOf({"bring", "seed", "seed-bytes", "seed-folder", "seed-value", "seed-key", "remove",
+                  "remove-values", "rename", "task"},
+                 verb);
 }
 
 bool ScenarioFiles::IsExpectation(const std::string& verb) {
-  return IsOneOf({"expect-file", "expect-no-file", "expect-same", "expect-folder", "expect-entry",
-                  "expect-no-entry", "expect-registry", "expect-no-registry"},
-                 verb);
+  return IsOneOf(
+      {"expect-file", "expect-no-file", "expect-same", "expect-folder", "expect-entry",
+       "expect-no-entry", "expect-registry", "expect-no-registry", "expect-task", "expect-no-task"},
+      verb);
 }
 
 std::string ScenarioFiles::Expect(const ScenarioAct& act) {
   if (act.verb.ends_with("-entry")) return ExpectEntry(act);
   if (act.verb.ends_with("-registry")) return ExpectRegistry(act);
+  if (act.verb.ends_with("-task")) return ExpectTask(act);
   return ExpectFiles(act);
 }
 
@@ -68,7 +103,34 @@ std::string ScenarioFiles::SeedFile(const std::string& path, const std::string& 
   return written ? "" : path + " cannot be written";
 }
 
+// A job as another program makes it: it tells the time of nothing of ours.
+std::string ScenarioFiles::DoTask(const ScenarioAct& act) {
+  if (act.text == "gone") {
+    return platform_.scheduler.Delete(act.path) ? "" : "there is no job " + act.path;
+  }
+  ScheduledTask task;
+  task.name = act.path;
+  task.application = "C:\\Program Files\\Other\\other.exe";
+  task.comment = act.text;
+  TaskTrigger trigger;
+  trigger.type = TaskTriggerType::kDaily;
+  trigger.begin = platform_.system.Now();
+  task.triggers.push_back(trigger);
+  return platform_.scheduler.Create(task) ? "" : "job " + act.path + " cannot be made";
+}
+
+std::string ScenarioFiles::ExpectTask(const ScenarioAct& act) {
+  const bool wanted = act.verb == "expect-task";
+  const std::string& name = wanted ? act.path : act.text;
+  const std::optional<ScheduledTask> task = platform_.scheduler.Read(name);
+  if (!wanted) return task ? "there is a job " + name : "";
+  if (!task) return "there is no job " + name;
+  return task->comment == act.text ? ""
+                                   : Different("the comment of " + name, task->comment, act.text);
+}
+
 std::string ScenarioFiles::Do(const ScenarioAct& act) {
+  if (act.verb == "task") return DoTask(act);
   FileToolkit files(platform_.files, [] {});
   if (act.verb == "bring") {
     if (!former) return "there is no former machine";
@@ -106,6 +168,13 @@ std::string ScenarioFiles::Do(const ScenarioAct& act) {
             place->key.root, place->key.subkey, place->name, registry_type::kString,
             platform_.system.ToAnsi(act.text) + '\0') == registry_status::kOk;
     return written ? "" : act.path + " cannot be written";
+  }
+  if (act.verb == "remove-values") {
+    const std::optional<RegistryPath> key = ParseRegistryPath(act.text);
+    if (!key) return "\"" + act.text + "\" is no key";
+    const int gone = RemoveValues(platform_.registry, *key);
+    if (gone < 0) return act.text + " keeps a value";
+    return gone > 0 ? "" : "there is no value below " + act.text;
   }
   if (act.verb == "remove") {
     const std::optional<FileInfo> info = platform_.files.Stat(act.text);

@@ -1,6 +1,6 @@
-// The acts of a scenario that concern the computer's files and registry, and what it expects of
-// them. They ask the platform alone, so that the player of headless pages and the driver of real
-// windows share them.
+// The acts of a scenario that concern the computer's files, registry and scheduled jobs, and what
+// it expects of them. They ask the platform alone, so that the player of headless pages and the
+// driver of real windows share them.
 #pragma once
 
 #include <charconv>
@@ -34,6 +34,8 @@ class ScenarioFiles {
   std::string ExpectFiles(const ScenarioAct& act);
   std::string ExpectEntry(const ScenarioAct& act);
   std::string ExpectRegistry(const ScenarioAct& act);
+  std::string DoTask(const ScenarioAct& act);
+  std::string ExpectTask(const ScenarioAct& act);
 
   Platform& platform_;
 };
@@ -46,6 +48,11 @@ bool ReadNumber(const std::string& text, Number* number) {
   return result.ec == std::errc() && result.ptr == end;
 }
 std::string NotANumber(const std::string& text);
+
+// True for the verbs that compare the text of a control, which CompareText does: "" or what is
+// otherwise than the act says.
+bool IsTextExpectation(const std::string& verb);
+std::string CompareText(const ScenarioAct& act, const std::string& name, const std::string& text);
 
 // The sentence about a text that is another one than expected.
 std::string Different(const std::string& what, const std::string& is, const std::string& expected);

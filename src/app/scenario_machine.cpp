@@ -1,17 +1,21 @@
 #include "app/scenario_machine.h"
 
-#include "app/new_machine.h"
 #include "app/sample_machine.h"
 
 namespace quorvale {
 
-std::unique_ptr<Computer> MakeScenarioMachine(const std::string& folder, const std::string& like,
-                                              const std::string& user, int number,
-                                              std::string* problem) {
+MachinePlan ScenarioPlan(const std::string& like, const std::string& user, int number) {
   MachinePlan plan;
   plan.like = like;
   plan.user = user;
   plan.identity[plan.identity.size() - 2] = static_cast<char>('0' + number);
+  return plan;
+}
+
+std::unique_ptr<Computer> MakeScenarioMachine(const std::string& folder, const std::string& like,
+                                              const std::string& user, int number,
+                                              std::string* problem) {
+  const MachinePlan plan = ScenarioPlan(like, user, number);
   *problem = MakeMachine(folder, plan);
   if (!problem->empty()) return nullptr;
   std::unique_ptr<Computer> computer = Computer::Open(folder, problem);

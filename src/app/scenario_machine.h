@@ -5,12 +5,16 @@
 #include <string>
 
 #include "app/computer.h"
+#include "app/new_machine.h"
 
 namespace quorvale {
 
-// Makes it in a folder of this host. `like` and `user` are those of the scenario's "machine" act;
-// `number` tells the machines of one scenario apart, from 1: each has an identity of its own. Null
-// with a sentence if it cannot be made.
+// `like` and `user` are those of the scenario's "machine" act; `number` tells the machines of one
+// scenario apart, from 1: each has an identity of its own.
+MachinePlan ScenarioPlan(const std::string& like, const std::string& user, int number);
+
+// Makes the machine of such a plan in a folder of this host. Null with a sentence if it cannot be
+// made.
 std::unique_ptr<Computer> MakeScenarioMachine(const std::string& folder, const std::string& like,
                                               const std::string& user, int number,
                                               std::string* problem);

@@ -27,6 +27,7 @@ class ScenarioPlayer {
   // Each answers "" or what went wrong.
   std::string Do(const ScenarioAct& act);
   std::string DoComputerAct(const ScenarioAct& act);
+  std::string SetDisc(const ScenarioAct& act);
   std::string DoPersonAct(const ScenarioAct& act);
   std::string DoExpectation(const ScenarioAct& act);
   std::string ExpectControl(const ScenarioAct& act);

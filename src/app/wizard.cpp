@@ -9,6 +9,7 @@ namespace quorvale {
 void Wizard::Begin() {
   problem_.clear();
   archive_.clear();
+  discs_ = 0;
   computer_.Start("");
   first_box_ = computer_.ui().boxes.size();
 }
@@ -103,6 +104,61 @@ bool Wizard::FillOptionsPage(const BackupJob& job) {
          Act(hands().Set("frmThree", "txtpwd2", job.password));
 }
 
+bool Wizard::ChooseDrive(const std::string& drive) {
+  std::string problem;
+  const ui::Control* control = hands().Find("FrmBackupMedia", "cboDrives", &problem);
+  if (control == nullptr) return Act(problem);
+  const ui::ComboBox& drives = static_cast<const ui::ComboBox&>(*control);
+  for (int i = 0; i < drives.Count(); ++i) {
+    const std::string text = drives.Item(i);
+    if (drive != std::to_string(i + 1) && !text.starts_with(drive)) continue;
+    return Act(hands().Choose("FrmBackupMedia", "cboDrives", text));
+  }
+  return Act("there is no disc writer \"" + drive + "\".");
+}
+
+bool Wizard::FillServer(const FtpAddress& server) {
+  const char* page = "FrmBackupMedia";
+  if (!Act(hands().Check(page, "ChkFTP", true)) ||
+      !Act(hands().Set(page, "TxtHostname", server.host)) ||
+      !Act(hands().Set(page, "TxtPort", server.port)) ||
+      !Act(hands().Set(page, "TxtRemoteDir", server.folder))) {
+    return false;
+  }
+  if (server.user.empty()) return Act(hands().Check(page, "ChkAnonymous", true));
+  return Act(hands().Set(page, "TxtUserName", server.user)) &&
+         Act(hands().Set(page, "TxtPassword", server.password));
+}
+
+// The run itself ends well also where the server did not get the file.
+Outcome Wizard::UploadEnding(Outcome outcome) {
+  if (outcome != Outcome::kDone || computer_.app()->session().gDelivered) return outcome;
+  Act("the backup is " + archive_ + ", but the server did not get it.");
+  return Outcome::kRefused;
+}
+
+bool Wizard::FillMediaPage(const BackupJob& job) {
+  if (job.ftp) return FillServer(*job.ftp);
+  if (job.disc.empty()) return true;
+  const size_t boxes = computer_.ui().boxes.size();
+  if (!Act(hands().Check("FrmBackupMedia", "ChkCDDVD", true))) return false;
+  // A box on the way says why there is no drive.
+  return computer_.ui().boxes.size() == boxes && ChooseDrive(job.disc);
+}
+
+// The run itself ends well also where its discs were not written.
+Outcome Wizard::BurnEnding(Outcome outcome) {
+  if (outcome != Outcome::kDone) return outcome;
+  archive_.clear();
+  if (!computer_.app()->session().gDelivered) return Outcome::kRefused;
+  const std::vector<ui::HeadlessUi::ShownBox>& boxes = computer_.ui().boxes;
+  discs_ = 1;
+  for (size_t i = first_box_; i < boxes.size(); ++i) {
+    if (boxes[i].request.text.starts_with("Please insert disk ")) ++discs_;
+  }
+  return outcome;
+}
+
 Outcome Wizard::Ending(const std::string& good, const std::string& stopped) {
   Outcome outcome = Outcome::kRefused;
   const std::vector<ui::HeadlessUi::ShownBox>& boxes = computer_.ui().boxes;
@@ -119,11 +175,13 @@ Outcome Wizard::Backup(const BackupJob& job) {
                      Act(hands().Set("frmOne", "txtBackupname", job.name)) &&
                      ClickTo("frmOne", "cmdNext", "FrmTwo") && FillItemPage(job) &&
                      ClickTo("FrmTwo", "cmdNext", "frmThree") && FillOptionsPage(job) &&
-                     ClickTo("frmThree", "cmdNext", "FrmBackupMedia") &&
+                     ClickTo("frmThree", "cmdNext", "FrmBackupMedia") && FillMediaPage(job) &&
                      ClickTo("FrmBackupMedia", "cmdNext", "frmfour");
   if (!ready || !Act(hands().Click("frmfour", "cmdNext"))) return Outcome::kRefused;
   archive_ = computer_.app()->session().gBackupBasePath + ".obk";
-  return Ending("Backup successfully completed", "Backup Process Aborted by User");
+  const Outcome outcome = Ending("Backup successfully completed", "Backup Process Aborted by User");
+  if (job.ftp) return UploadEnding(outcome);
+  return job.disc.empty() ? outcome : BurnEnding(outcome);
 }
 
 Outcome Wizard::QuickBackup() {

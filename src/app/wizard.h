@@ -2,10 +2,12 @@
 // choose. It has no rule of its own: what a page refuses is refused.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/computer.h"
+#include "app/ftp_address.h"
 #include "app/hands.h"
 
 namespace quorvale {
@@ -19,6 +21,10 @@ struct BackupJob {
   std::string level;     // an entry of the page's list, "" leaves its choice
   std::string password;  // "" for none
   bool log = false;
+  // The drive that burns the backup: its number in the page's list, from 1, or the start of its
+  // text there. "" for none.
+  std::string disc;
+  std::optional<FtpAddress> ftp;  // the server that gets a copy
 };
 
 struct RestoreJob {
@@ -48,7 +54,9 @@ class Wizard {
 
   // What could not be done with the pages themselves; "" if a message box said it all.
   const std::string& problem() const { return problem_; }
-  // The archive that the last backup made.
+  // Discs that the last backup is on; 0 if it is on none.
+  int discs() const { return discs_; }
+  // The archive that the last backup made, where it is not on discs.
   const std::string& archive() const { return archive_; }
 
  private:
@@ -61,6 +69,13 @@ class Wizard {
   bool TickPaths(const std::string& form, const std::vector<std::string>& paths);
   bool FillItemPage(const BackupJob& job);
   bool FillOptionsPage(const BackupJob& job);
+  bool FillMediaPage(const BackupJob& job);
+  bool ChooseDrive(const std::string& drive);
+  bool FillServer(const FtpAddress& server);
+  // What an upload came to.
+  Outcome UploadEnding(Outcome outcome);
+  // What a burn came to.
+  Outcome BurnEnding(Outcome outcome);
   bool SelectFile(const RestoreJob& job);
   bool ChooseFile(const std::string& path);
   bool AddAll(const std::string& root, const std::vector<std::string>& paths, bool folders);
@@ -72,6 +87,7 @@ class Wizard {
   size_t first_box_ = 0;
   std::string problem_;
   std::string archive_;
+  int discs_ = 0;
 };
 
 }  // namespace quorvale

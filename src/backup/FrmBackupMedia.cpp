@@ -14,14 +14,13 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr char kDefaultPort[] = "21";
 constexpr double kBytesPerMegabyte = 1048576;
 constexpr double kOrdinaryDiscMegabytes = 650;
-constexpr size_t kLongestPort = 5;  // digits
+constexpr double kHighestPort = 65535;
 
 bool IsNumeric(const std::string& text) {
-  return text.size() <= kLongestPort && text.find_first_not_of("0123456789") == std::string::npos;
+  return text.find_first_not_of("0123456789") == std::string::npos;
 }
 
 int DiscsNeeded(double megabytes, double capacity) {
@@ -92,10 +91,7 @@ void FrmBackupMedia::WireEvents() {
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int) {
-    if (code == kF1) ShowHelp(app_, "qvlBackup.htm");
-    return code == kF1;
-  };
+  OpenHelpOnF1(app_, *this, "qvlBackup.htm");
 }
 
 void FrmBackupMedia::Load() {
@@ -177,14 +173,24 @@ void FrmBackupMedia::cboDrives_Click() {
 bool FrmBackupMedia::Connect(const std::string& host, const std::string& port,
                              const std::string& user, const std::string& password) {
   FtpClient& ftp = app_.platform().ftp;
+  if (!OpenServer(host, port, user, password)) return false;
+  return !ftp.CurrentFolder().empty() && ftp.ChangeFolder(TxtRemoteDir.text);
+}
+
+bool FrmBackupMedia::OpenServer(const std::string& host, const std::string& port,
+                                const std::string& user, const std::string& password) {
+  FtpClient& ftp = app_.platform().ftp;
   if (ftp.State() == FtpState::kConnected) ftp.Disconnect();
+  if (ftp.State() != FtpState::kIdle) return false;
+  const double number = Val(port);
+  if (number < 1 || number > kHighestPort) return false;
   const bool anonymous = ChkAnonymous.value == 1;
-  if (ftp.State() == FtpState::kIdle &&
-      !ftp.Connect(WithoutScheme(host), static_cast<int>(Val(port)), anonymous ? "anonymous" : user,
-                   anonymous ? "guest" : password)) {
-    return false;
-  }
-  return ftp.ChangeFolder(TxtRemoteDir.text);
+  return ftp.Connect(WithoutScheme(host), static_cast<int>(number), anonymous ? "anonymous" : user,
+                     anonymous ? "guest" : password);
+}
+
+bool FrmBackupMedia::IsLoaded() const {
+  return !app_.Ended() && app_.Loaded<FrmBackupMedia>() == this;
 }
 
 void FrmBackupMedia::cmdNext_Click() {
@@ -234,11 +240,24 @@ bool FrmBackupMedia::FtpFieldsAreUsable() {
   return true;
 }
 
+// The window stays alive meanwhile, so that the user can leave the page: that ends the test.
+bool FrmBackupMedia::TestConnection() {
+  FtpClient& ftp = app_.platform().ftp;
+  ftp.Listen({.progress = nullptr, .reply = nullptr, .keep_going = [this] {
+                app_.Pump();
+                return IsLoaded();
+              }});
+  const bool connected = Connect(Trim(TxtHostname.text.get()), Trim(TxtPort.text.get()),
+                                 Trim(TxtUserName.text.get()), Trim(TxtPassword.text.get()));
+  ftp.Listen({});
+  return connected;
+}
+
 bool FrmBackupMedia::CheckFtp() {
   if (!FtpFieldsAreUsable()) return false;
   EnableButtons(false);
-  const bool connected = Connect(Trim(TxtHostname.text.get()), Trim(TxtPort.text.get()),
-                                 Trim(TxtUserName.text.get()), Trim(TxtPassword.text.get()));
+  const bool connected = TestConnection();
+  if (!IsLoaded()) return false;
   if (!connected) {
     app_.Inform(
         "There was error in FTP connection. Please check the FTP settings and try connection "
@@ -261,7 +280,7 @@ bool FrmBackupMedia::CheckDisc() {
     return false;
   }
   Session& session = app_.session();
-  const double capacity = std::floor(static_cast<double>(discs.FreeBytes()) / kBytesPerMegabyte);
+  const double capacity = static_cast<double>(discs.FreeBytes()) / kBytesPerMegabyte;
   int count = capacity > 0 ? DiscsNeeded(session.gBackupEstimatedSize, capacity) : 0;
   if (count == 1) {
     app_.Inform("One CD required");

@@ -1,6 +1,7 @@
 #include "backup/frmFinish.h"
 
 #include "backup/FrmBackupMedia.h"
+#include "backup/FrmProcess.h"
 #include "backup/frmOne.h"
 #include "backup/frmThree.h"
 #include "backup/frmfour.h"
@@ -17,7 +18,6 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr char kTaking[] = "Current Progress: Taking Backup of ";
 constexpr char kAborted[] = "Backup Process Aborted by User";
 constexpr char kOutlookProgram[] =
@@ -28,8 +28,6 @@ constexpr int kServiceStop = 1;
 
 // The registry editor gets this long to start before the next item.
 constexpr int kExportPause = 100;  // milliseconds
-
-constexpr std::uint64_t kDiscPartSize = 600000000;  // bytes
 
 // A Zip entry's name has a length field of 16 bits.
 constexpr size_t kLongestEntryName = 65535;
@@ -83,10 +81,7 @@ void frmFinish::WireEvents() {
   Command2.on_click = [this] { Command2_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   Timer1.on_timer = [this] { Timer1_Timer(); };
-  on_key_down = [this](int code, int) {
-    if (code == kF1) ShowHelp(app_, "qvlBackup.htm");
-    return code == kF1;
-  };
+  OpenHelpOnF1(app_, *this, "qvlBackup.htm");
   archive.on_before_file = [this](zip::BeforeFile& file) { NameEntry(file); };
   archive.on_file_progress = [this](int percent) {
     prbGlobalProgress.value = percent;
@@ -579,7 +574,7 @@ bool frmFinish::CompressStage(const std::string& stage_path) {
     app_.ui().SetPointer(ui::Pointer::kDefault);
   }
   EndCompressStage();
-  Deliver(stage_path);
+  Deliver();
   return made;
 }
 
@@ -587,11 +582,11 @@ void frmFinish::ApplyArchiveSettings(const std::string& stage_path) {
   const Session& session = app_.session();
   if (archive.archive_name.empty()) {
     const FrmBackupMedia* media = app_.Loaded<FrmBackupMedia>();
-    if (media != nullptr && media->ChkCDDVD.value == 1) {
+    if (session.gMediaDisc && media != nullptr && media->ChkCDDVD.value == 1) {
       const std::string folder = ParentFolder(stage_path) + "\\CDBackup\\";
       MakeDirectoryPath(app_, folder);
       archive.archive_name = folder + FileNameOf(stage_path) + ".obk";
-      archive.split_size = kDiscPartSize;
+      archive.split_size = disc_part_size;
     } else {
       archive.archive_name = stage_path + ".obk";
       archive.split_size = 0;
@@ -651,24 +646,38 @@ void frmFinish::EndCompressStage() {
   }
 }
 
-void frmFinish::Deliver(const std::string& stage_path) {
+void frmFinish::Deliver() {
   Session& session = app_.session();
   if (FrmTwo* items = app_.Loaded<FrmTwo>()) destination_ = items->txtpath.text;
+  const std::string parts = WithBackslash(destination_) + "CDbackup";
+  session.gDelivered = false;
+  if (!archive_made_ || Stopping()) {
+    if (session.gMediaDisc) KillFolder(parts);
+    return;
+  }
   const FrmBackupMedia* media = app_.Loaded<FrmBackupMedia>();
-  if (media != nullptr && media->ChkFTP.value == 1) {
-    session.gDeliverySource = stage_path + ".obk";
+  if (session.gMediaFtp && media != nullptr && media->ChkFTP.value == 1) {
+    session.gDeliverySource = archive.archive_name;
     Pump();
+    ShowDelivery();
   }
   if (!session.gMediaDisc) return;
   if (!app_.platform().discs.MediumLoaded()) {
     app_.Inform(
         "No Media Loaded on the disk drive. Unable to write data to the disk\r\nYour backup is "
         "on " +
-        destination_ + "\\CDbackup");
+        parts);
+    session.gMediaDisc = false;  // the parts stay where they are
+    return;
   }
-  session.gDeliverySource = destination_ + "\\CDbackup";
-  // The parts stay where they are.
-  session.gMediaDisc = false;
+  session.gDeliverySource = parts;
+  ShowDelivery();
+  KillFolder(parts);
+}
+
+void frmFinish::ShowDelivery() {
+  app_.Get<FrmProcess>().ShowModal();
+  app_.Unload<FrmProcess>();
 }
 
 void frmFinish::NameEntry(zip::BeforeFile& file) {

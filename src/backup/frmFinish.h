@@ -4,6 +4,7 @@
 // Stop is a flag that a handler sets inside such a pump.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -80,6 +81,7 @@ class frmFinish : public ui::Form {
 
   // The archive component of the run.
   zip::Archive archive;
+  std::uint64_t disc_part_size = 600000000;  // bytes of what goes to one disc
 
   bool mStop = false;
   std::string mTargetFolder;          // the item's folder below the staging folder
@@ -128,7 +130,9 @@ class frmFinish : public ui::Form {
   zip::Result RunArchive();
   bool OfferOtherFolder();
   void EndCompressStage();
-  void Deliver(const std::string& stage_path);
+  // Sends or burns the archive, where the media page says so.
+  void Deliver();
+  void ShowDelivery();
   void NameEntry(zip::BeforeFile& file);
 
   Application& app_;

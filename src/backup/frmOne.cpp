@@ -19,13 +19,6 @@ constexpr int kBackspace = 8;
 constexpr int kTab = 9;
 constexpr int kF1 = 112;
 
-bool IsRunModeWord(const std::string& command_line) {
-  for (const char* word : {"qbackup", "custom", "auto", kElevatedWord}) {
-    if (command_line == word) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 frmOne::frmOne(Application& app) : ui::Form(app.ui(), kName), app_(app) {
@@ -68,22 +61,7 @@ void frmOne::Load() {
   for (const std::string& name : app_.files().ListFileNames(LogFolder(app_), "*.*")) {
     File1.AddItem(name);
   }
-  RegisterOpenedFile();
-}
-
-void frmOne::RegisterOpenedFile() {
-  const std::string command_line = Trim(app_.CommandLine());
-  if (command_line.empty() || command_line == "%1" || IsRunModeWord(command_line)) return;
-  app_.session().gBackupFileName = command_line;
-  Shell& shell = app_.platform().shell;
-  const std::string programs = shell.SpecialFolder(special_folder::kPrograms);
-  if (programs.empty()) return;
-  ShellLink link;
-  link.target = ReplaceAll(command_line, "\"", "");
-  // The list of recent files stands two folders above the programs of the start menu.
-  link.link_path =
-      ParentFolder(ParentFolder(programs)) + "\\Recent\\" + FileNameOf(link.target) + ".lnk";
-  shell.CreateLink(link);
+  RegisterOpenedFile(app_);
 }
 
 void frmOne::savedetails() {

@@ -23,10 +23,6 @@ class frmOne : public ui::Form {
   explicit frmOne(Application& app);
   void Load() override;
 
-  // A start with a backup file as command line: gBackupFileName takes it, and a link to it goes
-  // into the folder of recent files. Nothing happens for an empty command line, "%1" and the words
-  // of the run modes.
-  void RegisterOpenedFile();
   // Commits the job's name; the kind becomes the main one.
   void savedetails();
   // Writes the hand-over file for a run with raised rights.

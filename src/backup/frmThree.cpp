@@ -13,7 +13,6 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr char kNormal[] = "Normal";
 constexpr char kNoCompression[] = "No Compression";
 constexpr char kPartSize[] = "1024";
@@ -87,10 +86,7 @@ void frmThree::WireEvents() {
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int) {
-    if (code == kF1) ShowHelp(app_, "qvlBackup.htm");
-    return code == kF1;
-  };
+  OpenHelpOnF1(app_, *this, "qvlBackup.htm");
 }
 
 void frmThree::Load() {

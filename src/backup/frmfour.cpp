@@ -16,7 +16,6 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr char kLineEnd[] = "\r\n";
 constexpr char kAutoWord[] = "auto";
 
@@ -106,10 +105,7 @@ void frmfour::WireEvents() {
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
   Timer2.on_timer = [this] { Timer2_Timer(); };
-  on_key_down = [this](int code, int) {
-    if (code == kF1) ShowHelp(app_, "qvlBackup.htm");
-    return code == kF1;
-  };
+  OpenHelpOnF1(app_, *this, "qvlBackup.htm");
 }
 
 void frmfour::Load() { page_layout::HostPage(app_, *this); }

@@ -19,7 +19,9 @@
 #include "logs/frmLogs.h"
 #include "platform/text.h"
 #include "restore/frmROne.h"
-#include "schedule/schedule_page.h"
+#include "schedule/frmSchedTwo.h"
+#include "schedule/frmSchedule.h"
+#include "schedule/schedule_jobs.h"
 
 namespace quorvale {
 namespace {
@@ -47,10 +49,6 @@ constexpr int kSidePictureTop = 160;
 
 constexpr int kF1 = 112;
 constexpr int kPause = 1000;  // milliseconds: lets a user read the rows
-
-constexpr char kElevationRefused[] =
-    "Administrator privileges are required for this action. You do not have sufficient access "
-    "privileges to perform this action";
 
 struct QuickLinkText {
   const char* caption;
@@ -212,15 +210,15 @@ void FrmWelcome::PlaceFrame() {
     const char* tooltip;
   };
   const Place places[] = {
-      {&CmdWC_Home, nullptr, {15, 37, 90, 24}, "&Home", "Back to the home page"},
-      {&CmdWC_ViewLog, nullptr, {109, 37, 90, 24}, "&Log", "View backup and restore logs"},
+      {&CmdWC_Home, nullptr, {11, 37, 90, 24}, "&Home", "Back to the home page"},
+      {&CmdWC_ViewLog, nullptr, {105, 37, 90, 24}, "&Log", "View backup and restore logs"},
       {&CmdWC_Help, &PicTopBase, {706, 6, 26, 22}, "Help", "Help (F1)"},
       {&CmdWC_Minimize, &PicTopBase, {736, 6, 26, 22}, "Minimize", "Minimize"},
       {&CmdWC_Close, &PicTopBase, {766, 6, 26, 22}, "Close", "Close"},
-      {&CmdSupport, &PicBottomMiddle, {424, 3, 88, 24}, "S&upport", "Write to support"},
-      {&CmdWebsite, &PicBottomMiddle, {516, 3, 88, 24}, "&Website", "Open our home page"},
-      {&CmdOther, &PicBottomMiddle, {608, 3, 88, 24}, "&Other Products", "See other products"},
-      {&CmdAbout, &PicBottomMiddle, {700, 3, 88, 24}, "&About", "About Quorvale"},
+      {&CmdSupport, &PicBottomMiddle, {415, 3, 88, 24}, "S&upport", "Write to support"},
+      {&CmdWebsite, &PicBottomMiddle, {507, 3, 88, 24}, "&Website", "Open our home page"},
+      {&CmdOther, &PicBottomMiddle, {599, 3, 88, 24}, "&Other Products", "See other products"},
+      {&CmdAbout, &PicBottomMiddle, {691, 3, 88, 24}, "&About", "About Quorvale"},
   };
   int tab = 10;
   for (const Place& place : places) {
@@ -275,14 +273,14 @@ void FrmWelcome::PlaceHomePage() {
     link.font_size = 10;
     link.fore_color = kLinkColor;
     link.tab_index = 3 + static_cast<int>(i);
-    link.bounds = {76, top + 10, 340, 20};
+    link.bounds = {76, top + 8, 340, 20};
     lblQuickDescription[i]->caption = text.description;
     lblQuickDescription[i]->fore_color = kLinkColor;
-    lblQuickDescription[i]->bounds = {76, top + 34, 380, 34};
+    lblQuickDescription[i]->bounds = {76, top + 38, 380, 34};
     ImgQuickArrow[i]->picture = "ARROW";
-    ImgQuickArrow[i]->bounds = {440, top + 12, 16, 16};
+    ImgQuickArrow[i]->bounds = {440, top + 10, 16, 16};
     ImgQuickLine[i]->picture = "RIGHTGRADIENTLINE";
-    ImgQuickLine[i]->bounds = {8, top + 76, 454, 2};
+    ImgQuickLine[i]->bounds = {76, top + 31, 386, 2};
   }
 
   ui::Label* const captions[] = {&lblLastBackupCaption, &lblLastRestoreCaption,
@@ -390,6 +388,16 @@ void FrmWelcome::WireEvents() {
     if (page != nullptr && page->Visible()) page->SwitchToStartUp();
   };
 
+  // So are the two schedule pages.
+  lblSchedule[0]->on_click = [this] {
+    frmSchedTwo* page = app_.Loaded<frmSchedTwo>();
+    if (page != nullptr && page->Visible()) page->cmdBack_Click();
+  };
+  lblSchedule[1]->on_click = [this] {
+    frmSchedule* page = app_.Loaded<frmSchedule>();
+    if (page != nullptr && page->Visible()) page->cmdNext_Click();
+  };
+
   on_key_down = [this](int code, int) {
     if (code != kF1) return false;
     CmdWC_Help_Click();
@@ -410,7 +418,7 @@ bool FrmWelcome::IsDragArea(int y) { return y < 35 || (y >= 507 && y < 534); }
 void FrmWelcome::Load() {
   if (app_.Ended()) return;  // asked for by work that ends after the run was closed
   Session& session = app_.session();
-  session.gAppDataPath = app_.platform().system.Environment("appdata") + "\\Tarnwick\\Quorvale";
+  session.gAppDataPath = DataFolder(app_);
   MakeDirectoryPath(app_, session.gAppDataPath + "\\");
   MakeDirectoryPath(app_, session.gAppDataPath + "\\Files\\logs\\");
   session.gOSName = GetOSName(app_.platform().system.Version());
@@ -553,7 +561,8 @@ void FrmWelcome::GetLastBackupandRestore() {
 }
 
 void FrmWelcome::NextSchedule() {
-  ShowStatus(LblNextSchedule, NextScheduleText(app_), "No Schedule yet Created");
+  const std::optional<LocalTime> next = NextScheduledRun(app_);
+  ShowStatus(LblNextSchedule, next ? HistoryStamp(app_, *next) : "", kNoSchedule);
 }
 
 void FrmWelcome::lblQuicklinks_Hover(int index) {
@@ -599,8 +608,9 @@ void FrmWelcome::QuickLink(int index) {
     EnableMainButtons(false);
     app_.Get<frmSettings>().Show();
     OpenPages(StepSide::kSettings);
-  } else if (index == 2 && ShowSchedulePage(app_)) {
+  } else if (index == 2) {
     EnableMainButtons(false);
+    app_.Get<frmSchedule>().Show();
     OpenPages(StepSide::kSchedule);
   }
 }

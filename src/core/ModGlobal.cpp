@@ -5,6 +5,7 @@
 
 #include "core/FrmWelcome.h"
 #include "core/frmSettings.h"
+#include "core/run_modes.h"
 #include "platform/text.h"
 
 namespace quorvale {
@@ -46,6 +47,22 @@ bool IsTaken(Application& app, const std::string& candidate) {
 // A run that was closed in the middle of its work gets no new main window.
 void ShowMainWindow(Application& app) {
   if (!app.Ended()) app.Get<FrmWelcome>().Show();
+}
+
+bool IsRunModeWord(const std::string& command_line) {
+  for (const char* word : {kQuickBackupWord, kCustomWord, kAutoWord, kElevatedWord}) {
+    if (command_line == word) return true;
+  }
+  return false;
+}
+
+// The folder that a group of links is, "" if there are no programs in the start menu.
+std::string GroupFolder(std::string programs, const std::string& group) {
+  if (programs.empty() || group.empty() || group == kProgramsGroup) return programs;
+  for (const std::string& step : Split(group, "\\")) {
+    programs = step == ".." ? ParentFolder(programs) : WithBackslash(programs) + step;
+  }
+  return programs;
 }
 
 // A name for the probe that is not a file of the user's.
@@ -154,6 +171,14 @@ void ShowHelp(Application& app, const std::string& topic) {
   app.platform().shell.ShowHelp(app.platform().system.ProgramFolder() + "\\Quorvale.chm", topic);
 }
 
+void OpenHelpOnF1(Application& app, ui::Form& page, const std::string& topic) {
+  page.on_key_down = [&app, topic](int code, int) {
+    constexpr int kF1 = 112;
+    if (code == kF1) ShowHelp(app, topic);
+    return code == kF1;
+  };
+}
+
 std::string UniqueBackupName(Application& app) {
   Session& session = app.session();
   session.gBackupBasePath.clear();
@@ -239,19 +264,50 @@ std::string ShortcutPath(Application& app, int folder) {
   return WithBackslash(app.platform().shell.SpecialFolder(folder)) + "Quorvale.lnk";
 }
 
+bool CreateShellLink(Application& app, const std::string& target, const std::string& link_name,
+                     const std::string& arguments, const std::string& group) {
+  const std::string folder =
+      GroupFolder(app.platform().shell.SpecialFolder(special_folder::kPrograms), group);
+  const std::string name = ReplaceAll(link_name, "\"", "");
+  if (folder.empty() || name.empty()) return false;
+  ShellLink link;
+  link.link_path = WithBackslash(folder) + name + ".lnk";
+  link.target = ReplaceAll(target, "\"", "");
+  link.arguments = arguments;
+  return app.platform().shell.CreateLink(link);
+}
+
+bool CreateShortcutVista(Application& app, const ShellLink& link) {
+  Shell& shell = app.platform().shell;
+  return shell.CreateScriptedLink(link) || shell.CreateLink(link);
+}
+
+bool StartMenuShortcut(Application& app) {
+  return CreateShellLink(app, ProgramPath(app), kApplicationTitle, "", kProgramsGroup);
+}
+
+void RegisterOpenedFile(Application& app) {
+  const std::string command_line = Trim(app.CommandLine());
+  if (command_line.empty() || command_line == "%1" || IsRunModeWord(command_line)) return;
+  app.session().gBackupFileName = command_line;
+  CreateShellLink(app, command_line, FileNameOf(command_line), "", "..\\..\\Recent");
+}
+
 void SetShortcut(Application& app, int folder, bool wanted) {
   if (app.platform().shell.SpecialFolder(folder).empty()) return;
   const std::string path = ShortcutPath(app, folder);
   if (!wanted) {
     app.platform().files.RemoveFile(path, false);
-    return;
+  } else if (folder == special_folder::kPrograms) {
+    StartMenuShortcut(app);
+  } else {
+    ShellLink link;
+    link.link_path = path;
+    link.target = ProgramPath(app);
+    link.working_folder = app.platform().system.ProgramFolder();
+    link.description = kApplicationTitle;
+    CreateShortcutVista(app, link);
   }
-  ShellLink link;
-  link.link_path = path;
-  link.target = ProgramPath(app);
-  link.working_folder = app.platform().system.ProgramFolder();
-  link.description = kApplicationTitle;
-  app.platform().shell.CreateLink(link);
 }
 
 bool NeedsElevation(const Application& app) {
@@ -268,6 +324,10 @@ Elevation RestartElevated(Application& app) {
   }
   app.platform().files.RemoveFile(HandOverPath(app), true);
   return Elevation::kRefused;
+}
+
+std::string DataFolder(const Application& app) {
+  return app.platform().system.Environment("appdata") + "\\Tarnwick\\Quorvale";
 }
 
 std::string HandOverPath(const Application& app) {

@@ -45,6 +45,8 @@ std::string ToHexText(const std::string& bytes);
 // "Outlook.Application.11" and the like, "" if absent.
 std::string OutlookCurVer(Application& app);
 void ShowHelp(Application& app, const std::string& topic);
+// From now on F1 on the page opens a topic of the help.
+void OpenHelpOnF1(Application& app, ui::Form& page, const std::string& topic);
 // Fills gBackupBasePath with a free name; returns its suffix, "" or "_" and a number.
 std::string UniqueBackupName(Application& app);
 void ResetBackupPages(Application& app);
@@ -73,10 +75,33 @@ void PlayEndSound(Application& app);
 // Shows a folder in the file manager.
 void OpenFolder(Application& app, const std::string& path);
 
+// Stands for the programs of the start menu.
+inline constexpr char kProgramsGroup[] = "$(Programs)";
+// A link made by the shell. `group` is its folder, as the way from the programs of the start menu
+// ("..\\..\\Recent"); "" stands for these themselves. Quotes around paths are taken off. False if
+// it could not be made.
+bool CreateShellLink(Application& app, const std::string& target, const std::string& link_name,
+                     const std::string& arguments, const std::string& group);
+// A link at a path of its own, made by the script host's shell object; by the shell itself where
+// there is no script host. False if it could not be made.
+bool CreateShortcutVista(Application& app, const ShellLink& link);
+// The program's link among the programs of the start menu.
+bool StartMenuShortcut(Application& app);
+
+// A start with a backup file as command line: gBackupFileName takes it, and a link to it goes into
+// the folder of recent files. Nothing happens for an empty command line, "%1" and the words of the
+// run modes.
+void RegisterOpenedFile(Application& app);
+
 // The program's link on the desktop or in the start menu.
 std::string ShortcutPath(Application& app, int folder);  // a number of special_folder
 // Makes it, or removes it. Nothing is said when that fails.
 void SetShortcut(Application& app, int folder, bool wanted);
+
+// What the user is told when raised rights were refused.
+inline constexpr char kElevationRefused[] =
+    "Administrator privileges are required for this action. You do not have sufficient access "
+    "privileges to perform this action";
 
 // What the elevation rule came to.
 enum class Elevation { kNotNeeded, kRestarted, kRefused };
@@ -87,8 +112,9 @@ bool NeedsElevation(const Application& app);
 Elevation RestartElevated(Application& app);
 
 // Paths of the program's own files.
-std::string HandOverPath(const Application& app);   // ...\temp.xml
-std::string LogFolder(const Application& app);      // ...\Files\Logs\ (with the final "\")
+std::string DataFolder(const Application& app);    // what the main window's load makes gAppDataPath
+std::string HandOverPath(const Application& app);  // ...\temp.xml
+std::string LogFolder(const Application& app);     // ...\Files\Logs\ (with the final "\")
 std::string TempXmlFolder(const Application& app);  // ...\tempXML
 std::string ProgramPath(Application& app);          // ...\Quorvale.exe
 

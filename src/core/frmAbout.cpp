@@ -5,13 +5,6 @@
 
 namespace quorvale {
 
-void OpenLink(Application& app, const std::string& address) {
-  if (address.empty()) return;
-  app.ui().SetPointer(ui::Pointer::kHourglass);
-  app.platform().shell.Execute("Open", address, "", "", 1);
-  app.ui().SetPointer(ui::Pointer::kDefault);
-}
-
 frmAbout::frmAbout(Application& app)
     : ui::Form(app.ui(), kName),
       lblTitle(*this, "lblTitle", kApplicationTitle),
@@ -40,19 +33,16 @@ frmAbout::frmAbout(Application& app)
   cmdOK.is_cancel = true;
   cmdOK.tab_index = 0;
   int tab = 1;
-  for (ui::Label* link : {&Lnkweblink, &Lnksupport, &LnkUpdate}) {
-    link->is_link = true;
+  for (ui::HyperLink* link : {&Lnkweblink, &Lnksupport, &LnkUpdate}) {
     link->fore_color = ui::Rgb(9, 82, 172);
     link->tab_index = tab++;
-    link->on_mouse_enter = [link] { link->underline = true; };
-    link->on_mouse_leave = [link] { link->underline = false; };
+    link->open = [this](const std::string& address) {
+      app_.platform().shell.Execute("Open", address, "", "", 1);
+    };
   }
-  Lnkweblink.tooltip = kMakerHomePage;
-  Lnksupport.tooltip = kMakerSupportMail;
-  LnkUpdate.tooltip = kMakerHomePage;
-  Lnkweblink.on_click = [this] { OpenLink(app_, kMakerHomePage); };
-  Lnksupport.on_click = [this] { OpenLink(app_, kMakerSupportMail); };
-  LnkUpdate.on_click = [this] { OpenLink(app_, kMakerHomePage); };
+  Lnkweblink.address = kMakerHomePage;
+  Lnksupport.address = kMakerSupportMail;
+  LnkUpdate.address = kMakerHomePage;
   cmdOK.on_click = [this] { cmdOK_Click(); };
   on_close_request = [this] { cmdOK_Click(); };
 }

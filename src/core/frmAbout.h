@@ -3,11 +3,9 @@
 
 #include "core/application.h"
 #include "platform/ui/controls.h"
+#include "platform/ui/hyper_link.h"
 
 namespace quorvale {
-
-// Opens the address of a link label with the shell; the pointer shows the hourglass meanwhile.
-void OpenLink(Application& app, const std::string& address);
 
 class frmAbout : public ui::Form {
  public:
@@ -15,9 +13,10 @@ class frmAbout : public ui::Form {
   explicit frmAbout(Application& app);
 
   ui::Label lblTitle, lblVersion;
-  ui::Label lblWebsite, Lnkweblink;
-  ui::Label lblSupport, Lnksupport;
-  ui::Label LnkUpdate;
+  ui::Label lblWebsite;
+  ui::HyperLink Lnkweblink;
+  ui::Label lblSupport;
+  ui::HyperLink Lnksupport, LnkUpdate;
   ui::CommandButton cmdOK;
 
   void cmdOK_Click();

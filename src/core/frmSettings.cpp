@@ -12,7 +12,6 @@ namespace {
 
 using page_layout::ContentRow;
 
-constexpr int kF1 = 112;
 constexpr char kHelpTopic[] = "qvlSettings.htm";
 
 // Holds a flag up for the life of a block.
@@ -67,7 +66,7 @@ frmSettings::frmSettings(Application& app)
 
 void frmSettings::Place() {
   using namespace page_layout;
-  constexpr int kBoxWidth = 340;
+  constexpr int kBoxWidth = 344;
   constexpr int kFolderButton = 100;
   constexpr int kFirstButton = kContentLeft + kBoxWidth + 10;
   constexpr int kSecondButton = kFirstButton + kFolderButton + 6;
@@ -79,12 +78,12 @@ void frmSettings::Place() {
   lblHeading.fore_color = kHeadingColor;
   lblBackupFolder.bounds = ContentRow(1);
   txtBackup.bounds = ContentRow(2, kContentLeft, kBoxWidth);
-  cmdselectfolder.bounds = ContentRow(2, kFirstButton, kFolderButton, 23);
-  Command2.bounds = ContentRow(2, kSecondButton, kFolderButton, 23);
+  cmdselectfolder.bounds = ButtonInRow(2, kFirstButton, kFolderButton);
+  Command2.bounds = ButtonInRow(2, kSecondButton, kFolderButton);
   lblRestoreFolder.bounds = ContentRow(3);
   txtRestore.bounds = ContentRow(4, kContentLeft, kBoxWidth);
-  Command1.bounds = ContentRow(4, kFirstButton, kFolderButton, 23);
-  Command3.bounds = ContentRow(4, kSecondButton, kFolderButton, 23);
+  Command1.bounds = ButtonInRow(4, kFirstButton, kFolderButton);
+  Command3.bounds = ButtonInRow(4, kSecondButton, kFolderButton);
   chkSound.bounds = ContentRow(6, kContentLeft, 270);
   chkLog.bounds = ContentRow(7, kContentLeft, 270);
   chkSetting.bounds = ContentRow(8, kContentLeft, 270);
@@ -124,11 +123,7 @@ void frmSettings::Wire() {
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdOK.on_click = [this] { cmdOK_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int) {
-    if (code != kF1) return false;
-    ShowHelp(app_, kHelpTopic);
-    return true;
-  };
+  OpenHelpOnF1(app_, *this, kHelpTopic);
 }
 
 // --- Filling ------------------------------------------------------------------------------------

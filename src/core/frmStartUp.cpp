@@ -6,11 +6,7 @@
 #include "core/page_layout.h"
 
 namespace quorvale {
-namespace {
-
-constexpr int kF1 = 112;
-
-}  // namespace
+namespace {}  // namespace
 
 frmStartUp::frmStartUp(Application& app)
     : ui::Form(app.ui(), kName),
@@ -29,6 +25,7 @@ frmStartUp::frmStartUp(Application& app)
       app_(app) {
   using page_layout::ContentRow;
   page_layout::PlaceHeader(&PicHeader, &lblHeader);
+  lblHeader.font_size = 9;  // a long line
   lblDescription.bounds = ContentRow(0);
   lblDescription.bold = true;
   lblDescription.fore_color = page_layout::kHeadingColor;
@@ -48,11 +45,7 @@ frmStartUp::frmStartUp(Application& app)
   ChkStartMenu.on_click = [this] { ChkStartMenu_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int) {
-    if (code != kF1) return false;
-    ShowHelp(app_, "qvlSettings.htm");
-    return true;
-  };
+  OpenHelpOnF1(app_, *this, "qvlSettings.htm");
 }
 
 void frmStartUp::Load() {

@@ -19,6 +19,10 @@ ui::Bounds ContentRow(int row, int left, int width, int height) {
   return {left, kContentTop + row * kRowHeight, width, height};
 }
 
+ui::Bounds ButtonInRow(int row, int left, int width) {
+  return {left, kContentTop + row * kRowHeight - 1, width, kLineHeight + 2};
+}
+
 void HostPage(Application& app, ui::Form& page) {
   page.host_panel = &app.Get<FrmWelcome>().PicMainBackupBase;
   page.borderless = true;
@@ -41,7 +45,7 @@ void PlaceHeader(ui::PictureBox* picture, ui::Label* heading) {
   if (heading == nullptr) return;
   heading->container = picture;
   const int left = picture == nullptr ? kContentLeft : kContentLeft - kHeaderLeft;
-  heading->bounds = {left, 18, kContentWidth, 22};
+  heading->bounds = {left, 18, kContentWidth - kHeaderPictureWidth, 22};
   heading->fore_color = kHeaderColor;
   heading->font_size = 11;
   heading->bold = true;

@@ -33,6 +33,7 @@ inline constexpr int kStepsWidth = 190;
 inline constexpr int kHeaderLeft = kStepsWidth;
 inline constexpr int kHeaderWidth = kPageWidth - kStepsWidth;
 inline constexpr int kHeaderHeight = 56;
+inline constexpr int kHeaderPictureWidth = 56;  // what the picture shows, at the band's right end
 
 // What a page has for its own controls.
 inline constexpr int kContentLeft = 206;
@@ -66,6 +67,9 @@ inline constexpr ui::Color kHeadingColor = ui::Rgb(9, 82, 172);
 // Row `row` (from 0) of the content area, over its whole width or from `left` on.
 ui::Bounds ContentRow(int row, int left = kContentLeft, int width = kContentWidth,
                       int height = kLineHeight);
+
+// A button beside a text box of that row: a pixel more above and below.
+ui::Bounds ButtonInRow(int row, int left, int width);
 
 // Makes a form a page: hosted in the main window's panel, without a frame, with the pages' caption,
 // size and rounded corners. Call it at the start of the page's Load.

@@ -5,7 +5,7 @@
 #include "backup/settings_file.h"
 #include "core/FrmWelcome.h"
 #include "discovery/FrmTwo.h"
-#include "schedule/schedule_page.h"
+#include "schedule/frmSchedule.h"
 
 namespace quorvale {
 namespace {
@@ -39,7 +39,7 @@ void Replay(Application& app, const std::string& type) {
     RunAutoWord(app);
   } else if (type == "Schedule") {
     welcome.QuickLink(2);
-    PressScheduleNext(app);
+    app.Get<frmSchedule>().cmdNext.Click();
     welcome.SetEnabled(true);
   } else if (type == "Restore") {
     welcome.cmdWC_Restore.Click();

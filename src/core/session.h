@@ -81,6 +81,7 @@ struct Session {
   bool gMediaFtp = false;
   bool gMediaDisc = false;
   int gMediaDiscCount = 0;
+  bool gDelivered = false;  // the server has the whole file, or every disc is written
   bool gBackupZipBusy = false;
   FileCollection gFileCollection;
 

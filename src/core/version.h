@@ -3,7 +3,7 @@
 
 namespace quorvale {
 
-// The same numbers as the project's version in CMakeLists.txt.
-inline constexpr char kProgramVersion[] = "1.0.0";
+// The project's version, from the build: "1.0.0".
+extern const char kProgramVersion[];
 
 }  // namespace quorvale

@@ -20,7 +20,6 @@ namespace quorvale {
 namespace {
 
 constexpr int kKeySpace = 32;
-constexpr int kKeyF1 = 112;
 constexpr char kHelpTopic[] = "qvlBackup.htm";
 
 constexpr char kAddFoldersImage[] = "aa1";
@@ -88,11 +87,7 @@ void FrmTwo::Load() {
 }
 
 void FrmTwo::WireEvents() {
-  on_key_down = [this](int code, int) {
-    if (code != kKeyF1) return false;
-    ShowHelp(app_, kHelpTopic);
-    return true;
-  };
+  OpenHelpOnF1(app_, *this, kHelpTopic);
   Label32.on_click = [this] { Label32_Click(); };
   tvwMain.on_node_check = [this](ui::TreeNode* node) { tvwMain_NodeCheck(node); };
   tvwMain.on_node_click = [this](ui::TreeNode* node) { tvwMain_NodeClick(node); };
@@ -137,7 +132,8 @@ void FrmTwo::LayOut() {
   lblpath.bounds = {kContentLeft, kPathTop, kPathLabelWidth, kLineHeight};
   txtpath.bounds = {kContentLeft + kPathLabelWidth, kPathTop,
                     kContentWidth - kPathLabelWidth - kBrowseWidth - 8, kLineHeight};
-  cmdselectfolder.bounds = {kContentRight - kBrowseWidth, kPathTop, kBrowseWidth, kLineHeight};
+  cmdselectfolder.bounds = {kContentRight - kBrowseWidth, kPathTop - 1, kBrowseWidth,
+                            kLineHeight + 2};
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
   LvW.visible = false;
 

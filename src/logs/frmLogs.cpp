@@ -78,7 +78,7 @@ frmLogs::frmLogs(Application& app)
   lblHeading.fore_color = kHeadingColor;
   Frame1.bounds = {kContentLeft, kContentTop + kRowHeight, kContentWidth,
                    kContentHeight - kRowHeight};
-  lblLogPath.bounds = {12, 24, 90, kLineHeight};
+  lblLogPath.bounds = {12, 22, 90, kLineHeight};
   txtLog.bounds = {106, 22, 442, kLineHeight};
   txtLog.read_only = true;
   File1.bounds = {12, 52, 180, 198};
@@ -93,6 +93,8 @@ frmLogs::frmLogs(Application& app)
     control->tab_index = tab++;
   }
   PlaceButtons(&cmdBack, nullptr, &cmdCancel);
+  cmdBack.bounds = ui::Bounds{page_layout::kNextLeft, page_layout::kButtonTop,
+                              page_layout::kButtonWidth, page_layout::kButtonHeight};
 
   File1.on_click = [this] { File1_Click(); };
   File1.on_double_click = [this] { File1_DblClick(); };
@@ -157,12 +159,15 @@ void frmLogs::cmdDelete_Click() {
     return;
   }
   const std::string name = File1.SelectedText();
+  const int place = File1.list_index;
   if (!name.empty() &&
       app_.Ask("The operation can't be undone. Are you sure you want to delete \"" + name +
                "\"?")) {
     app_.platform().files.RemoveFile(SelectedPath(), false);
   }
   RefreshLogList();
+  // The one behind the deleted log, or the last one.
+  if (File1.Count() > 0) File1.list_index = std::clamp(place, 0, File1.Count() - 1);
   app_.Pump();
 }
 

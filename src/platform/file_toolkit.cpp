@@ -167,7 +167,6 @@ FileStatus FileToolkit::CopyFile(const std::string& source, const std::string& t
   return Finish(std::move(output), status, fresh, target, &*info);
 }
 
-// A free name beside a file.
 std::string FileToolkit::FreshName(const std::string& target) {
   std::string name = target + ".tmp";
   for (int number = 1; files_.Stat(name); ++number) {

@@ -53,6 +53,9 @@ class FileToolkit {
   // The file is afterwards the whole old or the whole new one.
   FileStatus WriteWhole(const std::string& path, const std::string& bytes);
 
+  // A free name beside a file, for what takes the file's place when it is complete.
+  std::string FreshName(const std::string& target);
+
   Files& files() { return files_; }
 
  private:
@@ -62,7 +65,6 @@ class FileToolkit {
     std::vector<DeepEntry>* entries;
   };
   bool WalkFolder(const std::string& folder, const Walk& walk);
-  std::string FreshName(const std::string& target);
   FileStatus Finish(std::unique_ptr<OutputFile> output, FileStatus status, const std::string& fresh,
                     const std::string& target, const FileInfo* like);
 

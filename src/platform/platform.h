@@ -9,6 +9,7 @@
 #include "platform/services.h"
 #include "platform/shell.h"
 #include "platform/system_info.h"
+#include "platform/task_scheduler.h"
 #include "platform/ui/ui.h"
 
 namespace quorvale {
@@ -22,6 +23,7 @@ struct Platform {
   Services& services;
   FtpClient& ftp;
   DiscWriter& discs;
+  TaskScheduler& scheduler;
   ui::Ui& ui;
 };
 

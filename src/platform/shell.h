@@ -35,6 +35,19 @@ struct ShellLink {
   int icon_index = 0;
 };
 
+// What the shell does with files on its own, with its own progress window: the numbers of its
+// file operation (shellapi.h, FO_...).
+enum class FileOperation { kMove = 1, kCopy = 2, kDelete = 3, kRename = 4 };
+
+// How it does it: the sum of these (shellapi.h, FOF_...).
+namespace file_operation_flag {
+inline constexpr int kSilent = 4;             // no progress window
+inline constexpr int kRenameOnCollision = 8;  // a target that is there stays; a new name is found
+inline constexpr int kNoConfirmation = 16;    // no question is asked
+inline constexpr int kSimpleProgress = 256;   // no names in the progress window
+inline constexpr int kNoConfirmMakeDir = 512;
+}  // namespace file_operation_flag
+
 class Shell {
  public:
   virtual ~Shell() = default;
@@ -54,6 +67,14 @@ class Shell {
 
   // Makes or replaces a link file. False if it could not be made.
   virtual bool CreateLink(const ShellLink& link) = 0;
+  // The same by the script host's shell object. False also where that object is missing.
+  virtual bool CreateScriptedLink(const ShellLink& link) { return CreateLink(link); }
+  // Copies, moves, renames or deletes a file or folder; `target` is "" for a deletion. False if it
+  // failed or the user cancelled it.
+  virtual bool Operate(FileOperation /*operation*/, const std::string& /*source*/,
+                       const std::string& /*target*/, int /*flags*/) {
+    return false;
+  }
   // Opens a topic of a help file; "" is its first page.
   virtual void ShowHelp(const std::string& help_file, const std::string& topic) = 0;
   // Plays a wave file and returns at once.

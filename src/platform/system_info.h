@@ -55,6 +55,13 @@ class SystemInfo {
   // Text by the user's regional settings: the long time ("10:05:09 PM"), the full weekday name.
   virtual std::string TimeText(const LocalTime& time) = 0;
   virtual std::string WeekdayName(int weekday) = 0;
+  // One item of the user's regional settings, by the number that the system's locale call knows it
+  // by (winnls.h, LOCALE_...). "" for an item that the system does not know.
+  virtual std::string LocaleText(int /*type*/) { return ""; }
+  // The folder of the system's own libraries, without a trailing "\"; "" if there is none.
+  virtual std::string SystemFolder() { return ""; }
+  // The system's sentence for the error number of one of its calls; "" if it has none.
+  virtual std::string ErrorText(int /*number*/) { return ""; }
 
   // The system's ANSI code page. A character outside it becomes "?".
   virtual std::string ToAnsi(const std::string& utf8) = 0;

@@ -13,7 +13,6 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr int kSettleMilliseconds = 100;
 constexpr char kProgress[] = "Current Progress: ";
 
@@ -47,11 +46,7 @@ frmRFinish::frmRFinish(Application& app)
     }
     app_.Pump();
   };
-  on_key_down = [this](int code, int) {
-    if (code != kF1) return false;
-    ShowHelp(app_, "Restoration.htm");
-    return true;
-  };
+  OpenHelpOnF1(app_, *this, "Restoration.htm");
 }
 
 void frmRFinish::Load() {
@@ -340,6 +335,20 @@ ItemEntry frmRFinish::EntryOf(const RestoreOrigin& origin) const {
 
 const RestoreOrigin& frmRFinish::OriginOf(const RestoreRow& row) const {
   return app_.session().gRestoreItemOrigins.at(row.place);
+}
+
+void frmRFinish::RestoreItems(const std::string& root, const std::string& product,
+                              void (frmRFinish::*restore)(size_t row)) {
+  const Session& session = app_.session();
+  for (size_t row = 1; row < session.gRestoreItemPaths.size(); ++row) {
+    const std::string& path = session.gRestoreItemPaths[row];
+    if (!path.starts_with(root)) continue;
+    RichTextBox1.visible = true;
+    TxtROE.visible = false;
+    RichTextBox1.text = path;
+    if (!BeginItem("Current Progress: Restoration of " + product + " Items..." + path)) return;
+    (this->*restore)(row);
+  }
 }
 
 bool frmRFinish::BeginItem(const std::string& status) {

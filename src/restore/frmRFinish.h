@@ -124,6 +124,9 @@ class frmRFinish : public ui::Form {
   void AbortEnding();
   // Tells which item is at work, and lets messages in. False when the run was stopped.
   bool BeginItem(const std::string& status);
+  // Restores the rows of one mail product, shown item by item, until Stop.
+  void RestoreItems(const std::string& root, const std::string& product,
+                    void (frmRFinish::*restore)(size_t row));
 
   // The staging folder of this run without a final "\": the user's restore folder, or the program's
   // own where the user wants none.

@@ -12,7 +12,6 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 
 }  // namespace
@@ -32,11 +31,7 @@ frmROne::frmROne(Application& app)
   cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int) {
-    if (code != kF1) return false;
-    ShowHelp(app_, "Restoration.htm");
-    return true;
-  };
+  OpenHelpOnF1(app_, *this, "Restoration.htm");
 }
 
 void frmROne::Load() {
@@ -45,6 +40,7 @@ void frmROne::Load() {
   cmdNext.enabled = false;
   txtDefaultPassword.enabled = false;
   FillBackupList();
+  UseOpenedFile();
   app_.session().gNoRestoreFolder = false;
   const std::string folder = app_.Get<frmSettings>().txtRestore.text;
   // An earlier run that declined the folder left the setting empty.
@@ -57,23 +53,23 @@ void frmROne::Arrange() {
   PlaceButtons(nullptr, &cmdNext, &cmdCancel);
   lblDescription.bounds = ContentRow(0);
   lblJobs.bounds = ContentRow(1, kContentLeft, 220);
-  Label32.bounds = ContentRow(1, kContentRight - 260, 90);
-  LblDelete.bounds = ContentRow(1, kContentRight - 160, 160);
-  File1.bounds = ContentRow(2, kContentLeft, kContentWidth, 4 * kRowHeight);
+  Label32.bounds = ContentRow(1, kContentRight - 218, 70);
+  LblDelete.bounds = ContentRow(1, kContentRight - 132, 132);
+  File1.bounds = ContentRow(2, kContentLeft, kContentWidth, 4 * kRowHeight - 6);
   txtpath.bounds = ContentRow(6, kContentLeft, kContentWidth - 104);
-  Command1.bounds = ContentRow(6, kContentRight - 96, 96, kLineHeight + 2);
+  Command1.bounds = ButtonInRow(6, kContentRight - 96, 96);
   lblPassword.bounds = ContentRow(7);
   txtDefaultPassword.bounds = ContentRow(8, kContentLeft, 260);
   lblRestore.bounds = ContentRow(9);
   txtRestore.bounds = ContentRow(10, kContentLeft, kContentWidth - 104);
-  cmdselectfolder.bounds = ContentRow(10, kContentRight - 96, 96, kLineHeight + 2);
+  cmdselectfolder.bounds = ButtonInRow(10, kContentRight - 96, 96);
   Check1.bounds = ContentRow(11, kContentLeft, 260);
   int tab = 0;
   // A heading stands just before what it names, so that its access key leads there.
   for (ui::Control* control :
-       {static_cast<ui::Control*>(&lblJobs), static_cast<ui::Control*>(&File1),
+       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&LblDelete),
+        static_cast<ui::Control*>(&lblJobs), static_cast<ui::Control*>(&File1),
         static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&Command1),
-        static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&LblDelete),
         static_cast<ui::Control*>(&lblPassword), static_cast<ui::Control*>(&txtDefaultPassword),
         static_cast<ui::Control*>(&lblRestore), static_cast<ui::Control*>(&txtRestore),
         static_cast<ui::Control*>(&cmdselectfolder), static_cast<ui::Control*>(&Check1)}) {
@@ -114,6 +110,14 @@ void frmROne::EnablePassword() { txtDefaultPassword.enabled = CheckArchiveEncryp
 void frmROne::UseArchivePath(const std::string& path) {
   txtpath.text = path;
   EnablePassword();
+}
+
+void frmROne::UseOpenedFile() {
+  // The shell hands the path over in quotes.
+  const std::string path = Trim(ReplaceAll(app_.CommandLine(), "\"", ""));
+  if (!EndsWithNoCase(path, ".obk") || !app_.files().FileExists(path)) return;
+  cmdNext.enabled = true;
+  UseArchivePath(path);
 }
 
 void frmROne::File1_Click() {
@@ -205,6 +209,20 @@ void frmROne::RefusePassword() {
   EnableButtons();
 }
 
+// A large archive takes its time: the window repaints meanwhile, but nothing can be pressed.
+zip::Result frmROne::TestArchive() {
+  FrmWelcome& main = app_.Get<FrmWelcome>();
+  main.SetEnabled(false);
+  XceedZip1.on_total_progress = [this](int) {
+    app_.Pump();
+    if (app_.Ended()) XceedZip1.abort = true;
+  };
+  const zip::Result result = XceedZip1.Test();
+  XceedZip1.on_total_progress = nullptr;
+  if (!app_.Ended()) main.SetEnabled(true);
+  return result;
+}
+
 void frmROne::cmdNext_Click() {
   if (Trim(txtpath.text.get()).empty()) {
     app_.Inform("Select a backup file to Restore");
@@ -221,7 +239,8 @@ void frmROne::cmdNext_Click() {
   XceedZip1.ResetDefaults();
   XceedZip1.archive_name = txtpath.text;
   XceedZip1.password = txtDefaultPassword.text;
-  const zip::Result result = XceedZip1.Test();
+  const zip::Result result = TestArchive();
+  if (app_.Ended()) return;
   if (result == zip::Result::kWrongPassword) return RefusePassword();
   if (result != zip::Result::kDone) {
     app_.Inform("Invalid backup file selected.");
@@ -244,18 +263,6 @@ void frmROne::cmdCancel_Click() {
   ResetRestorePages(app_);
 }
 
-void frmROne::RegisterOpenedFile() {
-  const std::string command_line = app_.CommandLine();
-  if (command_line.empty() || command_line == "%1") return;
-  app_.session().gBackupFileName = command_line;
-  const std::string target = ReplaceAll(command_line, "\"", "");
-  const std::string programs = app_.platform().shell.SpecialFolder(special_folder::kPrograms);
-  ShellLink link;
-  // The list of recent files stands two folders above the programs of the start menu.
-  link.link_path =
-      ParentFolder(ParentFolder(programs)) + "\\Recent\\" + FileNameOf(target) + ".lnk";
-  link.target = target;
-  app_.platform().shell.CreateLink(link);
-}
+void frmROne::RegisterOpenedFile() { quorvale::RegisterOpenedFile(app_); }
 
 }  // namespace quorvale

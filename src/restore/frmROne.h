@@ -54,14 +54,16 @@ class frmROne : public ui::Form {
   void cmdNext_Click();
   void cmdCancel_Click();
 
-  // A backup file that the program was started with: remembers it and puts a link to it into the
-  // list of recent files.
+  // What ModGlobal's procedure of this name does.
   void RegisterOpenedFile();
 
  private:
   void Arrange();
   void UseArchivePath(const std::string& path);
+  // The backup that the program was opened with, by a double click on it, is the chosen one.
+  void UseOpenedFile();
   void EnablePassword();
+  zip::Result TestArchive();
   void RefusePassword();
   void EnableButtons();
 

@@ -19,7 +19,6 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr int kSpace = 32;
 constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 constexpr char kOtherMailFolders[] = "Outlook Express\\Email Messages\\Other Mail Folders";
@@ -106,11 +105,7 @@ frmRTwo::frmRTwo(Application& app)
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int) {
-    if (code != kF1) return false;
-    ShowHelp(app_, "Restoration.htm");
-    return true;
-  };
+  OpenHelpOnF1(app_, *this, "Restoration.htm");
 }
 
 void frmRTwo::Load() {
@@ -124,21 +119,28 @@ void frmRTwo::Arrange() {
   PlaceHeader(&PicHeader, &lblHeading);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
   lblTree.bounds = ContentRow(0, kContentLeft, 220);
-  Label32.bounds = ContentRow(0, kContentRight - 90, 90);
-  tvwMain.bounds = ContentRow(1, kContentLeft, kContentWidth, 7 * kRowHeight);
-  frmfor.bounds = ContentRow(8, kContentLeft, kContentWidth);
-  lblDesc.bounds = ContentRow(9, kContentLeft, kContentWidth);
+  // The tree and, to its right, what is known of the selected item, as on the backup's page.
+  constexpr int kTreeWidth = 330;
+  constexpr int kDetailsLeft = kContentLeft + kTreeWidth + 10;
+  constexpr int kDetailsWidth = kContentRight - kDetailsLeft;
+  constexpr int kTreeHeight = 9 * kRowHeight - 8;
+  constexpr int kItemHeight = 60;
+  Label32.bounds = ContentRow(0, kContentLeft + kTreeWidth - 70, 70);
+  tvwMain.bounds = ContentRow(1, kContentLeft, kTreeWidth, kTreeHeight);
+  frmfor.bounds = ContentRow(1, kDetailsLeft, kDetailsWidth, kItemHeight);
+  lblDesc.bounds = {kDetailsLeft, kContentTop + kRowHeight + kItemHeight + 8, kDetailsWidth,
+                    kTreeHeight - kItemHeight - 8};
   lblFolder.bounds = ContentRow(10);
   txtpath.bounds = ContentRow(11, kContentLeft, kContentWidth - 104);
-  cmdselectfolder.bounds = ContentRow(11, kContentRight - 96, 96, kLineHeight + 2);
+  cmdselectfolder.bounds = ButtonInRow(11, kContentRight - 96, 96);
   for (ui::Control* hidden :
        {static_cast<ui::Control*>(&Command2), static_cast<ui::Control*>(&LvW)}) {
     hidden->visible = false;
   }
   int tab = 0;
   for (ui::Control* control :
-       {static_cast<ui::Control*>(&lblTree), static_cast<ui::Control*>(&tvwMain),
-        static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&frmfor),
+       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&lblTree),
+        static_cast<ui::Control*>(&tvwMain), static_cast<ui::Control*>(&frmfor),
         static_cast<ui::Control*>(&lblDesc), static_cast<ui::Control*>(&lblFolder),
         static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&cmdselectfolder)}) {
     control->tab_index = tab++;

@@ -15,7 +15,6 @@
 namespace quorvale {
 namespace {
 
-constexpr int kF1 = 112;
 constexpr char kLineEnd[] = "\r\n";
 
 std::string Rule() { return "   " + std::string(138, '-'); }
@@ -44,11 +43,7 @@ frmRfour::frmRfour(Application& app)
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int) {
-    if (code != kF1) return false;
-    ShowHelp(app_, "Restoration.htm");
-    return true;
-  };
+  OpenHelpOnF1(app_, *this, "Restoration.htm");
 }
 
 void frmRfour::Load() {

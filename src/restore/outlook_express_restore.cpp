@@ -20,21 +20,12 @@ std::string StoreKey(const std::string& identity) {
 }  // namespace
 
 void frmRFinish::RestoreOutlookExpress() {
-  const Session& session = app_.session();
   // Read once, so that all mail goes to one store: the imports may bring other identities.
   identity_ =
       app_.registry().RegGetValue(RegistryRoot::kCurrentUser, "Identities\\", "Default User ID");
   mail_store_.clear();
   PlanAddressBooks();
-  for (size_t row = 1; row < session.gRestoreItemPaths.size(); ++row) {
-    const std::string& path = session.gRestoreItemPaths[row];
-    if (!path.starts_with(kRoot)) continue;
-    RichTextBox1.visible = true;
-    TxtROE.visible = false;
-    RichTextBox1.text = path;
-    if (!BeginItem("Current Progress: Restoration of Outlook Express Items..." + path)) return;
-    RestoreOutlookExpressItem(row);
-  }
+  RestoreItems(kRoot, "Outlook Express", &frmRFinish::RestoreOutlookExpressItem);
 }
 
 void frmRFinish::RestoreOutlookExpressItem(size_t row) {

@@ -11,16 +11,7 @@ constexpr char kRoot[] = "Windows Mail\\";
 }  // namespace
 
 void frmRFinish::RestoreWindowsMail() {
-  const Session& session = app_.session();
-  for (size_t row = 1; row < session.gRestoreItemPaths.size(); ++row) {
-    const std::string& path = session.gRestoreItemPaths[row];
-    if (!path.starts_with(kRoot)) continue;
-    RichTextBox1.visible = true;
-    TxtROE.visible = false;
-    RichTextBox1.text = path;
-    if (!BeginItem("Current Progress: Restoration of Windows Mail Items..." + path)) return;
-    RestoreWindowsMailItem(row);
-  }
+  RestoreItems(kRoot, "Windows Mail", &frmRFinish::RestoreWindowsMailItem);
 }
 
 void frmRFinish::RestoreWindowsMailItem(size_t row) {

@@ -78,24 +78,38 @@ const char kBackups[] =
     "C:\\Documents and Settings\\Anna\\Application Data\\Tarnwick\\Quorvale\\Backup\\";
 
 TEST(ConsoleUsage, WrongWordsAreWrongUsage) {
-  for (const std::vector<std::string>& arguments :
-       std::vector<std::vector<std::string>>{{},
-                                             {"dance"},
-                                             {"machine"},
-                                             {"machine", "burn", "x"},
-                                             {"machine", "new"},
-                                             {"machine", "new", "x", "--like", "os2"},
-                                             {"tree"},
-                                             {"--machine", "x", "tree", "more"},
-                                             {"--machine", "x", "backup"},
-                                             {"--machine", "x", "backup", "n", "--level", "huge"},
-                                             {"--machine", "x", "backup", "n", "--tick"},
-                                             {"--machine", "x", "backup", "n", "--keep"},
-                                             {"--machine", "x", "restore"},
-                                             {"--machine", "x", "quick", "--all"},
-                                             {"--machine", "x", "tree", "--yes", "--no"},
-                                             {"--machine", "", "tree"},
-                                             {"--machine"}}) {
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {},
+           {"dance"},
+           {"machine"},
+           {"machine", "burn", "x"},
+           {"machine", "new"},
+           {"machine", "new", "x", "--like", "os2"},
+           {"tree"},
+           {"--machine", "x", "tree", "more"},
+           {"--machine", "x", "backup"},
+           {"--machine", "x", "backup", "n", "--level", "huge"},
+           {"--machine", "x", "backup", "n", "--tick"},
+           {"--machine", "x", "backup", "n", "--keep"},
+           {"--machine", "x", "restore"},
+           {"--machine", "x", "quick", "--all"},
+           {"--machine", "x", "tree", "--yes", "--no"},
+           {"--machine", "", "tree"},
+           {"logs"},
+           {"--machine", "x", "logs", "burn"},
+           {"--machine", "x", "logs", "show"},
+           {"--machine", "x", "logs", "list", "more"},
+           {"--machine", "x", "settings", "get"},
+           {"--machine", "x", "settings", "set", "chkLog"},
+           {"--machine", "x", "settings", "set", "a", "b", "c"},
+           {"--machine", "x", "schedule", "add", "A"},
+           {"--machine", "x", "schedule", "add", "--at", "9:07"},
+           {"--machine", "x", "schedule", "add", "A", "--at", "9:07", "--daily", "--days", "MO"},
+           {"--machine", "x", "schedule", "add", "A", "--at", "9:07", "--days", "MO,XX"},
+           {"--machine", "x", "schedule", "add", "A", "--at", "9:07", "--daily", "--type", "full"},
+           {"--machine", "x", "schedule", "show"},
+           {"--machine", "x", "schedule", "list", "--at", "9:07"},
+           {"--machine"}}) {
     const Answer answer = Command(arguments);
     EXPECT_EQ(answer.status, ExitStatus::kWrongUsage) << testing::PrintToString(arguments);
     EXPECT_NE(answer.error.find("quorvale"), std::string::npos);
@@ -184,6 +198,112 @@ TEST_F(Console, ABackupIsMadeShownAndRestored) {
   EXPECT_EQ(restored.status, ExitStatus::kDone) << restored.out << restored.error;
   EXPECT_EQ(restored.out, "[information] Backup successfully restored\n");
   EXPECT_TRUE(fs::exists(lost));
+}
+
+TEST_F(Console, LogsAreListedShownAndDeleted) {
+  EXPECT_EQ(OnMachine({"logs"}).out, "");
+  ASSERT_EQ(
+      OnMachine({"backup", "Desk", "--tick", "Other Files\\My Desktop Files", "--log"}).status,
+      ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"logs"}).out, "Settings_Desk.xml\n");
+  EXPECT_EQ(OnMachine({"logs", "list"}).out, "Settings_Desk.xml\n");
+  const Answer shown = OnMachine({"logs", "show", "Settings_Desk.xml"});
+  EXPECT_EQ(shown.status, ExitStatus::kDone);
+  EXPECT_TRUE(shown.out.starts_with("-------- Log Starts ---------\nBackupSettings: \n"))
+      << shown.out;
+  EXPECT_EQ(shown.out.find('<'), std::string::npos);
+  const Answer missing = OnMachine({"logs", "show", "no.xml"});
+  EXPECT_EQ(missing.status, ExitStatus::kFailed);
+  EXPECT_NE(missing.error.find("There is no log no.xml."), std::string::npos);
+
+  const Answer declined = OnMachine({"logs", "delete", "Settings_Desk.xml", "--no"});
+  EXPECT_EQ(declined.status, ExitStatus::kFailed);
+  EXPECT_NE(declined.out.find("Are you sure you want to delete \"Settings_Desk.xml\"?"),
+            std::string::npos);
+  EXPECT_EQ(OnMachine({"logs", "delete", "no.xml", "--yes"}).status, ExitStatus::kFailed);
+  EXPECT_EQ(OnMachine({"logs"}).out, "Settings_Desk.xml\n");
+  EXPECT_EQ(OnMachine({"logs", "delete", "Settings_Desk.xml", "--yes"}).status, ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"logs"}).out, "");
+  const Answer none = OnMachine({"logs", "delete", "Settings_Desk.xml", "--yes"});
+  EXPECT_EQ(none.status, ExitStatus::kFailed);
+  EXPECT_EQ(none.out, "[information] There is no log to delete\n");
+}
+
+TEST_F(Console, SettingsAreListedReadAndChanged) {
+  const std::string data = "C:\\Documents and Settings\\Anna\\Application Data\\Tarnwick\\Quorvale";
+  EXPECT_EQ(OnMachine({"settings"}).out, "txtBackup\t" + data + "\\Backup\ntxtRestore\t" + data +
+                                             "\\Restore\nchkSound\t0\nchkLog\t0\nchkGUpdate\t0\n"
+                                             "chkShortcut\t0\nChkStartMenu\t0\n");
+  EXPECT_EQ(OnMachine({"settings", "set", "chklog", "1"}).status, ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"settings", "get", "chkLog"}).out, "1\n");
+  EXPECT_EQ(OnMachine({"settings", "set", "chkShortcut", "1"}).status, ExitStatus::kDone);
+  EXPECT_TRUE(fs::exists(MachineFile("C:\\Documents and Settings\\Anna\\Desktop\\Quorvale.lnk")));
+  EXPECT_EQ(OnMachine({"settings", "set", "txtBackup", "D:\\Projects"}).status, ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"settings", "get", "txtBackup"}).out, "D:\\Projects\n");
+  const std::string here = scratch_.path();
+  EXPECT_EQ(OnMachine({"settings", "set", "txtRestore", here}).status, ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"settings", "get", "txtRestore"}).out, ComputerPath(here) + "\n");
+}
+
+TEST_F(Console, ASettingThatThePageRefusesStays) {
+  const Answer refused = OnMachine({"settings", "set", "txtBackup", "C:\\Recycled"});
+  EXPECT_EQ(refused.status, ExitStatus::kFailed);
+  EXPECT_EQ(refused.out, "[information] You cannot select Recycle Bin\n");
+  EXPECT_EQ(OnMachine({"settings", "set", "chkLog", "2"}).status, ExitStatus::kFailed);
+  const Answer unknown = OnMachine({"settings", "set", "chkNothing", "1"});
+  EXPECT_EQ(unknown.status, ExitStatus::kFailed);
+  EXPECT_NE(unknown.error.find("There is no setting chkNothing."), std::string::npos);
+  EXPECT_EQ(OnMachine({"settings", "get", "chkLog"}).out, "0\n");
+}
+
+TEST_F(Console, SchedulesAreMadeListedShownAndDeleted) {
+  EXPECT_EQ(OnMachine({"schedule"}).out, "");
+  const Answer made = OnMachine(
+      {"schedule", "add", "Two days", "--at", "21:30", "--days", "MO,FR", "--type", "auto"});
+  EXPECT_EQ(made.status, ExitStatus::kDone) << made.error;
+  EXPECT_EQ(made.out, "[information] Schedule created successfully\n");
+  ASSERT_EQ(OnMachine({"schedule", "add", "Daily", "--at", "9:07", "--daily"}).status,
+            ExitStatus::kDone);
+  const std::string list = OnMachine({"schedule", "list"}).out;
+  EXPECT_EQ(list.find("Two days\tAt 9:30 PM every Mon, Fri of every week, starting "), 0u) << list;
+  EXPECT_NE(list.find("\nDaily\tAt 9:07 AM every day, starting "), std::string::npos) << list;
+  const Answer shown = OnMachine({"schedule", "show", "Two days"});
+  EXPECT_EQ(shown.status, ExitStatus::kDone);
+  EXPECT_EQ(shown.out.find("ApplicationName: C:\\Program Files\\Quorvale\\Quorvale.exe\n"
+                           "CommandLine: auto\nComment: Quorvale Scheduler\n"
+                           "Flags: Interactive - Run only if logged on\nLastRunTime: Never\n"),
+            0u)
+      << shown.out;
+  EXPECT_NE(OnMachine({"schedule", "show", "No such"}).error.find("no schedule \"No such\""),
+            std::string::npos);
+
+  EXPECT_EQ(OnMachine({"schedule", "delete", "Two days", "--no"}).status, ExitStatus::kFailed);
+  EXPECT_EQ(OnMachine({"schedule", "delete", "Two days", "--yes"}).status, ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"schedule", "delete", "Daily", "--yes"}).status, ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"schedule", "delete", "Daily", "--yes"}).status, ExitStatus::kFailed);
+  EXPECT_EQ(OnMachine({"schedule"}).out, "");
+}
+
+TEST_F(Console, AScheduleThatThePageRefusesIsNotMade) {
+  const Answer dotted = OnMachine({"schedule", "add", "v1.2", "--at", "9:07", "--daily"});
+  EXPECT_EQ(dotted.status, ExitStatus::kFailed);
+  EXPECT_EQ(dotted.out, "[information] Schedule name cannot contain special characters\n");
+  const Answer no_day = OnMachine({"schedule", "add", "A", "--at", "9:07"});
+  EXPECT_EQ(no_day.status, ExitStatus::kFailed);
+  EXPECT_EQ(no_day.out, "[information] Select at least one day for the Schedule\n");
+  const Answer no_time = OnMachine({"schedule", "add", "A", "--at", "soon", "--daily"});
+  EXPECT_EQ(no_time.status, ExitStatus::kFailed);
+  EXPECT_NE(no_time.error.find("\"soon\" is no time of day."), std::string::npos);
+  EXPECT_EQ(OnMachine({"schedule"}).out, "");
+  // All seven days are a daily one.
+  ASSERT_EQ(
+      OnMachine({"schedule", "add", "A", "--at", "9:07", "--days", "MO,TU,WE,TH,FR,SA,SU"}).status,
+      ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"schedule"}).out.find("A\tAt 9:07 AM every day, "), 0u);
+  // The name is taken in another spelling: the page says it was made, the scheduler has one job.
+  const Answer twice = OnMachine({"schedule", "add", "a", "--at", "9:07", "--daily"});
+  EXPECT_EQ(twice.status, ExitStatus::kFailed);
+  EXPECT_NE(twice.error.find("did not take \"a\""), std::string::npos);
 }
 
 TEST_F(Console, AHostPathIsTheMachinesDriveZ) {

@@ -34,6 +34,58 @@ TEST(ScenarioPlayer, AnotherTextThanExpectedFails) {
             "4: frmOne.txtBackupname is \"Backup file\", not \"Other\"");
 }
 
+TEST(ScenarioPlayer, APatternThatDoesNotFitAndATextThatMustNotBeFail) {
+  EXPECT_EQ(FailureOf(std::string(kStart) + "expect-like frmOne.txtBackupname B*file\n"
+                                            "expect-not frmOne.txtBackupname Other\n"),
+            "");
+  EXPECT_EQ(FailureOf(std::string(kStart) + "expect-like frmOne.txtBackupname B##*\n"),
+            "4: frmOne.txtBackupname is \"Backup file\", not \"B##*\"");
+  EXPECT_EQ(FailureOf(std::string(kStart) + "expect-not frmOne.txtBackupname Backup file\n"),
+            "4: frmOne.txtBackupname is \"Backup file\"");
+}
+
+TEST(ScenarioPlayer, ValuesOfARegistryKeyAreTakenAwayWithThoseOfItsSubkeys) {
+  const std::string key = "HKEY_CURRENT_USER\\Software\\Test";
+  EXPECT_EQ(FailureOf("machine xp\nseed-value " + key + "\\a = 1\nseed-value " + key +
+                      "\\Below\\b = 2\nremove-values " + key + "\nexpect-no-registry " + key +
+                      "\\a\nexpect-no-registry " + key + "\\Below\\b\n"),
+            "");
+  EXPECT_EQ(FailureOf("machine xp\nremove-values " + key + "\n"),
+            "2: there is no value below " + key);
+  EXPECT_EQ(FailureOf("machine xp\nremove-values Nowhere\n"), "2: \"Nowhere\" is no key");
+}
+
+// A headless program has no place before or behind others: nothing is said to be well.
+TEST(ScenarioPlayer, WhatOnlyRealWindowsTellFails) {
+  EXPECT_EQ(FailureOf("machine xp\nstart\nexpect-front FrmWelcome\n"),
+            "3: only real windows tell about \"expect-front\"");
+  EXPECT_EQ(FailureOf("machine xp\nstart\nexpect-copies 1\n"),
+            "3: only real windows tell about \"expect-copies\"");
+  EXPECT_NE(FailureOf("machine xp\nstart\nstart-beside\n"), "");
+  EXPECT_NE(FailureOf("machine xp\nscreen 800x600\n"), "");
+}
+
+TEST(ScenarioPlayer, JobsOfTheSchedulerAreMadeSeenAndTakenAway) {
+  EXPECT_EQ(FailureOf("machine xp\ntask A job = A comment\nexpect-task A job = A comment\n"
+                      "expect-no-task Another\ntask A job = gone\nexpect-no-task A job\n"),
+            "");
+  EXPECT_EQ(FailureOf("machine xp\nexpect-task A job = A comment\n"), "2: there is no job A job");
+  EXPECT_EQ(FailureOf("machine xp\ntask A job = A comment\nexpect-task A job = Other\n"),
+            "3: the comment of A job is \"A comment\", not \"Other\"");
+  EXPECT_EQ(FailureOf("machine xp\ntask A job = A comment\nexpect-no-task A job\n"),
+            "3: there is a job A job");
+  EXPECT_EQ(FailureOf("machine xp\ntask A job = gone\n"), "2: there is no job A job");
+}
+
+TEST(ScenarioPlayer, TimesAreSetIntoAPickerAndOtherTextsAreNot) {
+  const std::string page = "machine xp\nstart\nclick FrmWelcome.lblQuicklinks(2)\n";
+  EXPECT_EQ(FailureOf(page + "set frmSchedule.DTPTime 11:45 PM\n"
+                             "expect frmSchedule.DTPTime 11:45 PM\n"),
+            "");
+  EXPECT_EQ(FailureOf(page + "set frmSchedule.DTPTime noon\n"),
+            "4: \"noon\" is no time like 09:07 AM");
+}
+
 TEST(ScenarioPlayer, AnotherPageThanExpectedFails) {
   EXPECT_EQ(FailureOf(std::string(kStart) + "expect-form FrmTwo\n"), "4: form FrmTwo is not shown");
   EXPECT_EQ(FailureOf(std::string(kStart) + "expect-no-form frmOne\n"), "4: form frmOne is shown");

@@ -5,6 +5,20 @@
 namespace quorvale {
 namespace {
 
+TEST(Scenario, VariablesStandForTheirValues) {
+  const auto value_of = [](const std::string& name) -> std::string {
+    if (name == "PORT") return "2121";
+    return name == "FTP_ROOT" ? "/tmp/a b" : "";
+  };
+  const auto with = [&](const std::string& text) { return WithVariables(text, value_of); };
+  EXPECT_EQ(with("set a.b %PORT%"), "set a.b 2121");
+  EXPECT_EQ(with("bring %FTP_ROOT%\\x.obk = C:\\%PORT%"), "bring Z:\\tmp\\a b\\x.obk = C:\\2121");
+  EXPECT_EQ(with("%PORT%%PORT%"), "21212121");
+  for (const char* text : {"100 % of %OTHER% and %port%", "%%", "%PORT", "%", ""}) {
+    EXPECT_EQ(with(text), text);
+  }
+}
+
 ScenarioAct OnlyAct(const std::string& line) {
   const Scenario scenario = ReadScenario(line);
   EXPECT_TRUE(scenario.errors.empty()) << line << ": " << scenario.errors.front().message;
@@ -76,6 +90,21 @@ TEST(ScenarioReader, EachBrokenLineIsToldWithItsNumber) {
   EXPECT_EQ(scenario.errors[0].line, 2);
   EXPECT_EQ(scenario.errors[1].line, 3);
   EXPECT_EQ(scenario.errors[1].message, "there is no act \"dance\"");
+}
+
+TEST(ScenarioReader, PatternsHaveDigitsAndAnyText) {
+  EXPECT_TRUE(IsLike("11/21/2026 9:07:00 AM", "##/##/#### 9:07:00 AM"));
+  EXPECT_TRUE(IsLike("11/21/2026 9:07:00 AM", "##/##/#### *M"));
+  EXPECT_TRUE(IsLike("", ""));
+  EXPECT_TRUE(IsLike("", "*"));
+  EXPECT_TRUE(IsLike("a*b", "a*b"));
+  EXPECT_TRUE(IsLike("abcabc", "*abc"));
+  EXPECT_FALSE(IsLike("abc", ""));
+  EXPECT_FALSE(IsLike("", "#"));
+  EXPECT_FALSE(IsLike("x", "#"));
+  EXPECT_FALSE(IsLike("1/21/2026", "##/##/####"));
+  EXPECT_FALSE(IsLike("abcd", "*abc"));
+  EXPECT_FALSE(IsLike("abc", "abc#"));
 }
 
 TEST(ScenarioReader, BrokenActsAreRefused) {

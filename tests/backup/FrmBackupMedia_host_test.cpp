@@ -9,56 +9,16 @@
 #include "backup/frmThree.h"
 #include "backup/frmfour.h"
 #include "core/FrmWelcome.h"
+#include "core/ModGlobal.h"
 #include "discovery/FrmTwo.h"
+#include "fake_media.h"
 #include "support/test_machine.h"
 
 namespace quorvale {
 namespace {
 
-class FakeFtp : public FtpClient {
- public:
-  FtpState State() override { return state; }
-  bool Connect(const std::string& host, int port, const std::string& user,
-               const std::string& password) override {
-    calls.push_back(host + ":" + std::to_string(port) + " " + user + "/" + password);
-    if (!connects) return false;
-    state = FtpState::kConnected;
-    return true;
-  }
-  bool ChangeFolder(const std::string& folder) override {
-    calls.push_back("cd " + folder);
-    return has_folder;
-  }
-  void Disconnect() override {
-    calls.push_back("bye");
-    state = FtpState::kIdle;
-  }
-
-  FtpState state = FtpState::kIdle;
-  bool connects = true;
-  bool has_folder = true;
-  std::vector<std::string> calls;
-};
-
-class FakeDiscs : public DiscWriter {
- public:
-  bool Initialise() override { return initialises; }
-  std::vector<DiscDrive> Drives() override { return drives; }
-  bool Open(int index) override {
-    opened = index;
-    return opens;
-  }
-  bool MediumLoaded() override { return medium; }
-  std::uint64_t FreeBytes() override { return free_bytes; }
-
-  bool initialises = true;
-  bool opens = true;
-  bool medium = true;
-  int opened = -1;
-  std::uint64_t free_bytes = 700ull * 1048576;
-  std::vector<DiscDrive> drives = {{0, false, "Reader", "Maker", "1.0"},
-                                   {3, true, "E", "Writer", "2.1"}};
-};
+using backup_test::FakeDiscs;
+using backup_test::FakeFtp;
 
 // A program of its own on the machine, with an FTP client and a disc writer that obey.
 class MediaPage : public testing::Test {
@@ -72,6 +32,7 @@ class MediaPage : public testing::Test {
                   machine_.platform().services,
                   ftp_,
                   discs_,
+                  machine_.platform().scheduler,
                   machine_.platform().ui},
         app_(platform_) {
     app_.Get<FrmWelcome>().Show();
@@ -200,7 +161,8 @@ TEST_F(MediaPage, AHostWithTheSchemeGivesTheSameConnection) {
     FillFtp();
     page_->TxtHostname.text = host;
     Next();
-    EXPECT_EQ(ftp_.calls, (std::vector<std::string>{"ftp.example.com:21 anna/pw", "cd /in"}));
+    EXPECT_EQ(ftp_.calls,
+              (std::vector<std::string>{"ftp.example.com:21 anna/pw", "pwd", "cd /in"}));
     EXPECT_TRUE(app_.session().gMediaFtp);
     page_->ChkHardDisk.value = 1;
     page_->Show();
@@ -239,6 +201,76 @@ TEST_F(MediaPage, AFailedConnectionIsToldAndKeepsThePage) {
     EXPECT_EQ(page_->focused, &page_->TxtHostname);
     EXPECT_FALSE(app_.session().gMediaFtp);
   }
+}
+
+TEST_F(MediaPage, APortThatNoServerHasFailsAsAConnectionDoes) {
+  FillFtp();
+  for (const char* port : {"0", "65536", "99999999999999999999"}) {
+    page_->TxtPort.text = port;
+    ExpectRefused(
+        "There was error in FTP connection. Please check the FTP settings and try connection "
+        "again");
+    EXPECT_EQ(page_->TxtPort.text.get(), port);
+  }
+  EXPECT_TRUE(ftp_.calls.empty());
+}
+
+TEST_F(MediaPage, TheTextsAreTrimmedForTheConnection) {
+  FillFtp();
+  page_->TxtHostname.text = " ftp://ftp.example.com ";
+  page_->TxtPort.text = " 2121 ";
+  page_->TxtUserName.text = " anna ";
+  page_->TxtPassword.text = " pw ";
+  Next();
+  EXPECT_EQ(ftp_.calls.at(0), "ftp.example.com:2121 anna/pw");
+}
+
+TEST_F(MediaPage, AServerThatDoesNotTellItsFolderIsAFailure) {
+  FillFtp();
+  ftp_.current_folder = "";
+  ExpectRefused(
+      "There was error in FTP connection. Please check the FTP settings and try connection "
+      "again");
+}
+
+TEST_F(MediaPage, TheConnectionThatWorkedStaysOpen) {
+  FillFtp();
+  Next();
+  EXPECT_TRUE(OnReviewPage());
+  EXPECT_EQ(ftp_.state, FtpState::kConnected);
+  EXPECT_FALSE(ftp_.has_listener());
+}
+
+TEST_F(MediaPage, WhileTheConnectionIsTestedTheButtonsRestAndTheWindowLives) {
+  FillFtp();
+  bool seen = false;
+  ftp_.during_connect = [&] {
+    seen = true;
+    EXPECT_FALSE(page_->cmdBack.enabled);
+    EXPECT_FALSE(page_->cmdNext.enabled);
+    EXPECT_FALSE(page_->cmdCancel.enabled);
+    EXPECT_EQ(machine_.ui().pointer(), ui::Pointer::kHourglass);
+    EXPECT_TRUE(ftp_.KeepGoing());
+  };
+  int pumps = 0;
+  machine_.ui().on_pump = [&pumps] { ++pumps; };
+  Next();
+  EXPECT_TRUE(seen);
+  EXPECT_GT(pumps, 0);
+  EXPECT_TRUE(page_->cmdNext.enabled);
+  EXPECT_TRUE(OnReviewPage());
+}
+
+TEST_F(MediaPage, LeavingThePageEndsTheTestOfTheConnection) {
+  FillFtp();
+  ftp_.during_connect = [&] {
+    ResetBackupPages(app_);
+    EXPECT_FALSE(ftp_.KeepGoing());
+  };
+  Next();
+  EXPECT_EQ(app_.Loaded<frmfour>(), nullptr);
+  EXPECT_EQ(app_.Loaded<FrmBackupMedia>(), nullptr);
+  EXPECT_EQ(machine_.ui().pointer(), ui::Pointer::kDefault);
 }
 
 TEST_F(MediaPage, ABusyClientLeavesWithoutAWord) {
@@ -301,15 +333,62 @@ TEST_F(MediaPage, ALargerEstimateIsCountedInOrdinaryDiscs) {
   EXPECT_EQ(app_.session().gMediaDiscCount, 3);
 }
 
+TEST_F(MediaPage, TheDrivesAreListedAnewEachTime) {
+  page_->ChkCDDVD.Click();
+  page_->ChkHardDisk.Click();
+  discs_.drives = {{4, true, "F", "Other", "3"}, {5, true, "G", "Third", "4"}};
+  page_->ChkCDDVD.Click();
+  ASSERT_EQ(page_->cboDrives.Count(), 2);
+  EXPECT_EQ(page_->cboDrives.Item(1), "G: Third 4");
+  page_->cboDrives.list_index = 1;
+  EXPECT_EQ(discs_.opened, 5);
+}
+
+TEST_F(MediaPage, AMediumWithoutRoomIsCountedInOrdinaryDiscs) {
+  page_->ChkCDDVD.Click();
+  discs_.free_bytes = 0;
+  app_.session().gBackupEstimatedSize = 500;
+  machine_.Expect(ui::Answer::kOk, "Total of 1  CD required");
+  Next();
+  EXPECT_EQ(app_.session().gMediaDiscCount, 1);
+  EXPECT_TRUE(app_.session().gMediaDisc);
+}
+
+TEST_F(MediaPage, AnyFractionOfADiscIsAWholeOne) {
+  page_->ChkCDDVD.Click();
+  app_.session().gBackupEstimatedSize = 700;
+  machine_.Expect(ui::Answer::kOk, "One CD required");
+  Next();
+  page_->Show();
+  app_.session().gBackupEstimatedSize = 700.01;
+  machine_.Expect(ui::Answer::kOk, "Total of 2  CD required");
+  Next();
+  EXPECT_EQ(app_.session().gMediaDiscCount, 2);
+}
+
+TEST_F(MediaPage, ADiscChoiceTakesThePlaceOfAnUpload) {
+  FillFtp();
+  Next();
+  page_->Show();
+  page_->ChkCDDVD.Click();
+  app_.session().gBackupEstimatedSize = 1;
+  machine_.Expect(ui::Answer::kOk, "One CD required");
+  Next();
+  EXPECT_FALSE(app_.session().gMediaFtp);
+  EXPECT_TRUE(app_.session().gMediaDisc);
+}
+
 TEST_F(MediaPage, ADiscBackupGoesInPartsIntoItsOwnFolder) {
   page_->ChkCDDVD.Click();
+  app_.session().gMediaDisc = true;
   machine_.MakeFolder("C:\\Out\\Job");
   app_.session().gBackupBasePath = "C:\\Out\\Job";
+  app_.Get<FrmTwo>().txtpath.text = "C:\\Out";
   frmFinish& run = app_.Get<frmFinish>();
   EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));  // there is no settings file
   EXPECT_EQ(run.archive.archive_name, "C:\\Out\\CDBackup\\Job.obk");
   EXPECT_EQ(run.archive.split_size, 600000000u);
-  EXPECT_TRUE(machine_.Exists("C:\\Out\\CDBackup"));
+  EXPECT_FALSE(machine_.Exists("C:\\Out\\CDBackup"));  // nothing was made
 }
 
 TEST_F(MediaPage, AHardDiskBackupIsOneFileBesideItsStage) {
@@ -318,21 +397,6 @@ TEST_F(MediaPage, AHardDiskBackupIsOneFileBesideItsStage) {
   EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));
   EXPECT_EQ(run.archive.archive_name, "C:\\Out\\Job.obk");
   EXPECT_EQ(run.archive.split_size, 0u);
-}
-
-TEST_F(MediaPage, AMediumThatIsGoneAfterTheRunIsToldAndThePartsStay) {
-  page_->ChkCDDVD.Click();
-  app_.session().gMediaDisc = true;
-  discs_.medium = false;
-  app_.Get<FrmTwo>().txtpath.text = "C:\\Out";
-  app_.session().gBackupBasePath = "C:\\Out\\Job";
-  machine_.WriteFile("C:\\Out\\CDBackup\\Job.obk", "part");
-  machine_.Expect(ui::Answer::kOk,
-                  "No Media Loaded on the disk drive. Unable to write data to the disk\r\n"
-                  "Your backup is on C:\\Out\\CDbackup");
-  app_.Get<frmFinish>().CompressStage("C:\\Out\\Job");
-  EXPECT_FALSE(app_.session().gMediaDisc);
-  EXPECT_TRUE(machine_.Exists("C:\\Out\\CDBackup\\Job.obk"));
 }
 
 TEST_F(MediaPage, BackShowsTheOptions) {

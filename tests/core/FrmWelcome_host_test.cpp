@@ -13,6 +13,7 @@
 #include "core/frmAbout.h"
 #include "core/frmSettings.h"
 #include "core/run_modes.h"
+#include "core/version.h"
 #include "discovery/FrmTwo.h"
 #include "logs/frmLogs.h"
 #include "restore/frmROne.h"
@@ -336,6 +337,11 @@ TEST_F(FrmWelcomeTest, AboutShowsNameVersionAndLinksAndCloses) {
                        EXPECT_EQ(about.lblVersion.caption->find("Version "), 0u);
                        EXPECT_EQ(about.lblWebsite.caption.get(), "Website:");
                        EXPECT_EQ(about.lblSupport.caption.get(), "Support:");
+                       EXPECT_EQ(about.lblVersion.caption.get(),
+                                 std::string("Version ") + kProgramVersion);
+                       about.Lnkweblink.on_mouse_enter();
+                       EXPECT_TRUE(about.Lnkweblink.underline);
+                       EXPECT_EQ(about.Lnkweblink.tooltip.get(), kMakerHomePage);
                        about.Lnkweblink.Click();
                        about.Lnksupport.Click();
                        about.LnkUpdate.Click();
@@ -361,6 +367,18 @@ TEST_F(FrmWelcomeTest, TheStandByWindowLeadsBackAndIsSparedByHome) {
   EXPECT_FALSE(machine_.app().Ended());
   machine_.app().Unload<FrmMinimize>();
   EXPECT_TRUE(machine_.app().Ended());
+}
+
+TEST_F(FrmWelcomeTest, TheKeyboardIsGuardedWhileTheWindowIsInactiveAndFreeAfterItsEnd) {
+  ASSERT_TRUE(welcome().on_deactivate);
+  EXPECT_FALSE(machine_.ui().keyboard_guarded());
+  welcome().on_deactivate();
+  EXPECT_TRUE(machine_.ui().keyboard_guarded());
+  welcome().Activate();
+  EXPECT_FALSE(machine_.ui().keyboard_guarded());
+  welcome().on_deactivate();
+  machine_.Click(welcome().CmdWC_Close);
+  EXPECT_FALSE(machine_.ui().keyboard_guarded());
 }
 
 TEST_F(FrmWelcomeTest, CloseUnloadsAllFormsAndEndsTheRun) {

@@ -135,6 +135,62 @@ TEST_F(ModGlobalTest, HistoryStampIsPaddedAndEndsInTheLongTime) {
   EXPECT_EQ(stamp, "01/04/2026 " + machine_.platform().system.TimeText(time));
 }
 
+// --- Links --------------------------------------------------------------------------------------
+
+class LinksTest : public ModGlobalTest {
+ protected:
+  LinksTest() {
+    machine_.SetSpecialFolder(special_folder::kPrograms,
+                              machine_.Profile() + "\\Start Menu\\Programs");
+    for (const char* folder : {"\\Start Menu\\Programs", "\\Recent"}) {
+      machine_.MakeFolder(machine_.Profile() + folder);
+    }
+  }
+  const ShellLink& LastLink() { return machine_.host().shell().links_made().back(); }
+};
+
+TEST_F(LinksTest, AGroupIsTheWayFromTheProgramsOfTheStartMenu) {
+  const std::string programs = machine_.Profile() + "\\Start Menu\\Programs";
+  const std::vector<std::pair<std::string, std::string>> folders = {
+      {"", programs},
+      {"$(Programs)", programs},
+      {"..", machine_.Profile() + "\\Start Menu"},
+      {"..\\..\\Recent", machine_.Profile() + "\\Recent"},
+      {"Tools", programs + "\\Tools"}};
+  machine_.MakeFolder(programs + "\\Tools");
+  for (const auto& [group, folder] : folders) {
+    EXPECT_TRUE(CreateShellLink(machine_.app(), "\"C:\\a b.exe\"", "\"My link\"", "x", group));
+    EXPECT_EQ(LastLink().link_path, folder + "\\My link.lnk");
+    EXPECT_EQ(LastLink().target, "C:\\a b.exe");
+    EXPECT_EQ(LastLink().arguments, "x");
+  }
+}
+
+TEST_F(LinksTest, WithoutAPlaceOrANameThereIsNoLink) {
+  EXPECT_FALSE(CreateShellLink(machine_.app(), "C:\\a.exe", "\"\"", "", ""));
+  machine_.SetSpecialFolder(special_folder::kPrograms, "");
+  EXPECT_FALSE(CreateShellLink(machine_.app(), "C:\\a.exe", "a", "", ""));
+  EXPECT_FALSE(StartMenuShortcut(machine_.app()));
+  EXPECT_TRUE(machine_.host().shell().links_made().empty());
+}
+
+TEST_F(LinksTest, AFileGivenAtTheStartIsRememberedAndLinkedAmongTheRecentOnes) {
+  machine_.SetCommandLine(" \"C:\\Backups\\My mail.obk\" ");
+  RegisterOpenedFile(machine_.app());
+  EXPECT_EQ(machine_.session().gBackupFileName, "\"C:\\Backups\\My mail.obk\"");
+  EXPECT_EQ(LastLink().link_path, machine_.Profile() + "\\Recent\\My mail.obk.lnk");
+  EXPECT_EQ(LastLink().target, "C:\\Backups\\My mail.obk");
+}
+
+TEST_F(LinksTest, WordsOfTheRunModesAndTheBareFileMarkAreNoFiles) {
+  for (const char* word : {"", "%1", "qbackup", "custom", "auto", "qvlrunasadmin"}) {
+    machine_.SetCommandLine(word);
+    RegisterOpenedFile(machine_.app());
+    EXPECT_EQ(machine_.session().gBackupFileName, "") << word;
+  }
+  EXPECT_TRUE(machine_.host().shell().links_made().empty());
+}
+
 // --- The sound at the end of a run --------------------------------------------------------------
 
 TEST_F(ModGlobalTest, TheEndSoundPlaysUnlessItIsTurnedOff) {

@@ -101,6 +101,35 @@ TEST_F(FrmLogsTest, DeleteAsksAndThenShowsTheNextFile) {
   EXPECT_EQ(page.RichTextBox1.text.get(), "B: 2");
 }
 
+TEST_F(FrmLogsTest, TheLogBehindTheDeletedOneIsShownOrElseTheLast) {
+  for (const char* name : {"a.xml", "b.xml", "c.xml"}) WriteLog(name, "<Name>" + std::string(name));
+  frmLogs& page = Open();
+  page.File1.list_index = 1;
+  machine_.Expect(ui::Answer::kYes, "");
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(page.File1.SelectedText(), "c.xml");
+  EXPECT_EQ(page.RichTextBox1.text.get(), "Name: c.xml");
+  machine_.Expect(ui::Answer::kYes, "");
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(page.File1.SelectedText(), "a.xml");
+  machine_.Expect(ui::Answer::kYes, "");
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(page.File1.Count(), 0);
+  EXPECT_EQ(page.RichTextBox1.text.get(), "");
+}
+
+TEST_F(FrmLogsTest, EveryControlHasItsWords) {
+  frmLogs& page = Open();
+  EXPECT_EQ(page.PicHeader.picture.get(), "LOG_HEADER");
+  EXPECT_EQ(page.lblHeader.caption.get(), "View Log and Log Settings");
+  EXPECT_EQ(page.lblHeading.caption.get(), "View backup and restore logs");
+  EXPECT_EQ(page.Frame1.caption.get(), "Log Settings and Details");
+  EXPECT_EQ(page.lblLogPath.caption.get(), "Log File Path");
+  EXPECT_EQ(page.cmdDelete.caption.get(), "Delete");
+  EXPECT_EQ(page.cmdRefresh.caption.get(), "Refresh");
+  EXPECT_EQ(page.Command2.caption.get(), "Open Folder");
+}
+
 TEST_F(FrmLogsTest, RefreshAndEachActivationListTheFolderAgain) {
   frmLogs& page = Open();
   WriteLog("a.xml", "<A>1</A>");

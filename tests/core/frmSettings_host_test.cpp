@@ -120,6 +120,38 @@ TEST_F(SettingsTest, EachActivationReadsTheStoreAgain) {
   EXPECT_EQ(page.txtBackup.text.get(), "D:\\Jobs");
 }
 
+TEST_F(SettingsTest, EveryControlHasItsWords) {
+  frmSettings& page = Open();
+  EXPECT_EQ(page.lblHeader.caption.get(), "Quorvale Settings and Configurations");
+  EXPECT_EQ(page.lblHeading.caption.get(), "Customize Quorvale Settings");
+  EXPECT_EQ(page.PicHeader.picture.get(), "SETTINGS_HEADER");
+  EXPECT_EQ(page.lblBackupFolder.caption.get(), "Backup Folder");
+  EXPECT_EQ(page.cmdselectfolder.caption.get(), "Select Folder");
+  EXPECT_EQ(page.Command2.caption.get(), "Open Folder");
+  EXPECT_EQ(page.lblRestoreFolder.caption.get(), "Restore Folder");
+  EXPECT_EQ(page.Command1.caption.get(), "Select Folder");
+  EXPECT_EQ(page.Command3.caption.get(), "Open Folder");
+  EXPECT_EQ(page.chkSound.caption.get(), "Sound Off");
+  EXPECT_EQ(page.chkLog.caption.get(), "Save Log");
+  EXPECT_EQ(page.chkSetting.caption.get(), "Save Settings on close");
+  EXPECT_EQ(page.chkGUpdate.caption.get(), "Check for updates on Startup");
+  EXPECT_EQ(page.chkShortcut.caption.get(), "Show a Shortcut on Desktop");
+  EXPECT_EQ(page.ChkStartMenu.caption.get(), "Show in Start Menu");
+  EXPECT_EQ(page.lblLanguage.caption.get(), "Set Program Language");
+  EXPECT_EQ(page.Command4.caption.get(), "&Save Settings");
+}
+
+TEST_F(SettingsTest, ABrowserOpensAtTheStartOnlyForTheNumberOne) {
+  machine_.SetString("HKEY_CLASSES_ROOT\\http\\shell\\open\\command", "", "\"C:\\web.exe\" %1");
+  for (const char* value : {"", "0", "2", "x", "1"}) {
+    machine_.SetString(kKey, "chkGUpdate", value);
+    machine_.Restart();
+    machine_.app().Get<FrmWelcome>();
+    const bool opens = std::string(value) == "1";
+    EXPECT_EQ(machine_.Started().size(), opens ? 1u : 0u) << value;
+  }
+}
+
 // --- Boxes --------------------------------------------------------------------------------------
 
 TEST_F(SettingsTest, ABoxIsStoredByItsClick) {
@@ -173,6 +205,46 @@ TEST_F(SettingsTest, TheStartMenuBoxMakesAndRemovesTheLink) {
   EXPECT_EQ(machine_.GetValue(kKey, "ChkStartMenu"), Value("1"));
   machine_.Click(page.ChkStartMenu);
   EXPECT_FALSE(machine_.Exists(link));
+}
+
+TEST_F(SettingsTest, TheDesktopLinkTellsWhatItIsAndBothPointToTheProgram) {
+  frmSettings& page = Open();
+  machine_.Click(page.chkShortcut);
+  machine_.Click(page.ChkStartMenu);
+  const std::string folder = machine_.platform().system.ProgramFolder();
+  const std::vector<ShellLink>& links = machine_.host().shell().links_made();
+  ASSERT_EQ(links.size(), 2u);
+  EXPECT_EQ(links[0].link_path, DesktopLink());
+  EXPECT_EQ(links[0].target, folder + "\\Quorvale.exe");
+  EXPECT_EQ(links[0].working_folder, folder);
+  EXPECT_EQ(links[0].description, "Quorvale");
+  EXPECT_EQ(links[0].icon_index, 0);
+  EXPECT_EQ(links[1].link_path, std::string(kPrograms) + "\\Quorvale.lnk");
+  EXPECT_EQ(links[1].target, folder + "\\Quorvale.exe");
+  EXPECT_EQ(links[1].arguments, "");
+}
+
+TEST_F(SettingsTest, ALinkThatCannotBeMadeIsNotReported) {
+  frmSettings& page = Open();
+  machine_.RemoveTree(machine_.Desktop());
+  machine_.RemoveTree(kPrograms);
+  machine_.Click(page.chkShortcut);
+  machine_.Click(page.ChkStartMenu);
+  EXPECT_TRUE(machine_.Boxes().empty());
+  EXPECT_EQ(machine_.GetValue(kKey, "chkShortcut"), Value("1"));
+  EXPECT_EQ(machine_.GetValue(kKey, "ChkStartMenu"), Value("1"));
+  machine_.SetSpecialFolder(kProgramsFolder, "");
+  machine_.Click(page.ChkStartMenu);
+  machine_.Click(page.ChkStartMenu);
+  EXPECT_TRUE(machine_.Boxes().empty());
+}
+
+TEST_F(SettingsTest, BackStoresNothing) {
+  frmSettings& page = Open();
+  machine_.Click(page.cmdBack);
+  EXPECT_FALSE(page.Visible());
+  EXPECT_EQ(machine_.GetValue(kKey, "txtRestore"), std::nullopt);
+  EXPECT_EQ(machine_.GetValue(kKey, "txtBackup"), std::nullopt);
 }
 
 // --- Folders ------------------------------------------------------------------------------------

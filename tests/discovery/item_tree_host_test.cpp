@@ -378,8 +378,8 @@ TEST(ItemTree, TenThousandMailFilesAreListedAndTickedInUnderASecond) {
   SeedOutlookExpress(machine);
   Platform& real = machine.platform();
   FilesAndManyMore files(real.files, StoreFolder(machine));
-  Platform platform{real.registry, files,    real.shell, real.system, real.processes,
-                    real.services, real.ftp, real.discs, real.ui};
+  Platform platform{real.registry, files,    real.shell, real.system,    real.processes,
+                    real.services, real.ftp, real.discs, real.scheduler, real.ui};
   Application app(platform);
   app.Get<FrmWelcome>();
   // Time of the processor, so that a busy computer fails no test.

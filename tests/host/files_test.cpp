@@ -140,6 +140,35 @@ TEST_F(HostFilesTest, LinksInsideTheDriveAreFollowedButFolderLinksAreNotListed) 
   EXPECT_EQ("inside", Read("C:\\real\\a.txt"));
 }
 
+TEST_F(HostFilesTest, AFolderThatIsReplacedBehindTheProgramsBackIsSeen) {
+  WriteHost(Host("d/e/a.txt"), "one");
+  EXPECT_EQ("one", Read("C:\\d\\e\\a.txt"));
+  std::filesystem::rename(Host("d"), Host("old"));
+  EXPECT_FALSE(files().Stat("C:\\d\\e\\a.txt"));
+  WriteHost(Host("d/e/a.txt"), "two");
+  EXPECT_EQ("two", Read("C:\\d\\e\\a.txt"));
+  // A link that leads outside, in the place of the folder.
+  WriteHost(folder_ / "secret/a.txt", "secret");
+  std::filesystem::remove_all(Host("d/e"));
+  std::filesystem::create_symlink(folder_ / "secret", Host("d/e"));
+  EXPECT_FALSE(files().Stat("C:\\d\\e\\a.txt"));
+  // A file in the place of the folder.
+  std::filesystem::remove(Host("d/e"));
+  WriteHost(Host("d/e"), "a file");
+  EXPECT_FALSE(files().Stat("C:\\d\\e\\a.txt"));
+  EXPECT_EQ("one", Read("C:\\old\\e\\a.txt"));
+}
+
+TEST_F(HostFilesTest, ADriveThatIsReplacedShowsItsNewFiles) {
+  WriteHost(Host("d/e/a.txt"), "one");
+  WriteHost(folder_ / "other/d/e/a.txt", "two");
+  EXPECT_EQ("one", Read("C:\\d\\e\\a.txt"));
+  files().SetDrive('C', DriveKind::kFixed, folder_ / "other");
+  EXPECT_EQ("two", Read("C:\\d\\e\\a.txt"));
+  files().RemoveDrive('C');
+  EXPECT_FALSE(files().Stat("C:\\d\\e\\a.txt"));
+}
+
 TEST_F(HostFilesTest, DriveItselfMayBeALink) {
   std::filesystem::remove_all(folder_ / "drive_c");
   WriteHost(folder_ / "disk/a.txt", "x");

@@ -80,6 +80,20 @@ TEST_F(MachineFolderTest, FormIsForgiving) {
   EXPECT_EQ("", machine->environment[0].second);
 }
 
+TEST_F(MachineFolderTest, ADiscWriterHasItsMedia) {
+  const auto machine = Read("[disc]\nWriter = file:disc.iso\nsize = 700000000\nmedia = 3\n");
+  ASSERT_TRUE(machine) << error_.Text();
+  EXPECT_EQ(machine->disc.writer, "file:disc.iso");
+  EXPECT_EQ(machine->disc.size, 700000000u);
+  EXPECT_EQ(machine->disc.media, 3);
+  const auto usual = Read("[disc]\nwriter = /dev/sr0\n");
+  ASSERT_TRUE(usual) << error_.Text();
+  EXPECT_EQ(usual->disc.size, 737280000u);
+  EXPECT_FALSE(usual->disc.media);
+  EXPECT_EQ(Read("[system]\nuser = A\n")->disc.writer, "");
+  EXPECT_TRUE(Read("[disc]\nwriter = drives\n"));
+}
+
 TEST_F(MachineFolderTest, MissingFolderOrFileIsTold) {
   EXPECT_FALSE(ReadMachineFolder(folder_ / "none", &error_));
   EXPECT_EQ(folder_ / "none", error_.file);
@@ -131,6 +145,11 @@ TEST_F(MachineFolderTest, EachBrokenLineIsToldByItsNumber) {
       "[clock]\nnow = 2026-02-29 00:00:00\n",
       "[clock]\nnow = 2026-11-14 24:00:00\n",
       "[clock]\nthen = 2026-11-14 22:05:09\n",
+      "[disc]\nwriter = disc.iso\n",
+      "[disc]\nwriter = file:\n",
+      "[disc]\nsize = many\n",
+      "[disc]\nmedia = -1\n",
+      "[disc]\nspeed = 8\n",
   };
   for (const std::string& ini : broken) {
     // The last line but for the mistakes in a section's own name.

@@ -221,6 +221,40 @@ TEST_F(HostShellTest, LinkIsASmallReadableFile) {
   EXPECT_EQ(1u, shell().links_made().size());
 }
 
+TEST_F(HostShellTest, FileOperationsWorkOnFilesAndFolders) {
+  FileToolkit files(platform_->files(), [] {});
+  files.MakeFolderChain("C:\\a\\b");
+  files.WriteWhole("C:\\a\\b\\x.txt", "x");
+  constexpr int kPlain = file_operation_flag::kSilent;
+  EXPECT_FALSE(shell().Operate(FileOperation::kCopy, "C:\\none", "C:\\y", kPlain));
+  EXPECT_TRUE(shell().Operate(FileOperation::kCopy, "C:\\a", "C:\\c", kPlain));
+  EXPECT_EQ(ReadFile("C:\\c\\b\\x.txt"), "x");
+  EXPECT_TRUE(shell().Operate(FileOperation::kMove, "C:\\c\\b\\x.txt", "C:\\y.txt", kPlain));
+  EXPECT_FALSE(files.FileExists("C:\\c\\b\\x.txt"));
+  EXPECT_TRUE(shell().Operate(FileOperation::kRename, "C:\\y.txt", "C:\\z.txt", kPlain));
+  EXPECT_EQ(ReadFile("C:\\z.txt"), "x");
+  EXPECT_TRUE(shell().Operate(FileOperation::kDelete, "C:\\c", "", kPlain));
+  EXPECT_FALSE(files.FolderExists("C:\\c"));
+}
+
+TEST_F(HostShellTest, AFileOperationTakesNoPlaceUnasked) {
+  FileToolkit files(platform_->files(), [] {});
+  files.WriteWhole("C:\\new.txt", "new");
+  files.WriteWhole("C:\\old.txt", "old");
+  const auto copy = [&](int flags) {
+    return shell().Operate(FileOperation::kCopy, "C:\\new.txt", "C:\\old.txt", flags);
+  };
+  EXPECT_FALSE(copy(0));
+  EXPECT_EQ(ReadFile("C:\\old.txt"), "old");
+  EXPECT_TRUE(copy(file_operation_flag::kRenameOnCollision));
+  EXPECT_TRUE(copy(file_operation_flag::kRenameOnCollision));
+  EXPECT_EQ(ReadFile("C:\\old.txt"), "old");
+  EXPECT_EQ(ReadFile("C:\\Copy of old.txt"), "new");
+  EXPECT_EQ(ReadFile("C:\\Copy (2) of old.txt"), "new");
+  EXPECT_TRUE(copy(file_operation_flag::kNoConfirmation));
+  EXPECT_EQ(ReadFile("C:\\old.txt"), "new");
+}
+
 TEST_F(HostShellTest, HelpAndSoundAreRecorded) {
   shell().ShowHelp("C:\\Quorvale.chm", "qvlBackup.htm");
   shell().PlaySoundFile("C:\\chimes.wav");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "machine_fixture.h"
+#include "platform/GetInfomation.h"
 #include "platform/process_watch.h"
 
 namespace quorvale::host {
@@ -24,6 +25,27 @@ TEST_F(HostSystemTest, FactsOfTheMachineFolder) {
   EXPECT_EQ("", system().CommandLine());
   EXPECT_FALSE(system().PreviousInstanceRuns());
   EXPECT_TRUE(system().HoldInstanceMutex("x"));
+}
+
+TEST_F(HostSystemTest, TheRegionIsTheUnitedStates) {
+  const GetInfomation info(system());
+  EXPECT_EQ("Monday", info.GetLongNameDay1());
+  EXPECT_EQ("Sun", info.GetShortNameDay7());
+  EXPECT_EQ("January", info.GetLongMonthName1());
+  EXPECT_EQ("Dec", info.GetShortMonthName12());
+  EXPECT_EQ("$", info.GetCurrencySymbol());
+  EXPECT_EQ(".", info.GetDecimalSeparator());
+  EXPECT_EQ(",", info.GetThousandSeparator());
+  EXPECT_EQ("h:mm:ss tt", info.GetTimeFormat());
+  EXPECT_EQ("", system().LocaleText(9999));
+  EXPECT_EQ("Sunday", system().WeekdayName(1));
+  EXPECT_EQ("Saturday", system().WeekdayName(7));
+  EXPECT_EQ("", system().WeekdayName(8));
+  system().SetEnvironment("windir", "C:\\Windows");
+  EXPECT_EQ("C:\\Windows\\system32", info.SystemDir());
+  system().SetVersion({1, 4, 10, true});
+  EXPECT_EQ("C:\\Windows\\system", info.SystemDir());
+  EXPECT_NE("", system().ErrorText(2));
 }
 
 TEST_F(HostSystemTest, FactsCanBeSet) {

@@ -290,9 +290,18 @@ class FakeShell : public Shell {
   }
   bool IsRunning(RunId run) override { return --left[run] >= 0; }
   bool CreateLink(const ShellLink&) override { return false; }
+  bool Operate(FileOperation operation, const std::string& source, const std::string& target,
+               int flags) override {
+    operations.push_back(std::to_string(static_cast<int>(operation)) + "|" + source + "|" + target +
+                         "|" + std::to_string(flags));
+    return !refuses && (!on_operation || on_operation(operation, source, target));
+  }
   void ShowHelp(const std::string&, const std::string&) override {}
   void PlaySoundFile(const std::string&) override {}
 
+  // "code|source|target|flags" of each file operation; what it does, if anything.
+  std::vector<std::string> operations;
+  std::function<bool(FileOperation, const std::string&, const std::string&)> on_operation;
   std::vector<std::string> commands;
   std::vector<WindowStyle> styles;
   std::map<RunId, int> left;

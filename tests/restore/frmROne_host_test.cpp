@@ -242,6 +242,38 @@ TEST(FrmROne, AFileGivenAtTheStartIsRememberedAndLinked) {
   EXPECT_TRUE(machine.Exists(machine.Profile() + "\\Recent\\My mail.obk.lnk"));
 }
 
+TEST(FrmROne, ABackupThatTheProgramWasOpenedWithIsTheChosenOne) {
+  TestMachine machine("xp");
+  machine.WriteFile(ListedFile("a.obk"), "x");
+  const std::string path = Encrypted(machine, "D:\\From the old computer\\My mail.obk");
+  machine.SetCommandLine("\"" + path + "\"");
+  OpenPage(machine);
+  frmROne& page = machine.app().Get<frmROne>();
+  EXPECT_EQ(page.txtpath.text.get(), path);
+  EXPECT_TRUE(page.cmdNext.enabled);
+  EXPECT_TRUE(page.txtDefaultPassword.enabled) << "it is protected";
+}
+
+TEST(FrmROne, WithoutABackupListTheOpenedOneEnablesNext) {
+  TestMachine machine("xp");
+  machine.WriteFile("D:\\x.OBK", "x");
+  machine.SetCommandLine("D:\\x.OBK");
+  OpenPage(machine);
+  EXPECT_EQ(machine.app().Get<frmROne>().txtpath.text.get(), "D:\\x.OBK");
+  EXPECT_TRUE(machine.app().Get<frmROne>().cmdNext.enabled);
+}
+
+TEST(FrmROne, AnOpenedFileThatIsGoneOrNoBackupChoosesNothing) {
+  for (const char* line : {"\"D:\\gone.obk\"", "D:\\letter.txt", "custom.obk"}) {
+    TestMachine machine("xp");
+    machine.WriteFile("D:\\letter.txt", "x");
+    machine.WriteFile(ListedFile("a.obk"), "x");
+    machine.SetCommandLine(line);
+    OpenPage(machine);
+    EXPECT_EQ(machine.app().Get<frmROne>().txtpath.text.get(), ListedFile("a.obk")) << line;
+  }
+}
+
 TEST(FrmROne, TheBareFileMarkOfTheShellIsNoFile) {
   TestMachine machine("xp");
   machine.SetCommandLine("%1");

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/ui/hyper_link.h"
 #include "platform/windows/keyboard.h"
 #include "platform/windows/text_calls.h"
 #include "platform/windows/ui.h"
@@ -169,6 +170,68 @@ TEST_F(FormViewTest, ListBarAndTimerWork) {
   page_.timer.enabled = true;
   PumpFor(200);
   EXPECT_EQ(fired, 1);
+}
+
+class LinkPage : public ui::Form {
+ public:
+  explicit LinkPage(ui::Ui& screen) : ui::Form(screen, "LinkPage") {
+    SetSize(300, 120);
+    link.bounds = {20, 20, 200, 20};
+    link.AutoSize = true;
+    link.address = "https://quorvale.example/";
+    link.fore_color = ui::Rgb(9, 82, 172);
+  }
+  ui::HyperLink link{*this, "link", "Our home page"};
+};
+
+TEST_F(FormViewTest, ALinkIsHoveredUntilTheMouseHasLeftIt) {
+  LinkPage page(ui_);
+  std::string opened;
+  page.link.open = [&](const std::string& address) { opened = address; };
+  page.Show();
+  PumpFor(50);
+  const HWND window = static_cast<FormView*>(page.view.get())->WindowOf(page.link)->handle();
+  RECT place;
+  GetWindowRect(window, &place);
+  EXPECT_EQ(place.right - place.left, page.link.bounds->width);
+  EXPECT_LT(page.link.bounds->width, 200);
+  SetCursorPos(place.left + 5, place.top + 5);
+  PumpFor(50);
+  Send(window, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+  EXPECT_TRUE(page.link.IsHovered());
+  EXPECT_EQ(page.link.fore_color.get(), page.link.HoverColor);
+  EXPECT_TRUE(ui_.MouseIsOver(page.link));
+  PumpFor(300);
+  EXPECT_TRUE(page.link.IsHovered());
+  SetCursorPos(place.right + 60, place.bottom + 40);
+  PumpFor(400);
+  EXPECT_FALSE(page.link.IsHovered());
+  EXPECT_EQ(page.link.fore_color.get(), ui::Rgb(9, 82, 172));
+  Send(window, WM_LBUTTONDOWN, 0, MAKELPARAM(5, 5));
+  Send(window, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+  EXPECT_EQ(opened, "https://quorvale.example/");
+}
+
+TEST_F(FormViewTest, TheKeyboardGuardIsGoneWithTheUserInterface) {
+  int asked = 0;
+  {
+    WindowsUi other;
+    other.keyboard_filter = [&](int, std::uint32_t, std::uint32_t, bool) {
+      ++asked;
+      return false;
+    };
+    other.GuardKeyboard(true);
+    other.GuardKeyboard(true);
+    keybd_event('Q', 0, 0, 0);
+    keybd_event('Q', 0, KEYEVENTF_KEYUP, 0);
+    PumpFor(200);
+    EXPECT_GT(asked, 0);
+  }
+  const int before = asked;
+  keybd_event('Q', 0, 0, 0);
+  keybd_event('Q', 0, KEYEVENTF_KEYUP, 0);
+  PumpFor(200);
+  EXPECT_EQ(asked, before);
 }
 
 TEST_F(FormViewTest, WindowGoesWithTheForm) {

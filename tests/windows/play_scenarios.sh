@@ -1,23 +1,32 @@
 #!/usr/bin/env bash
-# Plays the scenarios against the real windows of Quorvale.exe under Wine, two at a time, and ends
-# with one line: how many passed, how many failed.
+# Plays scenarios against the real windows of Quorvale.exe under Wine, two at a time, and ends with
+# one line: how many passed, how many failed.
 #
-#   tests/windows/play_scenarios.sh PROGRAMS LAY_MACHINE [SCENARIO...]
+#   tests/windows/play_scenarios.sh PROGRAMS HOST_PROGRAMS [SCENARIO...]
 #
-# PROGRAMS is the build folder of the Windows programs, LAY_MACHINE the host program that makes the
-# starting machine. Without names all files of tests/scenarios are played. QUORVALE_PLAY_FOLDER
-# takes the Wine prefixes and logs; those of failed scenarios stay there.
+# PROGRAMS is the build folder of the Windows programs, HOST_PROGRAMS the folder of those host
+# programs that make and compare machines. Without names all files of tests/scenarios,
+# tests/ftp_scenarios (whose servers this script starts), tests/round_trips and
+# tests/windows/scenarios are played; after a round trip the computer is compared, file by file and
+# value by value, with what it was before. QUORVALE_PLAY_FOLDER takes the Wine prefixes and logs;
+# those of failed scenarios stay there.
 set -uo pipefail
 cd "$(dirname "$0")/../.."
+# The scenarios of tests/ftp_scenarios find their servers in the environment.
+if [ -z "${FTP_PYFTPDLIB_PORT:-}" ]; then
+  exec tests/support/ftp_servers/with_ftp_servers.py odd,pyftpdlib,pureftpd \
+    tests/windows/play_scenarios.sh "$@"
+fi
 . tools/wine.sh
+. tests/windows/computer.sh
 
 programs=$(realpath "${1:?the build folder of the Windows programs}")
-lay_machine=$(realpath "${2:?the program that makes machines}")
+host_programs=$(realpath "${2:?the folder of the programs that make machines}")
 shift 2
+lay_machine=$host_programs/lay_machine
+compare_machines=$host_programs/compare_machines
 work=${QUORVALE_PLAY_FOLDER:-$PWD/build/play}
-driver=$programs/tests/windows/driver/scenario_driver.exe
-program=$programs/src/app/Quorvale.exe
-limit=${QUORVALE_PLAY_SECONDS:-240}
+. tests/windows/player.sh
 
 # Scenarios that need a fact which only a simulated computer can be given; each with its reason.
 exception() {
@@ -25,89 +34,15 @@ exception() {
     backup_no_space) echo "a full disk" ;;
     restore_no_space) echo "a full disk" ;;
     restore_share_silent) echo "a network share that falls silent" ;;
-    vista_auto_refused) echo "refused raised rights: Wine grants them always" ;;
-    vista_raised_rights_refused) echo "refused raised rights: Wine grants them always" ;;
-    vista_restore_raised_rights) echo "refused raised rights: Wine grants them always" ;;
+    media_disc_*) echo "a disc writer: Wine has none" ;;
+    schedule_service_stopped) echo "a stopped scheduler: Wine starts it with its first use" ;;
   esac
-}
-
-# A prefix of its own, made by linking the prepared one; the files of the user are the machine's.
-make_prefix() { # PREFIX MACHINE
-  local prefix=$1 machine=$2 folder name
-  cp -al "$work/base" "$prefix"
-  # What is written in place must not be shared.
-  for name in system.reg user.reg userdef.reg; do
-    cp --remove-destination "$work/base/$name" "$prefix/$name"
-  done
-  for folder in "$machine"/drive_c/*; do
-    name=$(basename "$folder")
-    # The system's own folder is there, in another spelling.
-    case ${name,,} in
-      windows) cp -a "$folder/." "$prefix/drive_c/windows/" ;;
-      *) cp -a "$folder" "$prefix/drive_c/" ;;
-    esac
-  done
-  rm -f "$prefix/dosdevices/d:"
-  cp -a "$machine/drive_d" "$prefix/drive_d"
-  ln -s ../drive_d "$prefix/dosdevices/d:"
-  mkdir -p "$prefix/drive_c/Program Files/Quorvale"
-  cp "$program" "$prefix/drive_c/Program Files/Quorvale/"
-}
-
-windows_path() { echo "Z:$(tr / '\\' <<< "$1")"; }
-
-play() { # NAME
-  local name=$1 file first=0 number=1 status like user former="" folder prefix output
-  file=$PWD/tests/scenarios/$name.txt
-  folder=$work/$name
-  rm -rf "$folder"
-  mkdir -p "$folder"
-  output=$folder/output
-  while :; do
-    # The machine's line, from the one where this part of the scenario starts.
-    read -r like user < <(sed -n "$((first > 0 ? first : 1)),\$s/^machine //p" "$file" | head -1)
-    prefix=$folder/prefix$number
-    "$lay_machine" "$folder/machine$number" "$like" "${user:-Anna}" "$number" || return 1
-    make_prefix "$prefix" "$folder/machine$number"
-    local -a words=(--program "C:\\Program Files\\Quorvale\\Quorvale.exe"
-      --scenario "$(windows_path "$file")" --machine "$(windows_path "$folder/machine$number")"
-      --first "$first")
-    [ -n "$former" ] && words+=(--former "$(windows_path "$former")")
-    (
-      wine_use_prefix "$prefix"
-      timeout -k 5 "$limit" "$(wine_command)" "$driver" "${words[@]}" < /dev/null
-    ) > "$output" 2>&1
-    status=$?
-    WINEPREFIX=$prefix wineserver -k > /dev/null 2>&1
-    [ $status = 10 ] || break
-    first=$(tr -d '\r' < "$output" | tail -1)
-    # The former machine's drives, as the driver looks for them.
-    former=$prefix
-    number=$((number + 1))
-  done
-  [ $status = 124 ] && echo "it was not at its end after $limit seconds" >> "$output"
-  return $status
-}
-
-# The outcome of one scenario, in a file: two are played at a time.
-play_into_file() {
-  local name=$1 start=$SECONDS status
-  play "$name"
-  status=$?
-  if [ $status = 0 ]; then
-    echo "ok: $name ($((SECONDS - start)) s)"
-    rm -rf "${work:?}/$name"
-  else
-    echo "FAILED: $name (status $status, $((SECONDS - start)) s)"
-    tr -d '\r' < "$work/$name/output" | tail -20 | sed 's/^/    /'
-  fi > "$work/$name.result"
 }
 
 if [ $# -gt 0 ]; then
   names=("$@")
 else
-  names=()
-  for file in tests/scenarios/*.txt; do names+=("$(basename "$file" .txt)"); done
+  mapfile -t names < <(scenario_names "${scenario_folders[@]}")
 fi
 mkdir -p "$work"
 rm -f "$work"/*.result
@@ -117,7 +52,7 @@ if ! virtual_display_start; then
   exit 1
 fi
 trap virtual_display_end EXIT
-(wine_use_prefix "$work/base")
+prepare_base
 
 passed=0
 failed=0

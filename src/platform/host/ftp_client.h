@@ -1,18 +1,13 @@
-// The FTP client of a computer that reaches no server.
+// FTP through the system's transfer library.
 #pragma once
 
-#include "platform/ftp_client.h"
+#include "platform/ftp_conversation.h"
 
 namespace quorvale::host {
 
-class HostFtpClient : public FtpClient {
+class HostFtpClient : public FtpConversation {
  public:
-  FtpState State() override { return FtpState::kIdle; }
-  bool Connect(const std::string&, int, const std::string&, const std::string&) override {
-    return false;
-  }
-  bool ChangeFolder(const std::string&) override { return false; }
-  void Disconnect() override {}
+  explicit HostFtpClient(Files& files, FtpLimits limits = {});
 };
 
 }  // namespace quorvale::host

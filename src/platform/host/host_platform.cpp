@@ -14,6 +14,7 @@ std::unique_ptr<HostPlatform> HostPlatform::Open(const std::string& machine_fold
   }
   std::unique_ptr<HostPlatform> platform(new HostPlatform(*machine, std::move(code_page)));
   if (!platform->registry_.Load(error)) return nullptr;
+  if (!platform->scheduler_.Check(error)) return nullptr;
   return platform;
 }
 
@@ -24,10 +25,14 @@ HostPlatform::HostPlatform(const MachineFolder& machine, std::unique_ptr<CodePag
       system_(machine, *code_page_),
       shell_(machine, registry_, files_, system_),
       processes_(machine.processes),
-      services_(machine.services) {}
+      services_(machine.services),
+      ftp_(files_),
+      discs_(machine, files_),
+      scheduler_(machine.path, system_) {}
 
 Platform HostPlatform::Bundle(ui::Ui& ui) {
-  return Platform{registry_, files_, shell_, system_, processes_, services_, ftp_, discs_, ui};
+  return Platform{registry_, files_, shell_, system_,    processes_,
+                  services_, ftp_,   discs_, scheduler_, ui};
 }
 
 bool HostPlatform::Flush(std::string* error) {

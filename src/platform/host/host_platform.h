@@ -14,6 +14,7 @@
 #include "platform/host/services.h"
 #include "platform/host/shell.h"
 #include "platform/host/system_info.h"
+#include "platform/host/task_scheduler.h"
 #include "platform/platform.h"
 
 namespace quorvale::host {
@@ -42,6 +43,7 @@ class HostPlatform {
   HostServices& services() { return services_; }
   HostFtpClient& ftp() { return ftp_; }
   HostDiscWriter& discs() { return discs_; }
+  HostTaskScheduler& scheduler() { return scheduler_; }
 
  private:
   HostPlatform(const MachineFolder& machine, std::unique_ptr<CodePage> code_page);
@@ -55,6 +57,7 @@ class HostPlatform {
   HostServices services_;
   HostFtpClient ftp_;
   HostDiscWriter discs_;
+  HostTaskScheduler scheduler_;
 };
 
 }  // namespace quorvale::host

@@ -2,10 +2,10 @@
 
 #include <sys/stat.h>
 
-#include <charconv>
 #include <set>
 
 #include "platform/host/host_file.h"
+#include "platform/host/ini_text.h"
 #include "platform/text.h"
 
 namespace quorvale::host {
@@ -14,20 +14,6 @@ namespace {
 bool IsFolder(const std::string& path) {
   struct stat info {};
   return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
-}
-
-// Without blanks and tabs at both ends.
-std::string Stripped(const std::string& text) {
-  const std::size_t first = text.find_first_not_of(" \t\r");
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
-template <class Number>
-bool ParseNumber(const std::string& text, Number* number) {
-  const char* end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, *number);
-  return result.ec == std::errc() && result.ptr == end;
 }
 
 // Reads machine.ini line by line; the first broken line ends it.
@@ -57,6 +43,7 @@ class Reader {
   bool ReadProcess(const std::string& name, const std::string& value);
   bool ReadService(const std::string& name, const std::string& value);
   bool ReadClock(const std::string& name, const std::string& value);
+  bool ReadDisc(const std::string& name, const std::string& value);
 
   MachineFolder* machine_;
   int line_ = 0;
@@ -83,7 +70,7 @@ bool Reader::ReadLine(const std::string& raw) {
 
 bool Reader::EnterSection(const std::string& name) {
   static const char* const kSections[] = {"system",    "environment", "folders", "drives",
-                                          "processes", "services",    "clock"};
+                                          "processes", "services",    "clock",   "disc"};
   section_ = FoldCase(name);
   for (const char* known : kSections) {
     if (section_ == known) return true;
@@ -103,6 +90,7 @@ bool Reader::ReadEntry(const std::string& name, const std::string& value) {
   if (section_ == "processes") return ReadProcess(name, value);
   if (section_ == "services") return ReadService(name, value);
   if (section_ == "clock") return ReadClock(FoldCase(name), value);
+  if (section_ == "disc") return ReadDisc(FoldCase(name), value);
   machine_->environment.emplace_back(name, value);
   return true;
 }
@@ -223,6 +211,28 @@ bool Reader::ReadClock(const std::string& name, const std::string& value) {
   return true;
 }
 
+bool Reader::ReadDisc(const std::string& name, const std::string& value) {
+  MachineDisc& disc = machine_->disc;
+  if (name == "writer") {
+    if (!IsDiscWriter(value)) {
+      return Fail("\"" + value + "\" is no disc writer; one is file:disc.iso, /dev/sr0 or drives");
+    }
+    disc.writer = value;
+    return true;
+  }
+  if (name == "size") {
+    if (!ParseNumber(value, &disc.size)) return Fail("\"" + value + "\" is no number of bytes");
+    return true;
+  }
+  if (name == "media") {
+    int media = 0;
+    if (!ParseNumber(value, &media) || media < 0) return Fail("\"" + value + "\" is no number");
+    disc.media = media;
+    return true;
+  }
+  return Fail("[disc] has no \"" + name + "\"");
+}
+
 bool IsLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
 
 int DaysOfMonth(int year, int month) {
@@ -259,6 +269,11 @@ std::optional<MachineFolder> ReadMachineFolder(const std::string& folder, Machin
     }
   }
   return machine;
+}
+
+bool IsDiscWriter(const std::string& text) {
+  return text == "drives" || text.starts_with("/dev/") ||
+         (text.starts_with("file:") && text.size() > 5 && !text.ends_with("/"));
 }
 
 std::optional<LocalTime> ParseLocalTime(const std::string& text) {

@@ -35,6 +35,17 @@ struct MachineService {
   bool running = false;
 };
 
+// The disc writer of a machine.
+struct MachineDisc {
+  // "" for none; "drives" for those of the host; a device of the host ("/dev/sr0"); or
+  // "file:disc.iso", a file beside machine.ini that takes the place of a medium. The next blank
+  // medium is then disc_2.iso, and so on.
+  std::string writer;
+  // Of media that are files:
+  std::uint64_t size = 737280000;  // bytes of each
+  std::optional<int> media;        // how many there are; nothing: as many as are asked for
+};
+
 struct MachineFolder {
   std::string path;  // host path of the folder itself
 
@@ -50,12 +61,16 @@ struct MachineFolder {
   std::map<char, MachineDrive> drives;  // by upper-case letter
   std::vector<ProcessInfo> processes;
   std::vector<MachineService> services;
+  MachineDisc disc;
   std::optional<LocalTime> now;  // nothing: the host's clock
 };
 
 // The machine of a folder. Nothing, and the reason in `error`, if the folder or its machine.ini is
 // missing or a line of it cannot be understood.
 std::optional<MachineFolder> ReadMachineFolder(const std::string& folder, MachineError* error);
+
+// True for a text that MachineDisc::writer takes, "" aside.
+bool IsDiscWriter(const std::string& text);
 
 // "2026-11-14 22:05:09" to a moment with its weekday. Nothing if it is not one.
 std::optional<LocalTime> ParseLocalTime(const std::string& text);

@@ -190,6 +190,48 @@ bool HostShell::CreateLink(const ShellLink& link) {
   return true;
 }
 
+bool HostShell::Remove(const std::string& path) {
+  FileToolkit toolkit(files_, [] {});
+  if (toolkit.FolderExists(path)) return toolkit.KillFolder(path);
+  return files_.RemoveFile(path, true) == FileStatus::kOk;
+}
+
+bool HostShell::CopyTree(const std::string& source, const std::string& target) {
+  FileToolkit toolkit(files_, [] {});
+  if (!toolkit.FolderExists(source)) return toolkit.CopyFile(source, target) == FileStatus::kOk;
+  bool copied = toolkit.MakeFolderChain(target);
+  for (const FileInfo& entry : files_.List(source)) {
+    copied =
+        CopyTree(WithBackslash(source) + entry.name, WithBackslash(target) + entry.name) && copied;
+  }
+  return copied;
+}
+
+std::string HostShell::PlaceFor(const std::string& target, int flags) {
+  if (!files_.Stat(target)) return target;
+  if ((flags & file_operation_flag::kRenameOnCollision) == 0) {
+    return (flags & file_operation_flag::kNoConfirmation) != 0 ? target : "";
+  }
+  const std::string folder = ParentFolder(target) + "\\";
+  std::string name = "Copy of " + FileNameOf(target);
+  for (int n = 2; files_.Stat(folder + name); ++n) {
+    name = "Copy (" + std::to_string(n) + ") of " + FileNameOf(target);
+  }
+  return folder + name;
+}
+
+bool HostShell::Operate(FileOperation operation, const std::string& source,
+                        const std::string& target, int flags) {
+  if (!files_.Stat(source)) return false;
+  if (operation == FileOperation::kDelete) return Remove(source);
+  const std::string place = PlaceFor(target, flags);
+  if (place.empty()) return false;
+  if (operation == FileOperation::kCopy) return CopyTree(source, place);
+  if (files_.Replace(source, place) == FileStatus::kOk) return true;
+  // Another drive.
+  return operation == FileOperation::kMove && CopyTree(source, place) && Remove(source);
+}
+
 void HostShell::ShowHelp(const std::string& help_file, const std::string& topic) {
   help_shown_.push_back({help_file, topic});
 }

@@ -45,6 +45,9 @@ class HostShell : public Shell {
               const std::string& folder, int show, RunId* run) override;
   bool IsRunning(RunId run) override;
   bool CreateLink(const ShellLink& link) override;
+  // Nobody answers questions here: what would need one is refused.
+  bool Operate(FileOperation operation, const std::string& source, const std::string& target,
+               int flags) override;
   void ShowHelp(const std::string& help_file, const std::string& topic) override;
   void PlaySoundFile(const std::string& path) override;
 
@@ -81,6 +84,10 @@ class HostShell : public Shell {
   };
 
   bool IsRefused(const std::string& program) const;
+  bool Remove(const std::string& path);
+  bool CopyTree(const std::string& source, const std::string& target);
+  // Where an operation puts what would collide with `target`; "" if it may not be put anywhere.
+  std::string PlaceFor(const std::string& target, int flags);
   RunId StartEditor(const std::vector<std::string>& arguments);
   void End(const EditorRun& run);
   void Export(const std::string& file, const std::string& key);

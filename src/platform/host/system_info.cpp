@@ -3,6 +3,7 @@
 #include <time.h>
 
 #include <cstdio>
+#include <system_error>
 #include <thread>
 
 #include "platform/host/files.h"
@@ -10,6 +11,36 @@
 
 namespace quorvale::host {
 namespace {
+
+constexpr const char* kDayNames[] = {"Monday", "Tuesday",  "Wednesday", "Thursday",
+                                     "Friday", "Saturday", "Sunday"};
+constexpr const char* kMonthNames[] = {"January",   "February", "March",    "April",
+                                       "May",       "June",     "July",     "August",
+                                       "September", "October",  "November", "December"};
+
+struct LocaleItem {
+  int type;
+  const char* text;
+};
+constexpr LocaleItem kLocaleItems[] = {
+    {0x02, "English (United States)"},
+    {0x06, "United States"},
+    {0x0E, "."},
+    {0x0F, ","},
+    {0x10, "3;0"},
+    {0x11, "2"},
+    {0x12, "1"},
+    {0x14, "$"},
+    {0x1D, "/"},
+    {0x1E, ":"},
+    {0x1F, "M/d/yyyy"},
+    {0x20, "dddd, MMMM dd, yyyy"},
+    {0x50, ""},
+    {0x51, "-"},
+    {0x52, "3"},
+    {0x53, "0"},
+    {0x1003, "h:mm:ss tt"},
+};
 
 LocalTime FromTm(const struct tm& time) {
   LocalTime local;
@@ -102,9 +133,40 @@ std::string HostSystemInfo::TimeText(const LocalTime& time) {
 }
 
 std::string HostSystemInfo::WeekdayName(int weekday) {
-  static const char* const kNames[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                       "Thursday", "Friday", "Saturday"};
-  return weekday >= 1 && weekday <= 7 ? kNames[weekday - 1] : "";
+  return weekday >= 1 && weekday <= 7 ? kDayNames[(weekday + 5) % 7] : "";
+}
+
+// The numbers are those of Windows' locale call (winnls.h).
+std::string HostSystemInfo::LocaleText(int type) {
+  constexpr int kFirstDay = 0x2A, kFirstShortDay = 0x31;
+  constexpr int kFirstMonth = 0x38, kFirstShortMonth = 0x44;
+  constexpr size_t kShort = 3;
+  const auto in_list = [type](int first, int count) {
+    return type >= first && type < first + count;
+  };
+  if (in_list(kFirstDay, 7)) return kDayNames[type - kFirstDay];
+  if (in_list(kFirstShortDay, 7)) {
+    return std::string(kDayNames[type - kFirstShortDay]).substr(0, kShort);
+  }
+  if (in_list(kFirstMonth, 12)) return kMonthNames[type - kFirstMonth];
+  if (in_list(kFirstShortMonth, 12)) {
+    return std::string(kMonthNames[type - kFirstShortMonth]).substr(0, kShort);
+  }
+  for (const LocaleItem& item : kLocaleItems) {
+    if (item.type == type) return item.text;
+  }
+  return "";
+}
+
+std::string HostSystemInfo::SystemFolder() {
+  const std::string windows = Environment("windir");
+  if (windows.empty()) return "";
+  constexpr int kNtFamily = 2;
+  return windows + (version_.platform_id == kNtFamily ? "\\system32" : "\\system");
+}
+
+std::string HostSystemInfo::ErrorText(int number) {
+  return std::generic_category().message(number);
 }
 
 }  // namespace quorvale::host

@@ -32,6 +32,11 @@ class HostSystemInfo : public SystemInfo {
   void Sleep(int milliseconds) override;
   std::string TimeText(const LocalTime& time) override;
   std::string WeekdayName(int weekday) override;
+  // English as in the United States.
+  std::string LocaleText(int type) override;
+  std::string SystemFolder() override;
+  // The host's sentence for the number.
+  std::string ErrorText(int number) override;
   std::string ToAnsi(const std::string& utf8) override { return code_page_.FromUtf8(utf8); }
   std::string FromAnsi(const std::string& bytes) override { return code_page_.ToUtf8(bytes); }
 

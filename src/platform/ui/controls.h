@@ -9,6 +9,9 @@
 
 namespace quorvale::ui {
 
+enum class Alignment { kLeft = 0, kRight = 1, kCenter = 2 };
+enum class Border { kNone, kFlat, kSunken };
+
 class Label : public Control {
  public:
   Label(Form& form, std::string name, std::string text = "")
@@ -16,6 +19,9 @@ class Label : public Control {
         caption(*this, Property::kText, std::move(text)) {}
   Observed<std::string> caption;  // "&&" shows one ampersand
   bool is_link = false;           // shown and worked like a hyperlink
+  bool shows_hand = true;         // the pointer over a link is a hand
+  Observed<Alignment> alignment{*this, Property::kLook, Alignment::kLeft};
+  Observed<Border> border{*this, Property::kLook, Border::kNone};
 };
 
 class TextBox : public Control {

@@ -87,7 +87,8 @@ Answer HeadlessUi::MessageBox(const MessageBoxRequest& request) {
   if (foreseen) {
     shown.answer = expected_.front().answer;
     expected_.pop_front();
-    const bool fits = (shown.answer == Answer::kOk) == (request.buttons == Buttons::kOk);
+    const bool fits = (shown.answer == Answer::kOk) == (request.buttons == Buttons::kOk) &&
+                      (shown.answer != Answer::kCancel || request.buttons == Buttons::kYesNoCancel);
     if (!fits) {
       failures.push_back("a message box has no such button as its answer: " + request.text);
       shown.answer = fallback;
@@ -137,6 +138,15 @@ void HeadlessUi::Pump() {
   while (!quit_ && FireDueTimer(ArmTimers())) {
   }
   --depth_;
+}
+
+// Letters of the usual font are about as wide as its points are many.
+TextSize HeadlessUi::SizeOfText(const Control& control, const std::string& text) {
+  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+  const auto letters =
+      std::count_if(text.begin(), text.end(), [&](char c) { return !continues(c); });
+  const int points = control.font_size;
+  return {static_cast<int>(letters) * points * 3 / 4, points * 2};
 }
 
 void HeadlessUi::RunModal(Form& form) {

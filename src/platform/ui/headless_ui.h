@@ -73,7 +73,10 @@ class HeadlessUi : public Ui {
   // False after Quit.
   bool Running() const { return !quit_; }
   bool caps_lock() const { return caps_lock_; }
+  bool keyboard_guarded() const { return keyboard_guarded_; }
   Pointer pointer() const { return pointer_; }
+  // What the mouse is over; null: none of the controls.
+  const Control* mouse_over = nullptr;
 
   void Attach(Form& form) override;
   Answer MessageBox(const MessageBoxRequest& request) override;
@@ -82,8 +85,12 @@ class HeadlessUi : public Ui {
   void Pump() override;
   void RunModal(Form& form) override;
   void SetPointer(Pointer pointer) override { pointer_ = pointer; }
+  Pointer CurrentPointer() const override { return pointer_; }
+  bool MouseIsOver(const Control& control) override { return mouse_over == &control; }
+  TextSize SizeOfText(const Control& control, const std::string& text) override;
   void Quit() override { quit_ = true; }
   void SetCapsLock(bool on) override { caps_lock_ = on; }
+  void GuardKeyboard(bool on) override { keyboard_guarded_ = on; }
 
  private:
   struct Expected {
@@ -118,6 +125,7 @@ class HeadlessUi : public Ui {
   int depth_ = 0;
   bool quit_ = false;
   bool caps_lock_ = false;
+  bool keyboard_guarded_ = false;
   Pointer pointer_ = Pointer::kDefault;
 };
 

@@ -5,11 +5,12 @@
 
 namespace quorvale::ui {
 
+class Control;
 class Form;
 
 enum class Icon { kNone, kInformation, kQuestion, kExclamation, kCritical };
-enum class Buttons { kOk, kYesNo };
-enum class Answer { kOk, kYes, kNo };
+enum class Buttons { kOk, kYesNo, kYesNoCancel };
+enum class Answer { kOk, kYes, kNo, kCancel };
 
 struct MessageBoxRequest {
   std::string text;
@@ -21,6 +22,12 @@ struct MessageBoxRequest {
 };
 
 enum class Pointer { kDefault, kHourglass };
+
+// Pixels at 96 dots per inch.
+struct TextSize {
+  int width = 0;
+  int height = 0;
+};
 
 class Ui {
  public:
@@ -40,6 +47,11 @@ class Ui {
   // Handles messages until the form is hidden or gone.
   virtual void RunModal(Form& form) = 0;
   virtual void SetPointer(Pointer pointer) = 0;
+  virtual Pointer CurrentPointer() const = 0;
+  // True if the mouse is over a control that is shown, and nothing lies between.
+  virtual bool MouseIsOver(const Control& control) = 0;
+  // How much room one line takes in the control's font. Without a screen it is an estimate.
+  virtual TextSize SizeOfText(const Control& control, const std::string& text) = 0;
   // Asks the outermost message loop to end.
   virtual void Quit() = 0;
   // Turns Caps Lock on or off.

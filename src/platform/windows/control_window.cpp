@@ -9,6 +9,8 @@ namespace quorvale::windows {
 namespace {
 
 constexpr ui::Color kWhite = ui::Rgb(255, 255, 255);
+constexpr COLORREF kBoxBorder = RGB(127, 157, 185);
+constexpr COLORREF kQuietBox = RGB(243, 246, 251);  // behind text that cannot be typed over
 // Another program finds a control by this property of its window: an atom of "form.control".
 constexpr char kNameProperty[] = "QuorvaleName";
 // And by this one it sees bold text: it cannot look into fonts.
@@ -68,6 +70,7 @@ void ControlWindow::Update(ui::Property property) {
       break;
     case ui::Property::kEnabled:
       EnableWindow(handle(), control_.enabled ? TRUE : FALSE);
+      RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
       Invalidate();
       break;
     case ui::Property::kBounds: {
@@ -191,6 +194,24 @@ bool ControlWindow::OnMouse(UINT message, LPARAM l) {
   }
 }
 
+// Boxes of all kinds have the same thin line around them, whatever look the system gives each.
+void ControlWindow::PaintBoxBorder() {
+  RECT area;
+  GetWindowRect(handle(), &area);
+  OffsetRect(&area, -area.left, -area.top);
+  const HDC target = GetWindowDC(handle());
+  FrameRect(target, &area, drawing().Brush(kBoxBorder));
+  InflateRect(&area, -1, -1);
+  FrameRect(target, &area, drawing().Brush(InsideColor(ToColorRef(kWhite, kWhite))));
+  ReleaseDC(handle(), target);
+}
+
+COLORREF ControlWindow::InsideColor(COLORREF around) const {
+  if (control_.kind() != ui::ControlKind::kTextBox) return around;
+  const bool quiet = !control_.enabled || static_cast<const ui::TextBox&>(control_).read_only;
+  return quiet ? kQuietBox : ToColorRef(kWhite, kWhite);
+}
+
 LRESULT ControlWindow::Handle(UINT message, WPARAM w, LPARAM l) {
   if (const std::optional<LRESULT> answer = OnMessage(message, w, l)) return *answer;
   switch (message) {
@@ -203,6 +224,13 @@ LRESULT ControlWindow::Handle(UINT message, WPARAM w, LPARAM l) {
       break;
     case WM_SETFOCUS:
       view_.FocusMoved(&control_);
+      break;
+    case WM_NCPAINT:
+      if ((GetWindowLongPtrA(handle(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0) {
+        const LRESULT answer = Default(message, w, l);
+        PaintBoxBorder();
+        return answer;
+      }
       break;
     case WM_CHAR:
       if (control_.on_key_press && w >= 8) {
@@ -226,7 +254,8 @@ LRESULT ControlWindow::Handle(UINT message, WPARAM w, LPARAM l) {
     }
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN: {
-      const COLORREF ground = GroundColor();
+      const auto* child = dynamic_cast<ControlWindow*>(Window::Of(reinterpret_cast<HWND>(l)));
+      const COLORREF ground = child != nullptr ? child->InsideColor(GroundColor()) : GroundColor();
       SetBkColor(reinterpret_cast<HDC>(w), ground);
       return reinterpret_cast<LRESULT>(drawing().Brush(ground));
     }

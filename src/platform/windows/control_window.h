@@ -52,6 +52,8 @@ class ControlWindow : public Surface {
   void PaintAll(Canvas& canvas, Origin origin) override;
   COLORREF GroundColor() const override;
   virtual void PaintContent(Canvas&, Origin) {}
+  // Behind the control's own text, on a ground of the colour `around`.
+  COLORREF InsideColor(COLORREF around) const;
 
  protected:
   LRESULT Handle(UINT message, WPARAM w, LPARAM l) override;
@@ -81,6 +83,7 @@ class ControlWindow : public Surface {
  private:
   void UseFont(BOOL repaint);
   void PaintBehind(Canvas& canvas, Origin origin);
+  void PaintBoxBorder();
   bool OnMouse(UINT message, LPARAM l);
 
   FormView& view_;

@@ -9,6 +9,7 @@ namespace {
 
 constexpr ui::Color kBlack = ui::Rgb(0, 0, 0);
 constexpr ui::Color kGrey = ui::Rgb(140, 140, 140);
+constexpr ui::Color kLink = ui::Rgb(9, 82, 172);
 constexpr COLORREF kFrameBorder = RGB(209, 221, 246);
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 
@@ -73,25 +74,43 @@ class LabelWindow : public DrawnWindow {
     if (label_.back_color != ui::kDefaultColor) {
       canvas.Fill(area, ToColorRef(label_.back_color, kBlack));
     }
-    const COLORREF color =
-        label_.enabled ? ToColorRef(label_.fore_color, kBlack) : ToColorRef(kGrey, kGrey);
+    // A link without a look of its own is told from plain text by colour and line.
+    const bool plain_link = label_.is_link && label_.fore_color == ui::kDefaultColor;
+    const COLORREF color = label_.enabled
+                               ? ToColorRef(label_.fore_color, plain_link ? kLink : kBlack)
+                               : ToColorRef(kGrey, kGrey);
+    const HFONT font =
+        plain_link ? drawing().Font(label_.font_size, label_.bold, true) : drawing().FontOf(label_);
     // One line stands in the middle of its height, as the text of a box beside it does.
     const int line = label_.font_size * 2;
     const bool one_line = area.bottom - area.top < 2 * line;
     const UINT format = one_line ? DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS : DT_WORDBREAK;
-    canvas.Text(label_.caption, area, drawing().FontOf(label_), color, format);
+    DrawBorder(canvas, area);
+    canvas.Text(label_.caption, area, font, color, format | AlignmentFormat());
     if (GetFocus() == handle()) DrawFocusRect(canvas.context(), &area);
   }
 
  protected:
   bool OwnClicks() const override { return Clickable() || label_.is_link; }
-  bool ShowsHand() const override { return label_.is_link || Clickable(); }
+  bool ShowsHand() const override { return label_.shows_hand && (label_.is_link || Clickable()); }
   std::optional<LRESULT> OnMessage(UINT message, WPARAM w, LPARAM l) override {
     if (message == WM_KILLFOCUS || message == WM_SETFOCUS) Invalidate();
     return DrawnWindow::OnMessage(message, w, l);
   }
 
  private:
+  void DrawBorder(Canvas& canvas, RECT& area) {
+    if (label_.border == ui::Border::kFlat) {
+      DrawEdge(canvas.context(), &area, BDR_SUNKENOUTER, BF_RECT | BF_FLAT | BF_ADJUST);
+    } else if (label_.border == ui::Border::kSunken) {
+      DrawEdge(canvas.context(), &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
+    }
+  }
+  UINT AlignmentFormat() const {
+    if (label_.alignment == ui::Alignment::kRight) return DT_RIGHT;
+    return label_.alignment == ui::Alignment::kCenter ? DT_CENTER : DT_LEFT;
+  }
+
   ui::Label& label_;
 };
 

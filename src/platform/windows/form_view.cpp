@@ -145,7 +145,9 @@ class FormView::FormWindow : public Surface {
       }
       case WM_CTLCOLORSTATIC:
       case WM_CTLCOLORBTN: {
-        const COLORREF ground = GroundColor();
+        const auto* child = dynamic_cast<ControlWindow*>(Window::Of(reinterpret_cast<HWND>(l)));
+        const COLORREF ground =
+            child != nullptr ? child->InsideColor(GroundColor()) : GroundColor();
         SetBkColor(reinterpret_cast<HDC>(w), ground);
         return reinterpret_cast<LRESULT>(view_.ui_.drawing().Brush(ground));
       }
@@ -263,6 +265,7 @@ void FormView::UpdateVisibility() {
   if (!form_.Visible()) {
     if (IsWindowVisible(window) != 0 || shown_) ShowWindow(window, SW_HIDE);
     shown_ = false;
+    awaits_focus_ = false;
     form_.FocusMoved(nullptr);
   } else if (form_.State() == ui::WindowState::kMinimized && form_.host_panel == nullptr) {
     ShowWindow(window, SW_MINIMIZE);
@@ -277,7 +280,7 @@ void FormView::UpdateVisibility() {
       } else {
         ShowWindow(window, SW_SHOW);
       }
-      FocusFirst();
+      awaits_focus_ = !FocusFirst();
       UpdateWindow(window);
     }
   }
@@ -314,19 +317,28 @@ void FormView::Focus(ui::Control& control) {
 
 void FormView::FocusMoved(ui::Control* control) { form_.FocusMoved(control); }
 
-void FormView::FocusFirst() {
-  if (form_.focused != nullptr) return RestoreFocus();
-  FocusStart();
+bool FormView::FocusFirst() {
+  if (TabOrder(*this).empty()) return false;
+  if (form_.focused == nullptr) return FocusStart();
+  RestoreFocus();
+  return true;
+}
+
+bool FormView::TakeAwaitedFocus() {
+  if (!awaits_focus_ || !form_.AcceptsInput() || !FocusFirst()) return false;
+  awaits_focus_ = false;
+  return true;
 }
 
 // The first control of the order; a link only if there is nothing else, since Enter follows it.
-void FormView::FocusStart() {
+bool FormView::FocusStart() {
   const std::vector<ControlWindow*> order = TabOrder(*this);
-  if (order.empty()) return;
+  if (order.empty()) return false;
   const auto first = std::find_if(order.begin(), order.end(), [](const ControlWindow* each) {
     return each->control().kind() != ui::ControlKind::kLabel;
   });
   SetFocus((first != order.end() ? *first : order.front())->handle());
+  return true;
 }
 
 void FormView::OnActivated() {

@@ -38,6 +38,9 @@ class FormView : public ui::View {
   void SetToolTip(const ControlWindow& window);
   // The control that has or last had the keyboard, and puts it there again.
   void RestoreFocus();
+  // A page that was shown while its panel was still hidden takes the keyboard now. False if it
+  // does not wait for that.
+  bool TakeAwaitedFocus();
   // True if a press there drags the window; it is dragged before this returns.
   bool DragFrom(HWND window, int x, int y);
   void FocusMoved(ui::Control* control);
@@ -54,8 +57,9 @@ class FormView : public ui::View {
   void WindowStateMoved(bool minimized);
   void OnActivated();
   void UpdateShape();
-  void FocusFirst();
-  void FocusStart();
+  // False if no control can have the keyboard now.
+  bool FocusFirst();
+  bool FocusStart();
 
   WindowsUi& ui_;
   ui::Form& form_;
@@ -66,6 +70,7 @@ class FormView : public ui::View {
   std::set<ui::Control*> running_timers_;
   HWND tooltips_ = nullptr;
   bool shown_ = false;
+  bool awaits_focus_ = false;
   bool changing_ = false;  // the window moves because the model did, or the other way round
   int shape_corner_ = -1;
 };

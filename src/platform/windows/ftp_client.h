@@ -1,19 +1,14 @@
-// FTP on the running system.
+// FTP through the system's own Internet library, which is looked up at the first connection: the
+// program starts where it is missing, and then no server is reached.
 #pragma once
 
-#include "platform/ftp_client.h"
+#include "platform/ftp_conversation.h"
 
 namespace quorvale::windows {
 
-// A computer without a network: it never connects.
-class WindowsFtpClient : public FtpClient {
+class WindowsFtpClient : public FtpConversation {
  public:
-  FtpState State() override { return FtpState::kIdle; }
-  bool Connect(const std::string&, int, const std::string&, const std::string&) override {
-    return false;
-  }
-  bool ChangeFolder(const std::string&) override { return false; }
-  void Disconnect() override {}
+  explicit WindowsFtpClient(Files& files, FtpLimits limits = {});
 };
 
 }  // namespace quorvale::windows

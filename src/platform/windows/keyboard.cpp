@@ -119,29 +119,40 @@ bool PressCancel(const FormView& view) {
   return true;
 }
 
-// A control's key goes to it; that of a plain label to the control behind the label.
+// The control that a plain label names: the next one in the tab order, or, where the label has no
+// place in it, the one that is declared next. Null if there is none.
+ControlWindow* NamedBy(const FormView& view, const ControlWindow& label) {
+  const int place = label.control().tab_index;
+  ControlWindow* named = nullptr;
+  bool behind = false;
+  for (const auto& window : view.windows()) {
+    const int other = window->control().tab_index;
+    if (window.get() == &label) {
+      behind = true;
+    } else if (!window->TakesFocus() || !Reachable(*window)) {
+      continue;
+    } else if (place < 0) {
+      if (behind) return window.get();
+    } else if (other > place && (named == nullptr || other < named->control().tab_index)) {
+      named = window.get();
+    }
+  }
+  return named;
+}
+
+// A control's key goes to it; that of a plain label to the control that it names.
 bool PressAccessKey(const FormView& view, int key) {
-  bool take_next = false;
-  std::vector<ControlWindow*> windows;
-  for (const auto& window : view.windows()) windows.push_back(window.get());
-  std::stable_sort(windows.begin(), windows.end(), [](ControlWindow* a, ControlWindow* b) {
-    return a->control().tab_index < b->control().tab_index;
-  });
-  for (ControlWindow* window : windows) {
-    if (!Reachable(*window)) continue;
-    ui::Control& control = window->control();
-    if (take_next && window->TakesFocus()) {
+  for (const auto& window : view.windows()) {
+    if (!Reachable(*window) || AccessKey(window->AccessText()) != key) continue;
+    if (window->TakesFocus()) {
       SetFocus(window->handle());
+      window->control().Click();
       return true;
     }
-    if (AccessKey(window->AccessText()) != key) continue;
-    if (!window->TakesFocus()) {
-      take_next = true;
-      continue;
+    if (const ControlWindow* named = NamedBy(view, *window)) {
+      SetFocus(named->handle());
+      return true;
     }
-    SetFocus(window->handle());
-    control.Click();
-    return true;
   }
   return false;
 }

@@ -55,7 +55,7 @@ bool ProcessHasPath(std::uint32_t id, const std::string& path) {
   if (EqualsNoCase(PathByStatusLibrary(id), FromAnsi(Ansi(path)))) return true;
   bool found = false;
   QueryManagement("Select * from Win32_Process where ProcessID = \"" + std::to_string(id) + "\"",
-                  [&](Automation& row) {
+                  [&](Dispatch& row) {
                     const std::optional<std::string> running = row.Text("ExecutablePath");
                     found = running && EqualsNoCase(Trim(*running), Trim(path));
                     return !found;

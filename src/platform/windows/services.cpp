@@ -39,7 +39,7 @@ bool WithService(const std::string& name, const std::function<bool(SC_HANDLE)>& 
 
 std::string WindowsServices::State(const std::string& name) {
   std::string state;
-  QueryManagement("SELECT * FROM Win32_Service where name='" + name + "'", [&](Automation& row) {
+  QueryManagement("SELECT * FROM Win32_Service where name='" + name + "'", [&](Dispatch& row) {
     if (!EqualsNoCase(row.Text("name").value_or(""), name)) return true;
     state = row.Text("State").value_or("");
     return false;

@@ -4,6 +4,7 @@
 
 #include "platform/paths.h"
 #include "platform/text.h"
+#include "platform/windows/late_objects.h"
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::windows {
@@ -13,6 +14,9 @@ namespace {
 constexpr int kStarted = 33;
 
 using FolderPathCall = BOOL(WINAPI*)(LPCITEMIDLIST, LPWSTR);
+using HelpCall = HWND(WINAPI*)(HWND, LPCSTR, UINT, DWORD_PTR);
+
+HelpCall FindHelp() { return LookUp<HelpCall>("hhctrl.ocx", "HtmlHelpA"); }
 
 std::string PathOfItem(LPCITEMIDLIST item) {
   const auto wide_call =
@@ -96,6 +100,10 @@ void FillLink(Link* object, const ShellLink& link, Text&& text) {
 }  // namespace
 
 WindowsShell::~WindowsShell() {
+  // Help windows that outlive their process's own ones bring some systems down with them.
+  constexpr UINT kCloseAll = 0x12;
+  const HelpCall help = help_shown_ ? FindHelp() : nullptr;
+  if (help != nullptr) help(nullptr, nullptr, kCloseAll, 0);
   for (const auto& [id, process] : runs_) CloseHandle(process);
 }
 
@@ -223,11 +231,56 @@ bool WindowsShell::CreateLink(const ShellLink& link) {
   return saved;
 }
 
+bool WindowsShell::CreateScriptedLink(const ShellLink& link) {
+  try {
+    const LateObject script = LateObjects().Create("Wscript.Shell");
+    if (script == nullptr) return false;
+    const LateObject made = ObjectOf(script->Call("CreateShortcut", {link.link_path}));
+    if (made == nullptr) return false;
+    made->Set("TargetPath", link.target);
+    if (!link.hot_key.empty()) made->Set("HotKey", link.hot_key);
+    made->Set("Description", link.description);
+    made->Set("Windowstyle", link.window_style);
+    made->Set("IconLocation", link.target + ", " + std::to_string(link.icon_index));
+    made->Set("WorkingDirectory", link.working_folder);
+    made->Call("save");
+    return true;
+  } catch (const LateBoundError&) {
+    return false;
+  }
+}
+
+bool WindowsShell::Operate(FileOperation operation, const std::string& source,
+                           const std::string& target, int flags) {
+  // Each list of names ends with an empty one.
+  const std::string from = source + std::string(1, '\0');
+  const std::string to = target + std::string(1, '\0');
+  using WideCall = int(WINAPI*)(SHFILEOPSTRUCTW*);
+  const auto wide_call =
+      HasUnicode() ? LookUp<WideCall>("shell32.dll", "SHFileOperationW") : nullptr;
+  if (wide_call != nullptr) {
+    const std::wstring wide_from = Wide(from), wide_to = Wide(to);
+    SHFILEOPSTRUCTW request = {};
+    request.wFunc = static_cast<UINT>(operation);
+    request.pFrom = wide_from.c_str();
+    request.pTo = target.empty() ? nullptr : wide_to.c_str();
+    request.fFlags = static_cast<FILEOP_FLAGS>(flags);
+    return wide_call(&request) == 0 && request.fAnyOperationsAborted == FALSE;
+  }
+  const std::string ansi_from = Ansi(from), ansi_to = Ansi(to);
+  SHFILEOPSTRUCTA request = {};
+  request.wFunc = static_cast<UINT>(operation);
+  request.pFrom = ansi_from.c_str();
+  request.pTo = target.empty() ? nullptr : ansi_to.c_str();
+  request.fFlags = static_cast<FILEOP_FLAGS>(flags);
+  return SHFileOperationA(&request) == 0 && request.fAnyOperationsAborted == FALSE;
+}
+
 void WindowsShell::ShowHelp(const std::string& help_file, const std::string& topic) {
-  using HelpCall = HWND(WINAPI*)(HWND, LPCSTR, UINT, DWORD_PTR);
   constexpr UINT kDisplayTopic = 0;
   const std::string target = topic.empty() ? help_file : help_file + "::/" + topic;
-  if (const auto help = LookUp<HelpCall>("hhctrl.ocx", "HtmlHelpA")) {
+  if (const HelpCall help = FindHelp()) {
+    help_shown_ = true;
     help(GetDesktopWindow(), Ansi(target).c_str(), kDisplayTopic, 0);
   } else {
     Execute("Open", help_file, "", "", SW_SHOWNORMAL, nullptr);

@@ -17,6 +17,9 @@ class WindowsShell : public Shell {
               const std::string& folder, int show, RunId* run) override;
   bool IsRunning(RunId run) override;
   bool CreateLink(const ShellLink& link) override;
+  bool CreateScriptedLink(const ShellLink& link) override;
+  bool Operate(FileOperation operation, const std::string& source, const std::string& target,
+               int flags) override;
   void ShowHelp(const std::string& help_file, const std::string& topic) override;
   void PlaySoundFile(const std::string& path) override;
 
@@ -25,6 +28,7 @@ class WindowsShell : public Shell {
 
   std::map<RunId, void*> runs_;  // process handles
   RunId last_run_ = 0;
+  bool help_shown_ = false;  // in windows of this process
 };
 
 }  // namespace quorvale::windows

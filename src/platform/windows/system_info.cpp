@@ -161,9 +161,25 @@ std::string WindowsSystemInfo::TimeText(const LocalTime& time) {
 
 std::string WindowsSystemInfo::WeekdayName(int weekday) {
   // The system's day names start with Monday, ours with Sunday as 1.
-  const LCTYPE kind = LOCALE_SDAYNAME1 + static_cast<LCTYPE>((weekday + 5) % 7);
-  char text[128] = "";
-  GetLocaleInfoA(LOCALE_USER_DEFAULT, kind, text, sizeof(text));
+  return LocaleText(LOCALE_SDAYNAME1 + (weekday + 5) % 7);
+}
+
+std::string WindowsSystemInfo::LocaleText(int type) {
+  char text[99] = "";
+  GetLocaleInfoA(LOCALE_USER_DEFAULT, static_cast<LCTYPE>(type), text, sizeof(text));
+  return windows::FromAnsi(text);
+}
+
+std::string WindowsSystemInfo::SystemFolder() {
+  char path[MAX_PATH] = "";
+  GetSystemDirectoryA(path, sizeof(path));
+  return WithoutBackslash(windows::FromAnsi(path));
+}
+
+std::string WindowsSystemInfo::ErrorText(int number) {
+  char text[512] = "";
+  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                 static_cast<DWORD>(number), 0, text, sizeof(text), nullptr);
   return windows::FromAnsi(text);
 }
 

@@ -26,6 +26,9 @@ class WindowsSystemInfo : public SystemInfo {
   void Sleep(int milliseconds) override;
   std::string TimeText(const LocalTime& time) override;
   std::string WeekdayName(int weekday) override;
+  std::string LocaleText(int type) override;
+  std::string SystemFolder() override;
+  std::string ErrorText(int number) override;
   std::string ToAnsi(const std::string& utf8) override;
   std::string FromAnsi(const std::string& bytes) override;
 

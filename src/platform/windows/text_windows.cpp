@@ -73,6 +73,10 @@ class RichTextWindow : public ControlWindow {
                ParentWindow(), Place(), "");
     Prepare();
     Send(handle(), EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    RECT inside;
+    GetClientRect(handle(), &inside);
+    InflateRect(&inside, -kRoom, -kRoom / 2);
+    Send(handle(), EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inside));
     Send(handle(), EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(ToColorRef(box.back_color, kWhite)));
     ShowText();
   }
@@ -96,6 +100,7 @@ class RichTextWindow : public ControlWindow {
     shown_ = text;
   }
 
+  static constexpr int kRoom = 6;  // pixels between the border and the text
   ui::RichTextBox& box_;
   std::string shown_;
 };

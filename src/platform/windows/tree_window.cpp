@@ -18,6 +18,7 @@ namespace {
 
 constexpr UINT kCheckMessage = WM_APP + 1;  // the box of an item was clicked
 constexpr UINT kClickMessage = WM_APP + 2;  // an item was clicked
+constexpr UINT kTreeMessage = WM_APP + 3;   // the tree was clicked, wherever
 constexpr UINT_PTR kSyncTimer = 1;
 constexpr UINT kSyncDelay = 15;  // milliseconds
 constexpr int kPictureSize = 16;
@@ -47,9 +48,15 @@ class TreeWindow : public ControlWindow {
     // Told apart from the style at creation: only so do all versions make the boxes at once.
     SetWindowLongPtrA(handle(), GWL_STYLE, GetWindowLongPtrA(handle(), GWL_STYLE) | TVS_CHECKBOXES);
     Send(handle(), TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(pictures_.handle()));
+    UseOwnBoxes();
     Prepare();
     root_.filled = true;
     Sync();
+  }
+
+  ~TreeWindow() override {
+    Send(handle(), TVM_SETIMAGELIST, TVSIL_STATE, 0);
+    ImageList_Destroy(boxes_);
   }
 
   void Update(ui::Property property) override {
@@ -74,8 +81,12 @@ class TreeWindow : public ControlWindow {
       case static_cast<UINT>(TVN_SELCHANGEDA):
       case static_cast<UINT>(TVN_SELCHANGEDW): {
         const auto& change = *reinterpret_cast<const NMTREEVIEWA*>(header);
-        if (!updating_ && change.action == TVC_BYKEYBOARD) {
+        if (updating_) return 0;
+        if (change.action == TVC_BYKEYBOARD) {
           PostMessageA(handle(), kClickMessage, 0, change.itemNew.lParam);
+        } else if (change.action == TVC_UNKNOWN) {
+          // A tree that gets the keyboard for the first time selects its first item by itself.
+          if (Item* item = stale_ ? nullptr : Find(change.itemNew.lParam)) tree_.Select(item->node);
         }
         return 0;
       }
@@ -112,10 +123,18 @@ class TreeWindow : public ControlWindow {
         Sync();
         if (Item* item = Find(l)) tree_.UserClicks(item->node);
         return 0;
+      case kTreeMessage:
+        Sync();
+        tree_.Click();
+        return 0;
+      case WM_LBUTTONDOWN:
+      case WM_LBUTTONDBLCLK:
+        if (stale_) Sync();  // what is acted on must be what the model holds
+        return std::nullopt;
       case WM_KEYDOWN:
+        if (stale_) Sync();
         // The page was asked before; what is left is the plain tick.
         if (w != VK_SPACE) return std::nullopt;
-        Sync();
         if (tree_.Selected() != nullptr) {
           tree_.UserChecks(tree_.Selected(), !tree_.Selected()->Checked());
         }
@@ -129,6 +148,29 @@ class TreeWindow : public ControlWindow {
   }
 
  private:
+  // The system's boxes grow with the dots of the screen, the lines of the tree do not.
+  void UseOwnBoxes() {
+    boxes_ = ImageList_Create(kPictureSize, kPictureSize, ILC_COLOR24, 3, 0);
+    const HDC screen = GetDC(nullptr);
+    for (const UINT state : {0u, kUnchecked, kChecked}) {
+      const HDC context = CreateCompatibleDC(screen);
+      const HBITMAP bitmap = CreateCompatibleBitmap(screen, kPictureSize, kPictureSize);
+      const HGDIOBJ before = SelectObject(context, bitmap);
+      RECT area = {0, 0, kPictureSize, kPictureSize};
+      FillRect(context, &area, drawing().Brush(RGB(255, 255, 255)));
+      area = {1, 1, kPictureSize - 2, kPictureSize - 2};
+      const UINT look = DFCS_BUTTONCHECK | DFCS_FLAT | (state == kChecked ? DFCS_CHECKED : 0);
+      if (state != 0) DrawFrameControl(context, &area, DFC_BUTTON, look);
+      SelectObject(context, before);
+      ImageList_Add(boxes_, bitmap, nullptr);
+      DeleteObject(bitmap);
+      DeleteDC(context);
+    }
+    ReleaseDC(nullptr, screen);
+    ImageList_Destroy(reinterpret_cast<HIMAGELIST>(
+        Send(handle(), TVM_SETIMAGELIST, TVSIL_STATE, reinterpret_cast<LPARAM>(boxes_))));
+  }
+
   // Messages carry the number of an item: an item may be gone when they come.
   Item* Find(LPARAM number) {
     const auto found = numbered_.find(number);
@@ -142,13 +184,17 @@ class TreeWindow : public ControlWindow {
     hit.pt.y = static_cast<short>(HIWORD(position));
     ScreenToClient(handle(), &hit.pt);
     Send(handle(), TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
-    if (hit.hItem == nullptr) return 0;
+    if (hit.hItem == nullptr) {
+      PostMessageA(handle(), kTreeMessage, 0, 0);
+      return 0;
+    }
     const LPARAM number = NumberOf(hit.hItem);
     if ((hit.flags & TVHT_ONITEMSTATEICON) != 0) {
       PostMessageA(handle(), kCheckMessage, 0, number);
     } else if ((hit.flags & TVHT_ONITEM) != 0) {
       PostMessageA(handle(), kClickMessage, 0, number);
     }
+    PostMessageA(handle(), kTreeMessage, 0, 0);
     return 0;
   }
 
@@ -328,6 +374,7 @@ class TreeWindow : public ControlWindow {
 
   ui::TreeView& tree_;
   PictureList pictures_;
+  HIMAGELIST boxes_ = nullptr;
   bool stale_ = true;  // the model has changed since the window followed it
   Item root_;
   std::unordered_map<LPARAM, Item*> numbered_;

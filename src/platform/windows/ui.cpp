@@ -34,7 +34,9 @@ LRESULT CALLBACK GuardHook(int code, WPARAM message, LPARAM data) {
 }
 
 UINT BoxFlags(const ui::MessageBoxRequest& request) {
-  UINT flags = request.buttons == ui::Buttons::kYesNo ? MB_YESNO : MB_OK;
+  UINT flags = MB_OK;
+  if (request.buttons == ui::Buttons::kYesNo) flags = MB_YESNO;
+  if (request.buttons == ui::Buttons::kYesNoCancel) flags = MB_YESNOCANCEL;
   switch (request.icon) {
     case ui::Icon::kNone:
       break;
@@ -120,6 +122,9 @@ bool WindowsUi::Dispatch(MSG& message) {
 void WindowsUi::KeepFocus() {
   const HWND active = GetActiveWindow();
   if (active == nullptr || IsWindowEnabled(active) == 0) return;
+  for (FormView* view : views_) {
+    if (view->TakeAwaitedFocus()) return;
+  }
   const HWND focus = GetFocus();
   if (focus != nullptr && focus != active && IsWindowVisible(focus) != 0 &&
       IsWindowEnabled(focus) != 0) {
@@ -171,6 +176,7 @@ ui::Answer WindowsUi::MessageBox(const ui::MessageBoxRequest& request) {
           ? MessageBoxW(Owner(), Wide(request.text).c_str(), Wide(request.title).c_str(), flags)
           : MessageBoxA(Owner(), Ansi(request.text).c_str(), Ansi(request.title).c_str(), flags);
   if (request.buttons == ui::Buttons::kOk) return ui::Answer::kOk;
+  if (answer == IDCANCEL) return ui::Answer::kCancel;
   return answer == IDYES ? ui::Answer::kYes : ui::Answer::kNo;
 }
 
@@ -266,6 +272,20 @@ void WindowsUi::RunModal(ui::Form& form) {
 void WindowsUi::SetPointer(ui::Pointer pointer) {
   pointer_ = pointer;
   SetCursor(LoadCursorA(nullptr, pointer == ui::Pointer::kHourglass ? IDC_WAIT : IDC_ARROW));
+}
+
+bool WindowsUi::MouseIsOver(const ui::Control& control) {
+  const auto* view = static_cast<const FormView*>(control.form().view.get());
+  const ControlWindow* window = view != nullptr ? view->WindowOf(control) : nullptr;
+  POINT point;
+  if (window == nullptr || GetCursorPos(&point) == 0) return false;
+  return WindowFromPoint(point) == window->handle();
+}
+
+ui::TextSize WindowsUi::SizeOfText(const ui::Control& control, const std::string& text) {
+  RECT area = {0, 0, 0, 0};
+  Canvas(1, 1).Measure(text, &area, drawing_.FontOf(control));
+  return {static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
 }
 
 void WindowsUi::Quit() {

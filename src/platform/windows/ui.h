@@ -36,6 +36,9 @@ class WindowsUi : public ui::Ui {
   void Pump() override;
   void RunModal(ui::Form& form) override;
   void SetPointer(ui::Pointer pointer) override;
+  ui::Pointer CurrentPointer() const override { return pointer_; }
+  bool MouseIsOver(const ui::Control& control) override;
+  ui::TextSize SizeOfText(const ui::Control& control, const std::string& text) override;
   void Quit() override;
   void SetCapsLock(bool on) override;
   void GuardKeyboard(bool on) override;

@@ -16,6 +16,7 @@
 #include <commctrl.h>
 #include <commdlg.h>
 #include <mmsystem.h>
+#include <mstask.h>
 #include <objbase.h>
 #include <oleauto.h>
 #include <richedit.h>
@@ -28,6 +29,7 @@
 #undef DeleteFile
 #undef DrawText
 #undef GetMessage
+#undef GetTimeFormat
 #undef LoadImage
 #undef MessageBox
 #undef MoveFile

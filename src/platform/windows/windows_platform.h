@@ -13,6 +13,7 @@
 #include "platform/windows/services.h"
 #include "platform/windows/shell.h"
 #include "platform/windows/system_info.h"
+#include "platform/windows/task_scheduler.h"
 #include "platform/windows/ui.h"
 
 namespace quorvale::windows {
@@ -33,10 +34,12 @@ class WindowsPlatform {
   WindowsSystemInfo system_;
   WindowsProcesses processes_;
   WindowsServices services_;
-  WindowsFtpClient ftp_;
+  WindowsFtpClient ftp_{files_};
   WindowsDiscWriter discs_;
+  WindowsTaskScheduler scheduler_;
   WindowsUi ui_;
-  Platform platform_{registry_, files_, shell_, system_, processes_, services_, ftp_, discs_, ui_};
+  Platform platform_{registry_, files_, shell_, system_,    processes_,
+                     services_, ftp_,   discs_, scheduler_, ui_};
 };
 
 }  // namespace quorvale::windows

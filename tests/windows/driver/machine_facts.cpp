@@ -67,7 +67,7 @@ std::string ImportRegistry(FileToolkit& files, const std::string& path) {
 // Under which name the system keeps the place of a special folder.
 const std::map<std::string, std::string>& FolderNames() {
   static const std::map<std::string, std::string> names = {
-      {"5", "Personal"}, {"6", "Favorites"},      {"16", "Desktop"},
+      {"2", "Programs"}, {"5", "Personal"},       {"6", "Favorites"}, {"16", "Desktop"},
       {"26", "AppData"}, {"28", "Local AppData"}, {"33", "Cookies"}};
   return names;
 }

@@ -10,6 +10,7 @@
 
 #include "platform/file_toolkit.h"
 #include "platform/windows/files.h"
+#include "platform/windows/system_info.h"
 #include "scenario_driver.h"
 
 namespace {
@@ -45,7 +46,10 @@ int PlayScenario(const quorvale::driver::DriverOptions& options) {
     std::printf("%s cannot be read\n", options.scenario.c_str());
     return 1;
   }
-  const quorvale::Scenario scenario = quorvale::ReadScenario(*text);
+  const quorvale::Scenario scenario =
+      quorvale::ReadScenario(quorvale::WithVariables(*text, [](const std::string& name) {
+        return quorvale::windows::WindowsSystemInfo().Environment(name);
+      }));
   quorvale::driver::ScenarioDriver driver(options);
   const auto failures = driver.Play(scenario);
   for (const quorvale::ScenarioError& failure : failures) {
@@ -66,6 +70,10 @@ int PlayScenario(const quorvale::driver::DriverOptions& options) {
 int main(int count, char** words) {
   if (count == 2 && std::string(words[1]) == quorvale::driver::kStandInWord) {
     Sleep(INFINITE);
+    return 0;
+  }
+  if (quorvale::driver::IsGate()) {
+    quorvale::driver::WaitAtGate();
     return 0;
   }
   quorvale::driver::DriverOptions options;

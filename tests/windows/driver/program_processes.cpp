@@ -1,5 +1,7 @@
 #include "program_processes.h"
 
+#include <functional>
+
 #include "platform/paths.h"
 #include "platform/text.h"
 #include "platform/windows/system_info.h"
@@ -12,8 +14,11 @@ using windows::FromWide;
 using windows::Wide;
 
 constexpr char kStandInFolder[] = "C:\\stand-ins";
+constexpr char kProgramName[] = "Quorvale.exe";
+constexpr char kGate[] = "QuorvaleGate";
 
-// The command line that a process was started with, read where the system keeps it in the process.
+// The command line that a process was started with, read where the system keeps it in the process;
+// "" while the process is being made.
 std::string CommandLineOf(DWORD process) {
   using Query = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
   struct BasicFacts {
@@ -44,6 +49,8 @@ std::string CommandLineOf(DWORD process) {
     if (ReadProcessMemory(handle, place, text.data(), bytes, nullptr) == 0) text.clear();
   }
   CloseHandle(handle);
+  // The place is there before the text is in it.
+  if (text.find(L'\0') != std::wstring::npos) text.clear();
   return FromWide(text);
 }
 
@@ -70,15 +77,22 @@ std::string ParametersOf(const std::string& line) {
   return end == std::string::npos ? "" : Trim(line.substr(end + 1));
 }
 
-DWORD Launch(const std::string& file, const std::string& parameters) {
+// `before_it_runs` is called when the process is made and its file no longer needed.
+DWORD Launch(const std::string& file, const std::string& parameters,
+             const std::function<void()>& before_it_runs = nullptr) {
   std::wstring line = Wide("\"" + file + "\"" + (parameters.empty() ? "" : " " + parameters));
   const std::wstring folder = Wide(ParentFolder(file));
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION process = {};
-  if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(),
-                     &startup, &process) == 0) {
+  if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE,
+                     before_it_runs ? CREATE_SUSPENDED : 0, nullptr, folder.c_str(), &startup,
+                     &process) == 0) {
     return 0;
+  }
+  if (before_it_runs) {
+    before_it_runs();
+    ResumeThread(process.hThread);
   }
   CloseHandle(process.hThread);
   CloseHandle(process.hProcess);
@@ -89,11 +103,26 @@ DWORD Launch(const std::string& file, const std::string& parameters) {
 
 ProgramProcesses::~ProgramProcesses() {
   for (const DWORD copy : copies_) End(copy);
-  for (const DWORD copy : held_) End(copy);
+  for (const DWORD gate : gates_) End(gate);
   for (const auto& [id, image] : stand_ins_) End(id);
+  if (gate_ != nullptr) CloseHandle(gate_);
 }
 
 DWORD ProgramProcesses::Start(const std::string& command_line) {
+  PutInPlace(Place::kProgram);
+  if (gate_ != nullptr) ResetEvent(gate_);
+  const DWORD id = Launch(program_, command_line, [this] {
+    PutInPlace(refuse_restarts_ ? Place::kNothing : Place::kGate);
+  });
+  if (id != 0) {
+    copies_.insert(id);
+    seen_.insert(id);
+  }
+  return id;
+}
+
+DWORD ProgramProcesses::StartBeside(const std::string& command_line) {
+  PutInPlace(Place::kProgram);
   const DWORD id = Launch(program_, command_line);
   if (id != 0) {
     copies_.insert(id);
@@ -103,24 +132,62 @@ DWORD ProgramProcesses::Start(const std::string& command_line) {
 }
 
 DWORD ProgramProcesses::FindCopy(const std::string& command_line, DWORD other) {
+  Look();
   for (const Process& process : AllProcesses()) {
-    if (process.id == other || !EqualsNoCase(process.image, FileNameOf(program_))) continue;
-    if (ParametersOf(CommandLineOf(process.id)) != command_line) continue;
-    copies_.insert(process.id);
-    if (held_.erase(process.id) != 0) Hold(process.id, false);
-    return process.id;
+    const bool is_copy = EqualsNoCase(process.image, FileNameOf(program_));
+    if (!is_copy || process.id == other || ParametersOf(CommandLineOf(process.id)) != command_line)
+      continue;
+    if (gates_.contains(process.id)) {
+      PutInPlace(Place::kProgram);
+      SetEvent(gate_);
+    } else if (gates_.contains(process.parent)) {
+      copies_.insert(process.id);
+      return process.id;
+    }
   }
   return 0;
 }
 
-void ProgramProcesses::Hold(DWORD process, bool hold) {
-  using Call = LONG(WINAPI*)(HANDLE);
-  const auto call =
-      windows::LookUp<Call>("ntdll.dll", hold ? "NtSuspendProcess" : "NtResumeProcess");
-  const HANDLE handle = OpenProcess(PROCESS_SUSPEND_RESUME, FALSE, process);
-  if (call != nullptr && handle != nullptr) call(handle);
-  if (handle != nullptr) CloseHandle(handle);
-  if (hold) held_.insert(process);
+int ProgramProcesses::Copies() const {
+  int copies = 0;
+  for (const Process& process : AllProcesses()) {
+    const bool is_copy = EqualsNoCase(process.image, FileNameOf(program_));
+    if (is_copy && !gates_.contains(process.id)) ++copies;
+  }
+  return copies;
+}
+
+void ProgramProcesses::RefuseRestarts(bool refuse) {
+  refuse_restarts_ = refuse;
+  if (place_ != Place::kProgram) PutInPlace(refuse ? Place::kNothing : Place::kGate);
+}
+
+// A file whose program runs can be renamed, not removed.
+void ProgramProcesses::PutInPlace(Place place) {
+  if (place == place_) return;
+  const std::string folder = ParentFolder(program_);
+  const std::wstring file = Wide(program_);
+  const std::wstring aside = Wide(folder + "\\program aside");
+  if (place_ == Place::kProgram) {
+    MoveFileW(file.c_str(), aside.c_str());
+  } else if (place_ == Place::kGate) {
+    const std::string old = folder + "\\gate " + std::to_string(++gate_files_);
+    MoveFileW(file.c_str(), Wide(old).c_str());
+  }
+  if (place == Place::kProgram) MoveFileW(aside.c_str(), file.c_str());
+  if (place == Place::kGate) {
+    if (gate_ == nullptr) gate_ = CreateEventA(nullptr, TRUE, FALSE, kGate);
+    CopyFileW(Wide(windows::ProgramFile()).c_str(), file.c_str(), TRUE);
+  }
+  place_ = place;
+}
+
+bool IsGate() { return EqualsNoCase(FileNameOf(windows::ProgramFile()), kProgramName); }
+
+void WaitAtGate() {
+  const HANDLE gate = CreateEventA(nullptr, TRUE, FALSE, kGate);
+  WaitForSingleObject(gate, INFINITE);
+  Launch(windows::ProgramFile(), ParametersOf(FromWide(GetCommandLineW())));
 }
 
 bool ProgramProcesses::Runs(DWORD process) {
@@ -157,10 +224,14 @@ void ProgramProcesses::Look() {
     // A copy counts as the program's own start although its parent may have ended by now.
     const bool is_copy = EqualsNoCase(process.image, FileNameOf(program_));
     if (!is_copy && !copies_.contains(process.parent)) continue;
-    if (!seen_.insert(process.id).second) continue;
+    if (gates_.contains(process.parent)) continue;
+    // One that is just being made has no name or no line yet: the next look reads them.
+    if (seen_.contains(process.id) || process.image.empty()) continue;
+    if (is_copy) gates_.insert(process.id);
     const std::string line = CommandLineOf(process.id);
+    if (line.empty()) continue;
+    seen_.insert(process.id);
     if (is_copy) {
-      Hold(process.id, true);
       started_.push_back("runas|" + program_ + "|" + ParametersOf(line));
     } else {
       started_.push_back("run|" + line);

@@ -7,6 +7,34 @@
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::driver {
+
+// Memory of the program, for messages that name a place in it.
+class ProgramMemory {
+ public:
+  explicit ProgramMemory(HANDLE process)
+      : process_(process),
+        place_(VirtualAllocEx(process, nullptr, kSize, MEM_COMMIT, PAGE_READWRITE)) {}
+  ~ProgramMemory() {
+    if (place_ != nullptr) VirtualFreeEx(process_, place_, 0, MEM_RELEASE);
+  }
+  ProgramMemory(const ProgramMemory&) = delete;
+  ProgramMemory& operator=(const ProgramMemory&) = delete;
+
+  void Write(const void* data, size_t bytes, size_t offset = 0) {
+    WriteProcessMemory(process_, At(offset), data, bytes, nullptr);
+  }
+  void Read(void* data, size_t bytes, size_t offset = 0) const {
+    ReadProcessMemory(process_, At(offset), data, bytes, nullptr);
+  }
+  void* At(size_t offset) const { return static_cast<char*>(place_) + offset; }
+  LPARAM Pointer() const { return reinterpret_cast<LPARAM>(place_); }
+
+ private:
+  static constexpr size_t kSize = 8192;
+  HANDLE process_;
+  void* place_;
+};
+
 namespace {
 
 using windows::FromWide;
@@ -106,33 +134,6 @@ void PressKey(HWND window, WPARAM key) {
   PostMessageW(window, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
 }
 
-// Memory of the program, for messages that name a place in it.
-class ProgramMemory {
- public:
-  explicit ProgramMemory(HANDLE process)
-      : process_(process),
-        place_(VirtualAllocEx(process, nullptr, kSize, MEM_COMMIT, PAGE_READWRITE)) {}
-  ~ProgramMemory() {
-    if (place_ != nullptr) VirtualFreeEx(process_, place_, 0, MEM_RELEASE);
-  }
-  ProgramMemory(const ProgramMemory&) = delete;
-  ProgramMemory& operator=(const ProgramMemory&) = delete;
-
-  void Write(const void* data, size_t bytes, size_t offset = 0) {
-    WriteProcessMemory(process_, At(offset), data, bytes, nullptr);
-  }
-  void Read(void* data, size_t bytes, size_t offset = 0) const {
-    ReadProcessMemory(process_, At(offset), data, bytes, nullptr);
-  }
-  void* At(size_t offset) const { return static_cast<char*>(place_) + offset; }
-  LPARAM Pointer() const { return reinterpret_cast<LPARAM>(place_); }
-
- private:
-  static constexpr size_t kSize = 8192;
-  HANDLE process_;
-  void* place_;
-};
-
 BOOL CALLBACK CollectTop(HWND window, LPARAM data) {
   reinterpret_cast<std::vector<HWND>*>(data)->push_back(window);
   return TRUE;
@@ -161,12 +162,16 @@ std::string OneLine(const std::string& text) {
   return Trim(ReplaceAll(ReplaceAll(text, "\r\n", " "), "\n", " "));
 }
 
+ProgramWindows::ProgramWindows() = default;
+
 ProgramWindows::~ProgramWindows() { Watch(0); }
 
 void ProgramWindows::Watch(DWORD process) {
+  memory_.reset();
   if (process_ != nullptr) CloseHandle(process_);
   id_ = process;
   process_ = process == 0 ? nullptr : OpenProcess(PROCESS_ALL_ACCESS, FALSE, process);
+  memory_.reset(process_ == nullptr ? nullptr : new ProgramMemory(process_));
 }
 
 HWND ProgramWindows::FindForm(const std::string& form) const {
@@ -209,6 +214,8 @@ HWND ProgramWindows::Reach(const std::string& form, const std::string& control,
   return nullptr;
 }
 
+std::string ProgramWindows::ControlName(HWND window) { return NameOf(window, kControlProperty); }
+
 bool ProgramWindows::IsBold(HWND control) { return GetPropA(control, kBoldProperty) != nullptr; }
 
 std::string ProgramWindows::KeptLine(HWND window) {
@@ -236,6 +243,14 @@ std::string ProgramWindows::ShownLine(HWND control) const {
   } else if (IsClass(control, WC_TREEVIEWA)) {
     const auto item = reinterpret_cast<HTREEITEM>(Ask(control, TVM_GETNEXTITEM, TVGN_CARET));
     return item == nullptr ? "" : ItemPath(control, item);
+  } else if (IsClass(control, WC_LISTVIEWA)) {
+    std::string text;
+    for (const std::vector<std::string>& row : RowsOf(control)) {
+      std::string line;
+      for (const std::string& cell : row) line += (line.empty() ? "" : "|") + cell;
+      text += line + "\n";
+    }
+    return OneLine(text);
   }
   return OneLine(WindowText(control));
 }
@@ -254,8 +269,30 @@ std::string ProgramWindows::DoubleClick(HWND control) {
   return "";
 }
 
+// Types a time such as "09:07 AM" field by field into a picker of times.
+static std::string TypeTime(HWND picker, const std::string& text) {
+  constexpr int kInHours = 8;  // pixels from the left: in the field of hours
+  if (text.size() != 8) return "\"" + text + "\" is no time like 09:07 AM";
+  ClickAt(picker, {kInHours, Middle(picker).y});
+  for (const size_t field : {0, 3}) {
+    PostMessageW(picker, WM_CHAR, static_cast<WPARAM>(text[field]), 1);
+    PostMessageW(picker, WM_CHAR, static_cast<WPARAM>(text[field + 1]), 1);
+    PressKey(picker, VK_RIGHT);
+  }
+  PostMessageW(picker, WM_CHAR, static_cast<WPARAM>(text[6]), 1);
+  // A picker that was not painted yet knows no fields: then it is typed into again.
+  std::string shown;
+  for (int tries = 0; tries < 40; ++tries) {
+    Sleep(25);
+    shown = WindowText(picker);
+    if (shown == text) return "";
+  }
+  return "the picker shows \"" + shown + "\", not \"" + text + "\"";
+}
+
 // Clicks into the box, selects what is in it and types over it.
 std::string ProgramWindows::Type(HWND box, const std::string& text) {
+  if (IsClass(box, DATETIMEPICK_CLASSA)) return TypeTime(box, text);
   if (!IsClass(box, "Edit")) return "this is no text box";
   if ((GetWindowLongPtrW(box, GWL_STYLE) & ES_READONLY) != 0) return "it cannot be typed into";
   Click(box);
@@ -272,6 +309,7 @@ std::string ProgramWindows::Check(HWND box, bool checked) {
 }
 
 std::string ProgramWindows::Choose(HWND list, const std::string& text) const {
+  if (IsClass(list, WC_LISTVIEWA)) return ClickRow(list, text);
   const bool combo = IsClass(list, "ComboBox");
   if (!combo && !IsClass(list, "ListBox")) return "this is no list";
   const std::wstring wide = Wide(text);
@@ -290,9 +328,52 @@ std::string ProgramWindows::Choose(HWND list, const std::string& text) const {
   return "";
 }
 
+std::vector<std::vector<std::string>> ProgramWindows::RowsOf(HWND list) const {
+  constexpr size_t kTextPlace = 512;
+  constexpr int kLength = 1024;
+  const HWND header = reinterpret_cast<HWND>(Ask(list, LVM_GETHEADER));
+  const int columns = std::max(1, static_cast<int>(Ask(header, HDM_GETITEMCOUNT)));
+  const int count = static_cast<int>(Ask(list, LVM_GETITEMCOUNT));
+  ProgramMemory& memory = *memory_;
+  std::vector<std::vector<std::string>> rows;
+  for (int row = 0; row < count; ++row) {
+    std::vector<std::string>& cells = rows.emplace_back();
+    for (int column = 0; column < columns; ++column) {
+      LVITEMW item = {};
+      item.iSubItem = column;
+      item.pszText = static_cast<wchar_t*>(memory.At(kTextPlace));
+      item.cchTextMax = kLength;
+      memory.Write(&item, sizeof(item));
+      Ask(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), memory.Pointer());
+      std::wstring text(kLength, L'\0');
+      memory.Read(text.data(), kLength * sizeof(wchar_t), kTextPlace);
+      text.resize(std::wcslen(text.c_str()));
+      cells.push_back(FromWide(text));
+    }
+  }
+  return rows;
+}
+
+std::string ProgramWindows::ClickRow(HWND list, const std::string& text) const {
+  const std::vector<std::vector<std::string>> rows = RowsOf(list);
+  for (size_t row = 0; row < rows.size(); ++row) {
+    if (std::find(rows[row].begin(), rows[row].end(), text) == rows[row].end()) continue;
+    Ask(list, LVM_ENSUREVISIBLE, row, FALSE);
+    ProgramMemory& memory = *memory_;
+    RECT place = {};
+    place.left = LVIR_LABEL;
+    memory.Write(&place, sizeof(place));
+    if (Ask(list, LVM_GETITEMRECT, row, memory.Pointer()) == 0) return "the row is not to be seen";
+    memory.Read(&place, sizeof(place));
+    ClickAt(list, {place.left + 10, (place.top + place.bottom) / 2});
+    return "";
+  }
+  return "there is no row with \"" + text + "\"";
+}
+
 std::string ProgramWindows::ItemText(HWND tree, HTREEITEM item, bool* checked,
                                      bool* has_children) const {
-  ProgramMemory memory(process_);
+  ProgramMemory& memory = *memory_;
   constexpr size_t kTextPlace = 512;
   constexpr int kLength = 1024;
   TVITEMW data = {};
@@ -368,29 +449,23 @@ std::optional<TreeItem> ProgramWindows::FindItem(HWND tree, const std::string& p
 // Where a part of an item (TVHT_...) can be clicked.
 std::optional<POINT> ProgramWindows::PlaceOf(HWND tree, HTREEITEM item, UINT part) const {
   Ask(tree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(item));
-  ProgramMemory memory(process_);
+  ProgramMemory& memory = *memory_;
   RECT text = {};
   std::memcpy(&text, &item, sizeof(item));
   memory.Write(&text, sizeof(text));
   if (Ask(tree, TVM_GETITEMRECT, TRUE, memory.Pointer()) == 0) return std::nullopt;
   memory.Read(&text, sizeof(text));
   const LONG y = (text.top + text.bottom) / 2;
-  int first = -1, last = -1;
-  for (LONG x = text.left + 6; x >= 0; --x) {
+  constexpr LONG kStep = 4;  // each question takes its time, and no part is as narrow
+  for (LONG x = text.left + 6; x >= 0; x -= kStep) {
     TVHITTESTINFO hit = {};
     hit.pt = {x, y};
     memory.Write(&hit, sizeof(hit));
     Ask(tree, TVM_HITTEST, 0, memory.Pointer());
     memory.Read(&hit, sizeof(hit));
-    if (hit.hItem == item && (hit.flags & part) != 0) {
-      if (last < 0) last = x;
-      first = x;
-    } else if (last >= 0) {
-      break;
-    }
+    if (hit.hItem == item && (hit.flags & part) != 0) return POINT{x, y};
   }
-  if (last < 0) return std::nullopt;
-  return POINT{(first + last) / 2, y};
+  return std::nullopt;
 }
 
 std::string ProgramWindows::ClickBox(HWND tree, const std::string& path, bool checked) const {
@@ -452,7 +527,7 @@ bool PressButton(HWND dialog, int number) {
 
 std::string ProgramWindows::AnswerFolderDialog(HWND dialog, const std::string& path) const {
   if (path.empty()) return PressButton(dialog, IDCANCEL) ? "" : "the dialog has no Cancel";
-  ProgramMemory memory(process_);
+  ProgramMemory& memory = *memory_;
   const std::wstring wide = Wide(path);
   memory.Write(wide.c_str(), (wide.size() + 1) * sizeof(wchar_t));
   Ask(dialog, BFFM_SETSELECTIONW, TRUE, memory.Pointer());

@@ -2,6 +2,7 @@
 // of forms and controls, read, clicked and typed into. Nothing here calls into the program.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,8 +17,13 @@ struct TreeItem {
   bool checked = false;
 };
 
+class ProgramMemory;
+
 class ProgramWindows {
  public:
+  ProgramWindows();
+  ProgramWindows(const ProgramWindows&) = delete;
+  ProgramWindows& operator=(const ProgramWindows&) = delete;
   // The process whose windows are meant; 0: there is none.
   void Watch(DWORD process);
   ~ProgramWindows();
@@ -29,11 +35,14 @@ class ProgramWindows {
   HWND Reach(const std::string& form, const std::string& control, std::string* problem) const;
 
   // What a person reads off a control, as one line: its text, the selected entry, "1" or "0" of a
-  // box, the value of a bar, the path of the selected item.
+  // box, the value of a bar, the path of the selected item, the rows of a list (cells joined by
+  // "|").
   std::string ShownLine(HWND control) const;
   // The text that the system keeps of a window, without asking the program.
   static std::string KeptLine(HWND window);
   static bool IsBold(HWND control);
+  // "form.control", or "" for a window that is no control of the program's forms.
+  static std::string ControlName(HWND window);
 
   // Each answers "" or what is in the way.
   static std::string Click(HWND control);
@@ -41,6 +50,8 @@ class ProgramWindows {
   static std::string Type(HWND box, const std::string& text);
   static std::string Check(HWND box, bool checked);
   std::string Choose(HWND list, const std::string& text) const;
+  // Clicks a row of a list by the text of one of its cells.
+  std::string ClickRow(HWND list, const std::string& text) const;
   std::string ClickBox(HWND tree, const std::string& path, bool checked) const;
   std::string ClickItem(HWND tree, const std::string& path) const;
   std::optional<TreeItem> FindItem(HWND tree, const std::string& path) const;
@@ -63,10 +74,13 @@ class ProgramWindows {
   HTREEITEM FirstChild(HWND tree, HTREEITEM parent) const;
   std::string ItemText(HWND tree, HTREEITEM item, bool* checked, bool* has_children) const;
   std::string ItemPath(HWND tree, HTREEITEM item) const;
+  // The texts of a list's rows, cell by cell.
+  std::vector<std::vector<std::string>> RowsOf(HWND list) const;
   std::optional<POINT> PlaceOf(HWND tree, HTREEITEM item, UINT part) const;
 
   DWORD id_ = 0;
   HANDLE process_ = nullptr;
+  std::unique_ptr<ProgramMemory> memory_;  // null while there is no process
 };
 
 // What kind of dialog a window is.

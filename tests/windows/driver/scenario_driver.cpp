@@ -125,7 +125,8 @@ std::string ScenarioDriver::Do(const ScenarioAct& act) {
   }
   const bool computer_act = act.verb == "process" || act.verb == "service" || act.verb == "free" ||
                             act.verb == "drive" || act.verb == "share" || act.verb == "elevation" ||
-                            act.verb == "clock";
+                            act.verb == "clock" || act.verb == "environment" ||
+                            act.verb == "screen";
   return computer_act ? DoComputerAct(act) : DoPersonAct(act);
 }
 
@@ -157,7 +158,22 @@ std::string ScenarioDriver::DoComputerAct(const ScenarioAct& act) {
     GetLocalTime(&clock_set_);
     return scenario_clock_ ? "" : "\"" + act.text + "\" is no moment";
   }
-  if (act.verb == "elevation" && act.text == "accepted") return "";
+  // A refusal and a program that is not to be had look the same to the one that asks.
+  if (act.verb == "elevation" && (act.text == "accepted" || act.text == "refused")) {
+    processes_.RefuseRestarts(act.text == "refused");
+    return "";
+  }
+  if (act.verb == "environment") {
+    const std::wstring value = windows::Wide(act.text);
+    SetEnvironmentVariableW(windows::Wide(act.path).c_str(),
+                            value.empty() ? nullptr : value.c_str());
+    return "";
+  }
+  if (act.verb == "screen") {
+    const std::string size = std::to_string(GetSystemMetrics(SM_CXSCREEN)) + "x" +
+                             std::to_string(GetSystemMetrics(SM_CYSCREEN));
+    return size == act.text ? "" : Different("the screen", size, act.text);
+  }
   return CannotBe(act.source);
 }
 
@@ -184,6 +200,9 @@ std::string ScenarioDriver::DoPersonAct(const ScenarioAct& act) {
   if (act.verb == "start") {
     const std::string problem = Start(act.text);
     if (!problem.empty()) return problem;
+  } else if (act.verb == "start-beside") {
+    const std::string problem = StartBeside(act.text);
+    if (!problem.empty()) return problem;
   } else if (act.verb != "wait") {
     const std::string problem = Until(kPatience, [&] { return ActOn(act); });
     if (!problem.empty()) return problem;
@@ -209,16 +228,38 @@ std::string ScenarioDriver::Start(const std::string& command_line) {
   program_ = copy != 0 ? copy : processes_.Start(command_line);
   if (program_ == 0) return options_.program + " cannot be started";
   windows_.Watch(program_);
-  return Until(kPatience, [&]() -> std::string {
-    if (!ProgramProcesses::Runs(program_)) return "";
-    const HWND main = windows_.FindForm("FrmWelcome");
-    const bool shown = main != nullptr && IsWindowVisible(main) != 0;
-    return shown || !windows_.Dialogs().empty() ? "" : "the program shows no window";
-  });
+  return Until(kPatience, [&] { return EndedOrShown(program_); });
+}
+
+// A copy that shows itself is then the one that the person sits before.
+std::string ScenarioDriver::StartBeside(const std::string& command_line) {
+  const DWORD copy = processes_.StartBeside(command_line);
+  if (copy == 0) return options_.program + " cannot be started";
+  const std::string problem = Until(kPatience, [&] { return EndedOrShown(copy); });
+  if (!problem.empty() || !ProgramProcesses::Runs(copy)) return problem;
+  program_ = copy;
+  windows_.Watch(copy);
+  return "";
+}
+
+std::string ScenarioDriver::EndedOrShown(DWORD copy) {
+  if (!ProgramProcesses::Runs(copy)) return "";
+  ProgramWindows windows;
+  windows.Watch(copy);
+  const HWND main = windows.FindForm("FrmWelcome");
+  const bool shown = main != nullptr && IsWindowVisible(main) != 0;
+  return shown || !windows.Dialogs().empty() ? "" : "the program shows no window";
 }
 
 std::string ScenarioDriver::ActOn(const ScenarioAct& act) {
   std::string problem;
+  if (act.verb == "close") {
+    const HWND form = windows_.FindForm(act.form);
+    if (form == nullptr || IsWindowVisible(form) == 0) return "form " + act.form + " is not shown";
+    if (IsWindowEnabled(form) == 0) return "form " + act.form + " takes no input";
+    PostMessageW(form, WM_CLOSE, 0, 0);
+    return "";
+  }
   const HWND control = windows_.Reach(act.form, act.control, &problem);
   if (control == nullptr) return problem;
   if (act.verb == "click") return ProgramWindows::Click(control);
@@ -375,9 +416,7 @@ std::string ScenarioDriver::ExpectAtSomeMoment(const ScenarioAct& act) {
 
 std::string ScenarioDriver::Expect(const ScenarioAct& act) {
   if (ScenarioFiles::IsExpectation(act.verb)) return files_.Expect(act);
-  if (act.shape == ActShape::kControl || act.verb == "expect" || act.verb == "expect-contains") {
-    return ExpectControl(act);
-  }
+  if (act.shape == ActShape::kControl || IsTextExpectation(act.verb)) return ExpectControl(act);
   return act.shape == ActShape::kControlText ? ExpectNode(act) : ExpectProgram(act);
 }
 
@@ -395,10 +434,7 @@ std::string ScenarioDriver::ExpectControl(const ScenarioAct& act) {
     return ProgramWindows::IsBold(control) ? "" : name + " is not bold";
   }
   const std::string text = windows_.ShownLine(control);
-  if (act.verb == "expect-contains") {
-    return Contains(text, act.text) ? "" : Different(name, text, "..." + act.text + "...");
-  }
-  return text == act.text ? "" : Different(name, text, act.text);
+  return CompareText(act, name, text);
 }
 
 std::string ScenarioDriver::ExpectNode(const ScenarioAct& act) {
@@ -435,7 +471,20 @@ std::string ScenarioDriver::ExpectProgram(const ScenarioAct& act) {
       return Contains(line, act.text);
     });
     if (found == (act.verb == "expect-started")) return "";
-    return found ? "there was a start of " + act.text : "there was no start of " + act.text;
+    std::string all;
+    for (const std::string& line : started) all += "\n  " + line;
+    return (found ? "there was a start of " : "there was no start of ") + act.text +
+           "\n  started:" + all;
+  }
+  if (act.verb == "expect-copies") {
+    const std::string copies = std::to_string(processes_.Copies());
+    return copies == act.text ? "" : Different("the number of copies", copies, act.text);
+  }
+  if (act.verb == "expect-front" || act.verb == "expect-not-front") {
+    const HWND form = windows_.FindForm(act.form);
+    const bool front = form != nullptr && GetForegroundWindow() == form && IsIconic(form) == 0;
+    if (front == (act.verb == "expect-front")) return "";
+    return act.form + (front ? " is in front" : " is not in front");
   }
   const bool ended = program_ != 0 && !ProgramProcesses::Runs(program_);
   if (act.verb == "expect-ended") return ended ? "" : "the program still runs";

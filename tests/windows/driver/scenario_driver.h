@@ -39,6 +39,9 @@ class ScenarioDriver {
   std::string TakeDriveAway(const std::string& letter);
   std::string DoPersonAct(const ScenarioAct& act);
   std::string Start(const std::string& command_line);
+  std::string StartBeside(const std::string& command_line);
+  // "" if a copy of the program has ended or shows a window.
+  static std::string EndedOrShown(DWORD copy);
   std::string ActOn(const ScenarioAct& act);
   std::string Expect(const ScenarioAct& act);
   std::string ExpectAtSomeMoment(const ScenarioAct& act);

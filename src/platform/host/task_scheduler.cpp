@@ -1,0 +1,249 @@
+#include "platform/host/task_scheduler.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+#include "platform/host/host_file.h"
+#include "platform/host/ini_text.h"
+#include "platform/text.h"
+
+namespace quorvale::host {
+namespace {
+
+constexpr const char* kDayWords[] = {"SU", "MO", "TU", "WE", "TH", "FR", "SA"};
+
+std::string MomentText(const LocalTime& time) {
+  char text[64];
+  std::snprintf(text, sizeof(text), "%04d-%02d-%02d %02d:%02d:%02d", time.year, time.month,
+                time.day, time.hour, time.minute, time.second);
+  return text;
+}
+
+const char* TypeWord(TaskTriggerType type) {
+  if (type == TaskTriggerType::kDaily) return "daily";
+  return type == TaskTriggerType::kWeekly ? "weekly" : "once";
+}
+
+std::optional<TaskTriggerType> TypeOf(const std::string& word) {
+  for (const TaskTriggerType type :
+       {TaskTriggerType::kOnce, TaskTriggerType::kDaily, TaskTriggerType::kWeekly}) {
+    if (word == TypeWord(type)) return type;
+  }
+  return std::nullopt;
+}
+
+std::string DaysText(std::uint16_t days) {
+  std::string text;
+  for (int i = 0; i < 7; ++i) {
+    if ((days >> i & 1) != 0) text += (text.empty() ? "" : " ") + std::string(kDayWords[i]);
+  }
+  return text;
+}
+
+bool ParseDays(const std::string& text, std::uint16_t* days) {
+  for (const std::string& word : Split(text, " ")) {
+    if (word.empty()) continue;
+    const auto* found = std::find(std::begin(kDayWords), std::end(kDayWords), word);
+    if (found == std::end(kDayWords)) return false;
+    *days = static_cast<std::uint16_t>(*days | 1 << (found - std::begin(kDayWords)));
+  }
+  return *days != 0;
+}
+
+std::string TriggerLine(const TaskTrigger& trigger) {
+  std::string line = std::string(TypeWord(trigger.type)) + ", " + MomentText(trigger.begin) + ", " +
+                     std::to_string(trigger.interval);
+  if (trigger.type == TaskTriggerType::kWeekly) line += ", " + DaysText(trigger.days);
+  return line;
+}
+
+std::optional<TaskTrigger> ParseTrigger(const std::string& text) {
+  std::vector<std::string> parts = Split(text, ",");
+  for (std::string& part : parts) part = Stripped(part);
+  const std::optional<TaskTriggerType> type = TypeOf(parts[0]);
+  if (!type) return std::nullopt;
+  const bool weekly = *type == TaskTriggerType::kWeekly;
+  if (parts.size() != (weekly ? 4u : 3u)) return std::nullopt;
+  const std::optional<LocalTime> begin = ParseLocalTime(parts[1]);
+  TaskTrigger trigger;
+  if (!begin || !ParseNumber(parts[2], &trigger.interval) || trigger.interval < 1 ||
+      trigger.interval > 9999 || (weekly && !ParseDays(parts[3], &trigger.days))) {
+    return std::nullopt;
+  }
+  trigger.type = *type;
+  trigger.begin = *begin;
+  return trigger;
+}
+
+// Takes one line of a job. The answer is "" or what is wrong with it.
+std::string TakeLine(const std::string& name, const std::string& value, ScheduledTask* task) {
+  const std::pair<const char*, std::string*> texts[] = {{"application", &task->application},
+                                                        {"parameters", &task->parameters},
+                                                        {"comment", &task->comment},
+                                                        {"account", &task->account},
+                                                        {"creator", &task->creator}};
+  for (const auto& [known, text] : texts) {
+    if (name != known) continue;
+    *text = value;
+    return "";
+  }
+  if (name == "flags") {
+    return ParseNumber(value, &task->flags) ? "" : "\"" + value + "\" is no number of flags";
+  }
+  if (name == "last_run") {
+    task->last_run = ParseLocalTime(value);
+    return task->last_run ? ""
+                          : "\"" + value + "\" is no moment; one looks like 2026-11-14 22:05:09";
+  }
+  if (name != "trigger") return "a job has no \"" + name + "\"";
+  const std::optional<TaskTrigger> trigger = ParseTrigger(value);
+  if (!trigger) {
+    return "\"" + value +
+           "\" is no trigger; one looks like daily, 2026-11-14 22:05:00, 1 or weekly, 2026-11-14 "
+           "22:05:00, 1, MO FR";
+  }
+  task->triggers.push_back(*trigger);
+  return "";
+}
+
+std::string TaskLines(const ScheduledTask& task) {
+  std::string text = "[" + task.name + "]\n";
+  const auto line = [&text](const char* name, const std::string& value) {
+    text += std::string(name) + " = " + value + "\n";
+  };
+  line("application", task.application);
+  line("parameters", task.parameters);
+  line("comment", task.comment);
+  line("flags", std::to_string(task.flags));
+  line("account", task.account);
+  line("creator", task.creator);
+  for (const TaskTrigger& trigger : task.triggers) line("trigger", TriggerLine(trigger));
+  if (task.last_run) line("last_run", MomentText(*task.last_run));
+  return text;
+}
+
+bool IsOneLine(const std::string& text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](char c) { return static_cast<unsigned char>(c) < ' '; });
+}
+
+// A job's name is that of a file, as in the scheduler that this one stands for.
+bool IsTaskName(const std::string& name) {
+  return !name.empty() && name == Stripped(name) && IsOneLine(name) && IsUtf8(name) &&
+         name.find_first_of("\\/:*?\"<>|") == std::string::npos;
+}
+
+auto FindTask(std::vector<ScheduledTask>& tasks, const std::string& name) {
+  return std::find_if(tasks.begin(), tasks.end(),
+                      [&name](const ScheduledTask& task) { return EqualsNoCase(task.name, name); });
+}
+
+std::uint32_t StatusOf(const ScheduledTask& task) {
+  if ((task.flags & kTaskDisabled) != 0) return kTaskIsDisabled;
+  if (task.triggers.empty()) return kTaskNotScheduled;
+  return task.last_run ? kTaskReady : kTaskHasNotRun;
+}
+
+}  // namespace
+
+HostTaskScheduler::HostTaskScheduler(std::string machine_folder, SystemInfo& system)
+    : file_(std::move(machine_folder) + "/tasks.ini"), system_(system) {}
+
+bool HostTaskScheduler::Check(MachineError* error) const { return ReadAll(error).has_value(); }
+
+std::optional<std::vector<ScheduledTask>> HostTaskScheduler::ReadAll(MachineError* error) const {
+  std::vector<ScheduledTask> tasks;
+  struct stat info {};
+  if (stat(file_.c_str(), &info) != 0) return tasks;
+  std::optional<std::string> text = ReadHostFile(file_);
+  if (!text) {
+    *error = {file_, 0, "the file cannot be read"};
+    return std::nullopt;
+  }
+  if (text->starts_with("\xEF\xBB\xBF")) text->erase(0, 3);
+  int number = 0;
+  const auto fail = [&](const std::string& message) {
+    *error = {file_, number, message};
+    return std::nullopt;
+  };
+  for (const std::string& raw : Split(*text, "\n")) {
+    ++number;
+    if (!IsUtf8(raw)) return fail("the line is not UTF-8 text");
+    const std::string line = Stripped(raw);
+    if (line.empty() || line[0] == ';' || line[0] == '#') continue;
+    if (line[0] == '[') {
+      const std::string name = line.back() == ']' ? Stripped(line.substr(1, line.size() - 2)) : "";
+      if (!IsTaskName(name)) return fail("\"" + line + "\" names no job");
+      if (FindTask(tasks, name) != tasks.end()) return fail("job \"" + name + "\" stands twice");
+      tasks.emplace_back().name = name;
+      continue;
+    }
+    const std::size_t equals = line.find('=');
+    if (equals == std::string::npos) return fail("the line has no \"=\"");
+    if (tasks.empty()) return fail("the line stands before the first job");
+    const std::string problem = TakeLine(FoldCase(Stripped(line.substr(0, equals))),
+                                         Stripped(line.substr(equals + 1)), &tasks.back());
+    if (!problem.empty()) return fail(problem);
+  }
+  return tasks;
+}
+
+bool HostTaskScheduler::WriteAll(const std::vector<ScheduledTask>& tasks) const {
+  std::string text;
+  for (const ScheduledTask& task : tasks) text += (text.empty() ? "" : "\n") + TaskLines(task);
+  std::string reason;
+  return ReplaceHostFile(file_, text, &reason);
+}
+
+std::vector<std::string> HostTaskScheduler::Names() {
+  MachineError error;
+  std::vector<std::string> names;
+  for (const ScheduledTask& task : ReadAll(&error).value_or(std::vector<ScheduledTask>())) {
+    names.push_back(task.name);
+  }
+  return names;
+}
+
+std::optional<ScheduledTask> HostTaskScheduler::Read(const std::string& name) {
+  MachineError error;
+  std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
+  if (!tasks || unreadable_.count(name) != 0) return std::nullopt;
+  const auto found = FindTask(*tasks, name);
+  if (found == tasks->end()) return std::nullopt;
+  ScheduledTask task = *found;
+  for (TaskTrigger& trigger : task.triggers) trigger.text = TriggerText(trigger);
+  const bool disabled = (task.flags & kTaskDisabled) != 0;
+  if (!disabled) task.next_run = NextRunOf(task.triggers, system_.Now());
+  task.status_text = TaskStatusText(StatusOf(task));
+  return task;
+}
+
+bool HostTaskScheduler::Create(const ScheduledTask& task) {
+  MachineError error;
+  std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
+  if (refusing_ || !tasks || !IsTaskName(task.name)) return false;
+  if (FindTask(*tasks, task.name) != tasks->end()) return false;
+  for (const std::string* text :
+       {&task.application, &task.parameters, &task.comment, &task.account}) {
+    if (!IsOneLine(*text)) return false;
+  }
+  tasks->push_back(task);
+  tasks->back().creator = system_.UserName();
+  tasks->back().last_run.reset();
+  return WriteAll(*tasks);
+}
+
+bool HostTaskScheduler::Delete(const std::string& name) {
+  MachineError error;
+  std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
+  if (refusing_ || !tasks) return false;
+  const auto found = FindTask(*tasks, name);
+  if (found == tasks->end()) return false;
+  tasks->erase(found);
+  return WriteAll(*tasks);
+}
+
+}  // namespace quorvale::host
