@@ -20,6 +20,7 @@ namespace quorvale {
 namespace {
 
 constexpr int kKeySpace = 32;
+constexpr std::uint64_t kPumpInterval = 100;  // milliseconds
 constexpr char kHelpTopic[] = "qvlBackup.htm";
 
 constexpr char kAddFoldersImage[] = "aa1";
@@ -491,8 +492,17 @@ bool FrmTwo::savedetails() {
 }
 
 double FrmTwo::sizeCount() {
+  // Many files take their time: the window repaints meanwhile, but nothing can be pressed.
+  FrmWelcome& main = app_.Get<FrmWelcome>();
+  const bool was_enabled = main.Enabled();
+  std::uint64_t last_pump = app_.platform().system.Ticks();
   double total = 0;
   for (const std::string& untrimmed : app_.session().gBackupItemKeys) {
+    if (app_.platform().system.Ticks() - last_pump >= kPumpInterval) {
+      main.SetEnabled(false);
+      app_.Pump();
+      last_pump = app_.platform().system.Ticks();
+    }
     const std::string key = Trim(untrimmed);
     if (key.size() < 2 || key[1] != ':') continue;
     if (HasThreeLetterExtension(key)) {
@@ -502,6 +512,7 @@ double FrmTwo::sizeCount() {
       total += IsDriveRoot(key) ? OnlyDriveSize(key) : app_.files().FolderSize(key);
     }
   }
+  if (main.Enabled() != was_enabled) main.SetEnabled(was_enabled);
   app_.session().gSelectedFolderBytes = total;
   return total;
 }
@@ -607,7 +618,7 @@ bool FrmTwo::CheckSpace(const std::string& path) {
     session.gDriveInfoFailed = false;
     return false;
   }
-  const double needed = sizeCount();
+  const double needed = session.gSelectedFolderBytes;  // as savedetails() has just found it
   if (session.gFreeBytes / 1024 < needed / 1024) {
     app_.Inform(
         "There is not sufficient space on disk. Please customize backup items or change backup "

@@ -40,9 +40,11 @@ prepare_base() {
 }
 
 # Plays a scenario, machine after machine; the last of them is $folder/prefix<$number>. FORMER is a
-# folder with the drives of a computer that was before the first one.
+# folder with the drives of a computer that was before the first one. It has a display of its own:
+# two plays on one display would pull each other's pointer away.
 play() { # NAME [FORMER]
-  local name=$1 former=${2:-} file first=0 status like user size
+  local name=$1 former=${2:-} file first=0 status=1 like user size
+  local virtual_display_pid="" DISPLAY=${DISPLAY:-}
   file=$(scenario_file "$name") || return 1
   folder=$work/$name
   number=1
@@ -50,24 +52,21 @@ play() { # NAME [FORMER]
   mkdir -p "$folder"
   output=$folder/output
   size=$(sed -n 's/^screen \([0-9x]*\)$/\1/p' "$file")
+  virtual_display_start "${size:-1280x1024}x24" || return 1
   while :; do
     # The machine's line, from the one where this part of the scenario starts.
     read -r like user < <(sed -n "$((first > 0 ? first : 1)),\$s/^machine //p" "$file" | head -1)
     user=${user:-Anna}
     prefix=$folder/prefix$number
-    "$lay_machine" "$folder/machine$number" "$like" "$user" "$number" || return 1
+    "$lay_machine" "$folder/machine$number" "$like" "$user" "$number" || break
     lay_computer "$work/base" "$prefix" "$folder/machine$number" "$program"
     local -a words=(--program "$installed_program"
       --scenario "$(windows_path "$file")" --machine "$(windows_path "$folder/machine$number")"
       --first "$first")
     [ -n "$former" ] && words+=(--former "$(windows_path "$former")")
     (
-      [ -z "$size" ] || virtual_display_start "${size}x24" || exit 1
       wine_use_prefix "$prefix"
       timeout -k 5 "$limit" "$(wine_command)" "$driver" "${words[@]}" < /dev/null
-      played=$?
-      [ -z "$size" ] || virtual_display_end
-      exit $played
     ) > "$output" 2>&1
     status=$?
     [ $status = 10 ] || break
@@ -86,6 +85,7 @@ play() { # NAME [FORMER]
     status=$?
   fi
   WINEPREFIX=$prefix wineserver -k > /dev/null 2>&1
+  virtual_display_end
   return $status
 }
 

@@ -142,6 +142,7 @@ class ListView : public Control {
       : Control(form, std::move(name), ControlKind::kListView),
         selected(*this, Property::kSelection, -1) {}
   std::vector<std::string> columns;
+  std::vector<int> column_percents;  // of the list's width, one for each column; empty: all alike
   const std::vector<Row>& rows() const { return rows_; }
   void AddRow(Row row);
   void Clear();
@@ -187,6 +188,7 @@ class RichTextBox : public Control {
   RichTextBox(Form& form, std::string name)
       : Control(form, std::move(name), ControlKind::kRichTextBox), text(*this, Property::kText) {}
   Observed<std::string> text;  // lines end in CR LF; read-only for the user
+  bool wraps = true;           // false: long lines stay whole, and a bar leads to their ends
 };
 
 class DatePicker : public Control {

@@ -164,13 +164,16 @@ class ListViewWindow : public TableWindow {
   }
 
  private:
+  int ColumnWidth(int index) const {
+    const int room = static_cast<const ui::Bounds&>(list_.bounds).width - kScrollBar;
+    if (list_.column_percents.empty()) return room / static_cast<int>(list_.columns.size());
+    return room * list_.column_percents[static_cast<size_t>(index)] / 100;
+  }
   void ShowItems() {
     updating_ = true;
     while (columns() < static_cast<int>(list_.columns.size())) {
-      const int width = static_cast<const ui::Bounds&>(list_.bounds).width;
       const int index = columns();
-      AddColumn(index, list_.columns[static_cast<size_t>(index)],
-                (width - kScrollBar) / static_cast<int>(list_.columns.size()));
+      AddColumn(index, list_.columns[static_cast<size_t>(index)], ColumnWidth(index));
     }
     const int count = static_cast<int>(list_.rows().size());
     if (shown_ > count || count == 0) {

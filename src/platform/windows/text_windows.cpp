@@ -69,7 +69,8 @@ class RichTextWindow : public ControlWindow {
  public:
   RichTextWindow(FormView& view, ui::RichTextBox& box) : ControlWindow(view, box), box_(box) {
     MakeSystem(RichTextClass(), WS_EX_CLIENTEDGE,
-               BaseStyle() | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL,
+               BaseStyle() | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL |
+                   (box.wraps ? 0 : WS_HSCROLL | ES_AUTOHSCROLL),
                ParentWindow(), Place(), "");
     Prepare();
     Send(handle(), EM_EXLIMITTEXT, 0, 0x7FFFFFFE);

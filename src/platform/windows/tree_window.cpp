@@ -21,6 +21,7 @@ constexpr UINT kClickMessage = WM_APP + 2;  // an item was clicked
 constexpr UINT kTreeMessage = WM_APP + 3;   // the tree was clicked, wherever
 constexpr UINT_PTR kSyncTimer = 1;
 constexpr UINT kSyncDelay = 15;  // milliseconds
+constexpr size_t kManyItems = 500;
 constexpr int kPictureSize = 16;
 constexpr UINT kUnchecked = 1;  // places in the list of check box pictures
 constexpr UINT kChecked = 2;
@@ -127,6 +128,15 @@ class TreeWindow : public ControlWindow {
         Sync();
         tree_.Click();
         return 0;
+      case WM_PAINT:
+        if (looks_wait_ && !stale_ && !updating_) ShowLooksInView();
+        return std::nullopt;
+      case TVM_GETITEMA:
+      case TVM_GETITEMW:
+        if (looks_wait_ && !stale_ && !updating_) {
+          ShowLookAsked(*reinterpret_cast<const TVITEMA*>(l));
+        }
+        return std::nullopt;
       case WM_LBUTTONDOWN:
       case WM_LBUTTONDBLCLK:
         if (stale_) Sync();  // what is acted on must be what the model holds
@@ -216,7 +226,7 @@ class TreeWindow : public ControlWindow {
     Sync();
     if ((item = Find(number)) == nullptr) return;
     item->checked = !item->node->Checked();  // which way the box shows is not known: write it
-    SyncItem(*item);
+    SyncItem(*item, true);
   }
 
   void OnExpanded(LPARAM number, bool expanded) {
@@ -261,26 +271,35 @@ class TreeWindow : public ControlWindow {
       parent.children.pop_back();
     }
     for (size_t i = same; i < nodes.size(); ++i) Insert(parent, *nodes[i], handle_of);
-    for (const auto& item : parent.children) SyncItem(*item);
+    // To change an item takes some systems half a millisecond: of many, only those in view are.
+    const bool at_once = parent.children.size() <= kManyItems;
+    if (!at_once) looks_wait_ = true;
+    for (const auto& item : parent.children) SyncItem(*item, at_once);
   }
 
+  // The item is made with all that its node says, and as the last of its parent: some systems walk
+  // through all items of the tree for each message that names one of them.
   void Insert(Item& parent, ui::TreeNode& node, HTREEITEM handle_of) {
     auto item = std::make_unique<Item>();
     item->node = &node;
     item->text = node.Text();
+    item->number = ++last_number_;
     std::wstring wide = Wide(item->text);
     std::string ansi = Ansi(item->text);
     TVINSERTSTRUCTA insert = {};
     insert.hParent = handle_of;
-    insert.hInsertAfter = parent.children.empty() ? TVI_FIRST : parent.children.back()->handle;
-    insert.item.mask = TVIF_TEXT | TVIF_PARAM | TVIF_STATE | TVIF_IMAGE | TVIF_SELECTEDIMAGE;
+    insert.hInsertAfter = TVI_LAST;
+    TakeLook(*item, &insert.item);
+    insert.item.mask |=
+        TVIF_TEXT | TVIF_PARAM | TVIF_STATE | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_CHILDREN;
     insert.item.pszText = HasUnicode() ? reinterpret_cast<char*>(wide.data()) : ansi.data();
-    item->number = ++last_number_;
     insert.item.lParam = item->number;
     insert.item.stateMask = TVIS_STATEIMAGEMASK;
-    insert.item.state = INDEXTOSTATEIMAGEMASK(kUnchecked);
-    insert.item.iImage = I_IMAGENONE;
-    insert.item.iSelectedImage = I_IMAGENONE;
+    insert.item.state = INDEXTOSTATEIMAGEMASK(item->checked ? kChecked : kUnchecked);
+    if (item->image.empty()) insert.item.iImage = I_IMAGENONE;
+    if (item->image.empty() && item->selected_image.empty()) {
+      insert.item.iSelectedImage = I_IMAGENONE;
+    }
     item->handle =
         reinterpret_cast<HTREEITEM>(Send(handle(), HasUnicode() ? TVM_INSERTITEMW : TVM_INSERTITEMA,
                                          0, reinterpret_cast<LPARAM>(&insert)));
@@ -288,35 +307,60 @@ class TreeWindow : public ControlWindow {
     parent.children.push_back(std::move(item));
   }
 
-  // Makes an item show what its node says.
-  void SyncItem(Item& item) {
+  // Puts into `data` what an item does not show of its node yet.
+  void TakeLook(Item& item, TVITEMA* data) {
     const ui::TreeNode& node = *item.node;
-    TVITEMA data = {};
-    data.hItem = item.handle;
     if (item.checked != node.Checked()) {
       item.checked = node.Checked();
-      data.mask |= TVIF_STATE;
-      data.stateMask = TVIS_STATEIMAGEMASK;
-      data.state = INDEXTOSTATEIMAGEMASK(item.checked ? kChecked : kUnchecked);
+      data->mask |= TVIF_STATE;
+      data->stateMask = TVIS_STATEIMAGEMASK;
+      data->state = INDEXTOSTATEIMAGEMASK(item.checked ? kChecked : kUnchecked);
     }
     if (item.image != node.image || item.selected_image != node.selected_image) {
       item.image = node.image;
       item.selected_image = node.selected_image;
-      data.mask |= TVIF_IMAGE | TVIF_SELECTEDIMAGE;
-      data.iImage = PictureOf(item.image);
-      data.iSelectedImage =
-          item.selected_image.empty() ? data.iImage : PictureOf(item.selected_image);
+      data->mask |= TVIF_IMAGE | TVIF_SELECTEDIMAGE;
+      data->iImage = PictureOf(item.image);
+      data->iSelectedImage =
+          item.selected_image.empty() ? data->iImage : PictureOf(item.selected_image);
     }
     const bool has_children = node.Children() > 0;
     if (item.has_children != has_children) {
       item.has_children = has_children;
-      data.mask |= TVIF_CHILDREN;
-      data.cChildren = has_children ? 1 : 0;
+      data->mask |= TVIF_CHILDREN;
+      data->cChildren = has_children ? 1 : 0;
     }
-    if (data.mask != 0) {
-      data.mask |= TVIF_HANDLE;
-      Send(handle(), TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&data));
+  }
+
+  // Makes an item show what its node says of itself.
+  void ShowLook(Item& item) {
+    TVITEMA data = {};
+    data.hItem = item.handle;
+    TakeLook(item, &data);
+    if (data.mask == 0) return;
+    data.mask |= TVIF_HANDLE;
+    Send(handle(), TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&data));
+  }
+
+  // The items on the screen, before they are painted.
+  void ShowLooksInView() {
+    LRESULT count = Send(handle(), TVM_GETVISIBLECOUNT) + 1;  // the last is seen in part
+    LPARAM seen = Send(handle(), TVM_GETNEXTITEM, TVGN_FIRSTVISIBLE);
+    for (; seen != 0 && count > 0; --count) {
+      if (Item* item = Find(NumberOf(reinterpret_cast<HTREEITEM>(seen)))) ShowLook(*item);
+      seen = Send(handle(), TVM_GETNEXTITEM, TVGN_NEXTVISIBLE, seen);
     }
+  }
+
+  // The item that somebody asks about.
+  void ShowLookAsked(const TVITEMA& asked) {
+    if ((asked.mask & (TVIF_STATE | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_CHILDREN)) == 0) return;
+    if (Item* item = Find(NumberOf(asked.hItem))) ShowLook(*item);
+  }
+
+  void SyncItem(Item& item, bool at_once) {
+    const ui::TreeNode& node = *item.node;
+    if (at_once) ShowLook(item);
     if (item.filled || node.Expanded()) {
       item.filled = true;
       SyncChildren(item, node.ChildNodes(), item.handle);
@@ -338,7 +382,9 @@ class TreeWindow : public ControlWindow {
     item.filled = true;
     const bool before = updating_;
     updating_ = true;
+    if (!before) Send(handle(), WM_SETREDRAW, FALSE);
     SyncChildren(item, item.node->ChildNodes(), item.handle);
+    if (!before) Send(handle(), WM_SETREDRAW, TRUE);
     updating_ = before;
   }
 
@@ -375,7 +421,8 @@ class TreeWindow : public ControlWindow {
   ui::TreeView& tree_;
   PictureList pictures_;
   HIMAGELIST boxes_ = nullptr;
-  bool stale_ = true;  // the model has changed since the window followed it
+  bool stale_ = true;        // the model has changed since the window followed it
+  bool looks_wait_ = false;  // items out of view may not show yet what their nodes say
   Item root_;
   std::unordered_map<LPARAM, Item*> numbered_;
   LPARAM last_number_ = 0;

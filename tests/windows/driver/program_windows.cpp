@@ -478,13 +478,31 @@ std::string ProgramWindows::ClickBox(HWND tree, const std::string& path, bool ch
   return "";
 }
 
+// A tree that is about to show a new item moves the others away under the pointer; a person who hit
+// the wrong one would see that and click again.
 std::string ProgramWindows::ClickItem(HWND tree, const std::string& path) const {
-  const std::optional<TreeItem> item = FindItem(tree, path);
-  if (!item) return "there is no node \"" + path + "\"";
-  const std::optional<POINT> place = PlaceOf(tree, item->handle, TVHT_ONITEMLABEL);
-  if (!place) return "the node \"" + path + "\" cannot be reached";
-  ClickAt(tree, *place);
-  return "";
+  constexpr int kClicks = 5;
+  for (int clicks = 0; clicks < kClicks; ++clicks) {
+    const std::optional<TreeItem> item = FindItem(tree, path);
+    if (!item) return "there is no node \"" + path + "\"";
+    const std::optional<POINT> place = PlaceOf(tree, item->handle, TVHT_ONITEMLABEL);
+    if (!place) return "the node \"" + path + "\" cannot be reached";
+    ClickAt(tree, *place);
+    if (BecomesSelected(tree, path)) return "";
+  }
+  return "the node \"" + path + "\" is not selected by clicks";
+}
+
+bool ProgramWindows::BecomesSelected(HWND tree, const std::string& path) const {
+  constexpr DWORD kPatience = 5000;  // milliseconds
+  const DWORD start = GetTickCount();
+  while (GetTickCount() - start < kPatience) {
+    if (!Dialogs().empty()) return true;  // what the click led to
+    const auto selected = reinterpret_cast<HTREEITEM>(Ask(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    if (selected != nullptr && ItemPath(tree, selected) == path) return true;
+    Sleep(10);
+  }
+  return false;
 }
 
 std::vector<HWND> ProgramWindows::Dialogs() const {

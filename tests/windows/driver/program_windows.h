@@ -74,6 +74,8 @@ class ProgramWindows {
   HTREEITEM FirstChild(HWND tree, HTREEITEM parent) const;
   std::string ItemText(HWND tree, HTREEITEM item, bool* checked, bool* has_children) const;
   std::string ItemPath(HWND tree, HTREEITEM item) const;
+  // Whether a click on the item has shown its effect, within some seconds.
+  bool BecomesSelected(HWND tree, const std::string& path) const;
   // The texts of a list's rows, cell by cell.
   std::vector<std::vector<std::string>> RowsOf(HWND list) const;
   std::optional<POINT> PlaceOf(HWND tree, HTREEITEM item, UINT part) const;

@@ -11,6 +11,7 @@
 //   wait-enabled FORM.CONTROL [SECONDS]
 //   click FORM.CONTROL             also: set (TEXT), check (0|1), choose (TEXT), tick (PATH),
 //                                  untick (PATH), select (PATH)
+//   ticked FORM.CONTROL PATH       prints 1 if the node's box is ticked, 0 if not
 //   point FORM.CONTROL             moves the pointer there; hold: also presses the button
 //   release                        lets go of it
 //   keys WORD...                   keys as from a keyboard: "tab", "shift+tab", "alt+n", "down",
@@ -29,6 +30,7 @@
 //                                  title and closes it
 //   click-for-box FORM.CONTROL     clicks it and prints after how many milliseconds a box stood
 //   front                          brings the main window to the front, as Alt+Tab would
+//   close FORM                     closes the form's window
 //   shut-explorer                  closes the windows of the file manager
 //   shuts                          closes the main window and waits for the program's end
 //
@@ -191,6 +193,7 @@ class Probe {
     if (act == "stays-alive") return StaysAlive(SecondsAt(words, 0));
     if (act == "help") return Help();
     if (act == "shuts") return Shut();
+    if (act == "close") return Close(WordAt(words, 0));
     if (act == "front") return ToFront();
     if (act == "shut-explorer") return ShutExplorer();
     if (act == "release") return Button(MOUSEEVENTF_LEFTUP);
@@ -311,9 +314,8 @@ class Probe {
     for (size_t i = 2; i < words.size(); ++i) {
       if (!SendChord(words[i])) return "there is no key " + words[i];
     }
-    const bool shown = Until(2 * kPatience, [&] {
-      return Seen(control) && windows_.ShownLine(control).starts_with(text);
-    });
+    const bool shown = Until(
+        kPatience, [&] { return Seen(control) && windows_.ShownLine(control).starts_with(text); });
     if (!shown) return "in vain; it shows " + windows_.ShownLine(control);
     return Print(std::to_string(GetTickCount() - start));
   }
@@ -429,6 +431,13 @@ class Probe {
                : "the program does not end";
   }
 
+  std::string Close(const std::string& form) const {
+    const HWND window = windows_.FindForm(form);
+    if (!Seen(window)) return "there is no " + form;
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    return Until(kPatience, [&] { return !Seen(window); }) ? "" : "it stays";
+  }
+
   static std::string Button(DWORD what) {
     INPUT input = {};
     input.type = INPUT_MOUSE;
@@ -471,6 +480,10 @@ class Probe {
     if (act == "check") return ProgramWindows::Check(window, text == "1");
     if (act == "choose") return windows_.Choose(window, text);
     if (act == "tick" || act == "untick" || act == "select") return ActOnNode(act, window, text);
+    if (act == "ticked") {
+      const auto item = windows_.FindItem(window, text);
+      return item ? Print(item->checked ? "1" : "0") : "there is no such node";
+    }
     if (act == "point") return PointAt(window);
     if (act == "click-for-box") return ClickForBox(window);
     if (act == "hold") {
