@@ -5,10 +5,15 @@
 #   tools/shots.sh [FOLDER]     (build/shots)
 #
 # Every page is reached as a person reaches it and is taken twice: FOLDER/96 and FOLDER/120 hold
-# the pictures at 96 and at 120 dots per inch. QUORVALE_SHOTS_DPI names another list, and
-# QUORVALE_SHOTS_SCREEN another size of the screen than 1024x768.
+# the pictures at 96 and at 120 dots per inch. QUORVALE_SHOTS_DPI names another list,
+# QUORVALE_SHOTS_SCREEN another size of the screen than 1024x768, and QUORVALE_SHOTS_PAGES some of
+# the groups of pages (home backup quick restore upload schedule other; restore needs backup).
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# The upload finds its server in the environment.
+if [ -z "${FTP_ODD_PORT-}" ]; then
+  exec tests/support/ftp_servers/with_ftp_servers.py odd tools/shots.sh "$@"
+fi
 . tools/wine.sh
 . tests/windows/computer.sh
 folder=${1:-build/shots}
@@ -17,6 +22,7 @@ console=${QUORVALE_CONSOLE:-build/host-release/src/app/quorvale}
 program=$programs/src/app/Quorvale.exe
 window_probe=$programs/tests/windows/driver/window_probe.exe
 screen=${QUORVALE_SHOTS_SCREEN:-1024x768}
+groups=${QUORVALE_SHOTS_PAGES:-home backup quick restore upload schedule other}
 work=$(mktemp -d)
 
 finish() {
@@ -72,6 +78,7 @@ backup_pages() {
   act set frmThree.txtpwd2 secret
   shot backup_options
   act check frmThree.chkSplit 0
+  act check frmThree.chklogdetails 1
   next_page frmThree FrmBackupMedia
   shot backup_media
   act check FrmBackupMedia.ChkFTP 1
@@ -89,6 +96,32 @@ backup_pages() {
   act wait-gone frmFinish
   act shut-explorer
   shot home_after_backup
+}
+
+# To a server that takes the beginning of the file and then nothing more.
+upload_pages() {
+  act click FrmWelcome.cmdWC_TakeBackup
+  act wait frmOne
+  act set frmOne.txtBackupname "My mail elsewhere"
+  next_page frmOne FrmTwo
+  act tick FrmTwo.tvwMain 'Other Files\My Documents'
+  next_page FrmTwo frmThree
+  next_page frmThree FrmBackupMedia
+  act check FrmBackupMedia.ChkFTP 1
+  act set FrmBackupMedia.TxtHostname 127.0.0.1
+  act set FrmBackupMedia.TxtPort "$FTP_ODD_PORT"
+  act set FrmBackupMedia.TxtUserName stall
+  act set FrmBackupMedia.TxtPassword secret
+  act set FrmBackupMedia.TxtRemoteDir upload
+  next_page FrmBackupMedia frmfour
+  act click frmfour.cmdNext
+  act wait-shown FrmProcess.lblStatus 150
+  shot upload_run 1
+  act close FrmProcess
+  act box 120 > "$work/said"
+  act answer OK
+  act wait-gone frmFinish
+  act shut-explorer
 }
 
 quick_pages() {
@@ -128,6 +161,31 @@ restore_pages() {
   act wait-gone frmRFinish
 }
 
+schedule_pages() {
+  act click 'FrmWelcome.lblQuicklinks(2)'
+  act wait frmSchedule
+  shot schedule
+  next_page frmSchedule frmSchedTwo
+  shot schedule_none
+  act click frmSchedTwo.cmdBack
+  act wait frmSchedule
+  act set frmSchedule.txtSchedName "Nightly mail"
+  act choose frmSchedule.cmbCommandLine "Automatic Backup"
+  act set frmSchedule.DTPTime "09:07 AM"
+  act check frmSchedule.ChkM 1
+  act check frmSchedule.ChkF 1
+  shot schedule_filled
+  act click frmSchedule.Command6
+  act box > "$work/said"
+  shot schedule_created
+  act answer OK
+  next_page frmSchedule frmSchedTwo
+  shot schedule_list
+  act click FrmWelcome.CmdWC_Home
+  act wait-gone frmSchedTwo
+  shot home_next_schedule
+}
+
 other_pages() {
   act click 'FrmWelcome.lblQuicklinks(1)'
   act wait frmSettings
@@ -149,9 +207,7 @@ other_pages() {
   act wait-gone frmAbout
 }
 
-home_page() {
-  act wait FrmWelcome
-  act wait-enabled FrmWelcome.cmdWC_TakeBackup
+home_pages() {
   shot home 1
   act point FrmWelcome.cmdWC_Restore
   shot home_hover
@@ -183,11 +239,10 @@ take_pictures() { # DPI
   "$(wine_command)" reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d "$screen" /f > /dev/null 2>&1
   wine_end
   act start "$(windows_path "$work/machine")" "$installed_program"
-  home_page
-  backup_pages
-  quick_pages
-  restore_pages
-  other_pages
+  act wait FrmWelcome
+  act wait-enabled FrmWelcome.cmdWC_TakeBackup
+  local group
+  for group in $groups; do "${group}_pages"; done
   act shuts
   wine_end
 }

@@ -81,11 +81,11 @@ frmLogs::frmLogs(Application& app)
   lblLogPath.bounds = {12, 22, 90, kLineHeight};
   txtLog.bounds = {106, 22, 442, kLineHeight};
   txtLog.read_only = true;
-  File1.bounds = {12, 52, 180, 198};
-  RichTextBox1.bounds = {200, 52, 348, 198};
+  File1.bounds = {12, 52, 250, 198};
+  RichTextBox1.bounds = {270, 52, 278, 198};
   cmdDelete.bounds = {12, 260, 84, 26};
   cmdRefresh.bounds = {104, 260, 84, 26};
-  Command2.bounds = {200, 260, 100, 26};
+  Command2.bounds = {270, 260, 100, 26};
   int tab = 1;
   for (ui::Control* control : std::initializer_list<ui::Control*>{
            &lblLogPath, &txtLog, &File1, &RichTextBox1, &cmdDelete, &cmdRefresh, &Command2}) {

@@ -40,6 +40,7 @@ std::string LogStamp(const LocalTime& time) {
 
 frmRfour::frmRfour(Application& app)
     : ui::Form(app.ui(), kName), app_(app), archive_(app.platform().files, app.platform().system) {
+  RichTextBox1.wraps = false;  // a rule is longer than a line of the box
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
@@ -58,7 +59,7 @@ void frmRfour::Arrange() {
   lblReview.bounds = ContentRow(0);
   lblHint.bounds = ContentRow(1);
   lblChange.bounds = ContentRow(2);
-  RichTextBox1.bounds = ContentRow(3, kContentLeft, kContentWidth, 7 * kRowHeight);
+  RichTextBox1.bounds = ContentRow(3, kContentLeft, kContentWidth, 7 * kRowHeight - 5);
   optRestore.bounds = ContentRow(10);
   optDefault.bounds = ContentRow(11);
   RichTextBox1.tab_index = 0;

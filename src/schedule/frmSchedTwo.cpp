@@ -17,6 +17,7 @@ constexpr char kRowKey[] = "Key";
 
 frmSchedTwo::frmSchedTwo(Application& app) : ui::Form(app.ui(), kName), app_(app) {
   ListView1.columns = {"Name", "Details"};
+  ListView1.column_percents = {28, 72};  // when a job runs is a long line
   LayOut();
   WireEvents();
 }
@@ -24,18 +25,21 @@ frmSchedTwo::frmSchedTwo(Application& app) : ui::Form(app.ui(), kName), app_(app
 void frmSchedTwo::LayOut() {
   using namespace page_layout;
   constexpr int kWideButton = 120;
-  constexpr int kListHeight = 100;
-  constexpr int kTextTop = kContentTop + kListHeight + 32;
+  constexpr int kListHeight = 88;
+  constexpr int kGap = 6;
+  constexpr int kDeleteTop = kContentTop + kListHeight + kGap;
+  constexpr int kTextTop = kDeleteTop + kButtonHeight + kGap;
   constexpr int kFrameHeight = 52;
   constexpr int kFrameTop = kContentBottom - kFrameHeight;
   PlaceHeader(&PicHeader, &lblHeader);
   ListView1.bounds = {kContentLeft, kContentTop, kContentWidth, kListHeight};
-  cmdDelete.bounds = {kContentLeft, kContentTop + kListHeight + 3, kButtonWidth, kButtonHeight};
-  cmdRefresh.bounds = {kContentRight - 60, kContentTop + kListHeight + 6, 60, 20};
+  cmdDelete.bounds = {kContentLeft, kDeleteTop, kButtonWidth, kButtonHeight};
+  cmdRefresh.bounds = {kContentRight - 60, kDeleteTop + 3, 60, 20};
   cmdRefresh.is_link = true;
+  cmdRefresh.alignment = ui::Alignment::kRight;
   cmdRefresh.fore_color = kHeadingColor;
   cmdRefresh.tooltip = "Read the list of schedules again";
-  Text1.bounds = {kContentLeft, kTextTop, kContentWidth, kFrameTop - 6 - kTextTop};
+  Text1.bounds = {kContentLeft, kTextTop, kContentWidth, kFrameTop - kGap - kTextTop};
 
   // Places in the frame.
   frameTest.bounds = {kContentLeft, kFrameTop, kContentWidth, kFrameHeight};

@@ -47,7 +47,8 @@ void frmSchedule::LayOut() {
   using namespace page_layout;
   constexpr int kLabelWidth = 150;
   constexpr int kFieldLeft = kContentLeft + kLabelWidth + 10;
-  constexpr int kDayWidth = kContentWidth / 7;
+  // Of Monday to Sunday: so that the gaps behind the names are alike.
+  constexpr int kDayWidths[] = {78, 80, 96, 84, 68, 82, 72};
   constexpr int kWideButton = 120;
   PlaceHeader(&PicHeader, &lblHeader);
   lblHeading.bounds = ContentRow(0);
@@ -63,13 +64,16 @@ void frmSchedule::LayOut() {
   txttime.visible = false;
   chkDaily.bounds = ContentRow(7, kContentLeft, kLabelWidth);
   int left = kContentLeft;
-  for (ui::CheckBox* box : DayBoxes()) {
-    box->bounds = ContentRow(8, left, kDayWidth);
-    left += kDayWidth;
+  const std::array<ui::CheckBox*, 7> boxes = DayBoxes();
+  for (size_t i = 0; i < boxes.size(); ++i) {
+    boxes[i]->bounds = ContentRow(8, left, kDayWidths[i]);
+    left += kDayWidths[i];
   }
   Command6.bounds = ContentRow(10, kContentLeft, kWideButton, kButtonHeight);
-  cmdRefresh.bounds = ContentRow(10, kContentRight - 84, 20, 20);
-  Label32.bounds = ContentRow(10, kContentRight - 60, 60);
+  // In the middle of the button's height.
+  const int refresh_top = Command6.bounds.get().top + 3;
+  cmdRefresh.bounds = {kContentRight - 68, refresh_top, 20, 20};
+  Label32.bounds = {kContentRight - 44, refresh_top, 44, 20};
   Label32.is_link = true;
   Label32.fore_color = kHeadingColor;
   for (ui::Control* control : std::initializer_list<ui::Control*>{&cmdRefresh, &Label32}) {

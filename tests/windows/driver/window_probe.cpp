@@ -449,7 +449,18 @@ class Probe {
   static std::string PointAt(HWND window) {
     RECT place = {};
     GetWindowRect(window, &place);
-    SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+    const int x = (place.left + place.right) / 2;
+    const int y = (place.top + place.bottom) / 2;
+    SetCursorPos(x, y);
+    // A pointer that was only put somewhere has not moved for the window below it.
+    for (const LONG step : {1, -1}) {
+      INPUT input = {};
+      input.type = INPUT_MOUSE;
+      input.mi.dx = step;
+      input.mi.dwFlags = MOUSEEVENTF_MOVE;
+      SendInput(1, &input, sizeof(input));
+      Sleep(kPause);
+    }
     return "";
   }
 
