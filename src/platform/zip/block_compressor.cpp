@@ -33,14 +33,9 @@ Bytes StoredPiece(const Bytes& data) {
   return piece;
 }
 
-// The library's steps are not those of other tools: with its fifth, data becomes as short as with
-// their usual sixth, and sooner than with its own sixth.
-int LibraryLevel(int level) { return level == 6 ? 5 : level; }
-
 }  // namespace
 
-BlockCompressor::BlockCompressor(int level)
-    : compressor_(libdeflate_alloc_compressor(LibraryLevel(level))) {}
+BlockCompressor::BlockCompressor(int level) : compressor_(libdeflate_alloc_compressor(level)) {}
 
 BlockCompressor::~BlockCompressor() {
   if (compressor_ != nullptr) libdeflate_free_compressor(compressor_);

@@ -15,7 +15,7 @@ namespace quorvale::zip {
 // One is used by one thread at a time.
 class BlockCompressor {
  public:
-  // `level` from 1 to 9, as zip tools count them.
+  // `level` from 1 to 9.
   explicit BlockCompressor(int level);
   ~BlockCompressor();
   BlockCompressor(const BlockCompressor&) = delete;
