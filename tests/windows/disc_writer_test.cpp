@@ -405,7 +405,7 @@ TEST(SystemDiscObjects, WineHasNone) {
   const ComponentLibrary library;
   WindowsDiscWriter discs;
   EXPECT_EQ(MakeSystemObject("No.Such.Object"), nullptr);
-  if (discs.Initialise()) GTEST_SKIP() << "this system can write discs";
+  EXPECT_FALSE(discs.Initialise());
   EXPECT_TRUE(discs.Drives().empty());
   EXPECT_FALSE(discs.Open(0));
 }

@@ -7,7 +7,6 @@
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::windows {
-namespace {
 
 LocalTime FromSystemTime(const SYSTEMTIME& time) {
   LocalTime local;
@@ -20,6 +19,8 @@ LocalTime FromSystemTime(const SYSTEMTIME& time) {
   local.weekday = time.wDayOfWeek + 1;
   return local;
 }
+
+namespace {
 
 // The text behind the program's own name, which is in quotes if it holds a blank.
 std::string Arguments(const std::string& line) {

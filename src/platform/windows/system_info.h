@@ -2,8 +2,12 @@
 #pragma once
 
 #include "platform/system_info.h"
+#include "platform/windows/windows_headers.h"
 
 namespace quorvale::windows {
+
+// A moment as the system tells it.
+LocalTime FromSystemTime(const SYSTEMTIME& time);
 
 // The full path of the running program's file.
 std::string ProgramFile();

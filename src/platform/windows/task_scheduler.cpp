@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/text.h"
+#include "platform/windows/system_info.h"
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::windows {
@@ -67,15 +68,7 @@ std::string TextOf(const Object& object, HRESULT (STDMETHODCALLTYPE Interface::*
 std::optional<LocalTime> MomentOf(HRESULT result, const SYSTEMTIME& time) {
   // "Has not run" and the like are successes without a moment.
   if (FAILED(result) || time.wYear == 0) return std::nullopt;
-  LocalTime moment;
-  moment.year = time.wYear;
-  moment.month = time.wMonth;
-  moment.day = time.wDay;
-  moment.hour = time.wHour;
-  moment.minute = time.wMinute;
-  moment.second = time.wSecond;
-  moment.weekday = time.wDayOfWeek + 1;
-  return moment;
+  return FromSystemTime(time);
 }
 
 TaskTriggerType TypeOf(TASK_TRIGGER_TYPE type) {
