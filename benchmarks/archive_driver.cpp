@@ -20,12 +20,12 @@
 #include <string>
 #include <vector>
 
+#include "archive/archive.h"
+#include "archive/block_compressor.h"
 #include "platform/host/code_page.h"
 #include "platform/host/files.h"
 #include "platform/host/machine_folder.h"
 #include "platform/host/system_info.h"
-#include "platform/zip/archive.h"
-#include "platform/zip/block_compressor.h"
 
 namespace {
 

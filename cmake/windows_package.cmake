@@ -40,7 +40,7 @@ foreach(picture setup_side setup_header)
 endforeach()
 
 # The name by which the setup program sees that Quorvale is running; it stands in the program.
-file(STRINGS ${CMAKE_SOURCE_DIR}/src/core/run_modes.h mutex_line REGEX "kInstanceMutex\\[\\] =")
+file(STRINGS ${CMAKE_SOURCE_DIR}/src/core/main/run_modes.h mutex_line REGEX "kInstanceMutex\\[\\] =")
 string(REGEX MATCH "\"(.*)\"" mutex_text "${mutex_line}")
 set(instance_mutex "${CMAKE_MATCH_1}")
 if(NOT instance_mutex)

@@ -19,7 +19,7 @@ configure_file(${CMAKE_SOURCE_DIR}/resources/quorvale.rc.in
 set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/quorvale.rc PROPERTIES
                             OBJECT_DEPENDS ${art_folder}/art.rc)
 
-add_executable(Quorvale WIN32 windows_main.cpp ${CMAKE_CURRENT_BINARY_DIR}/quorvale.rc
+add_executable(Quorvale WIN32 desktop/windows_main.cpp ${CMAKE_CURRENT_BINARY_DIR}/quorvale.rc
                               ${art_folder}/art.rc)
 set_source_files_properties(${art_folder}/art.rc PROPERTIES HEADER_FILE_ONLY ON)
 target_include_directories(Quorvale PRIVATE ${CMAKE_SOURCE_DIR}/resources ${art_folder})

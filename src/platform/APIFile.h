@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "base/run_time_error.h"
 #include "platform/file_toolkit.h"
-#include "platform/run_time_error.h"
 #include "platform/shell.h"
 
 namespace quorvale {

@@ -1,6 +1,6 @@
 #include "platform/GetInfomation.h"
 
-#include "platform/paths.h"
+#include "base/paths.h"
 
 namespace quorvale {
 

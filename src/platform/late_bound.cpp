@@ -1,6 +1,6 @@
 #include "platform/late_bound.h"
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace quorvale {
 

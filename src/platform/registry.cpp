@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace quorvale {
 namespace {

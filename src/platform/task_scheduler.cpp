@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "platform/dates.h"
+#include "base/dates.h"
 
 namespace quorvale {
 namespace {

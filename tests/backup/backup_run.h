@@ -5,16 +5,16 @@
 #include <string>
 #include <vector>
 
-#include "backup/FrmBackupMedia.h"
-#include "backup/frmFinish.h"
-#include "backup/frmOne.h"
-#include "backup/frmThree.h"
-#include "backup/frmfour.h"
-#include "core/FrmWelcome.h"
-#include "core/frmSettings.h"
-#include "discovery/FrmTwo.h"
+#include "archive/archive.h"
+#include "backup/pages/FrmBackupMedia.h"
+#include "backup/pages/frmFinish.h"
+#include "backup/pages/frmOne.h"
+#include "backup/pages/frmThree.h"
+#include "backup/pages/frmfour.h"
+#include "core/main/FrmWelcome.h"
+#include "core/main/frmSettings.h"
+#include "discovery/pages/FrmTwo.h"
 #include "platform/host/host_platform.h"
-#include "platform/zip/archive.h"
 #include "support/test_machine.h"
 
 namespace quorvale::backup_test {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "backup/settings_file.h"
+#include "backup/format/settings_file.h"
 #include "backup_run.h"
-#include "platform/paths.h"
-#include "platform/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 
 namespace quorvale::backup_test {
 

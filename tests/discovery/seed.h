@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "discovery/FrmTwo.h"
+#include "discovery/pages/FrmTwo.h"
 #include "support/test_machine.h"
 
 namespace quorvale::discovery_test {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "core/FrmWelcome.h"
-#include "platform/text.h"
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
 
 namespace quorvale::discovery_test {
 namespace {

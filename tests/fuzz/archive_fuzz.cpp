@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text.h"
-#include "platform/zip/archive.h"
+#include "archive/archive.h"
+#include "base/text.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/text.h"
 #include "platform/registry_text.h"
-#include "platform/text.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "backup/archive_layout.h"
-#include "backup/settings_file.h"
+#include "backup/format/archive_layout.h"
+#include "backup/format/settings_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/dates.h"
+#include "base/dates.h"
 
 namespace quorvale {
 namespace {

@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
-#include "core/FrmWelcome.h"
-#include "core/ModGlobal.h"
-#include "core/frmSettings.h"
-#include "platform/paths.h"
-#include "platform/text.h"
-#include "restore/frmRFinish.h"
-#include "restore/frmROne.h"
-#include "restore/frmRTwo.h"
-#include "restore/frmRfour.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
+#include "core/main/frmSettings.h"
+#include "core/program/ModGlobal.h"
+#include "restore/pages/frmRFinish.h"
+#include "restore/pages/frmROne.h"
+#include "restore/pages/frmRTwo.h"
+#include "restore/pages/frmRfour.h"
 #include "support/test_machine.h"
 
 namespace quorvale::restore_test {

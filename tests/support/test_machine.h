@@ -19,10 +19,10 @@
 #include <string>
 #include <vector>
 
-#include "core/application.h"
+#include "core/pages/application.h"
 #include "platform/platform.h"
 #include "platform/ui/controls.h"
-#include "platform/ui/headless_ui.h"
+#include "platform/ui/headless/headless_ui.h"
 #include "platform/ui/tree_view.h"
 
 namespace quorvale {

@@ -4,12 +4,12 @@
 #include <atomic>
 #include <filesystem>
 
-#include "app/computer.h"
-#include "app/new_machine.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/host/host_platform.h"
-#include "platform/paths.h"
 #include "platform/registry_text.h"
-#include "platform/text.h"
+#include "play/computer.h"
+#include "play/new_machine.h"
 #include "support/test_machine.h"
 
 namespace quorvale {

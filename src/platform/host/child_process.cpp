@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace quorvale::host {
 namespace {

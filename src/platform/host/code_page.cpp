@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/text.h"
 #include "platform/host/child_process.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -12,8 +12,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/text.h"
 #include "platform/host/host_file.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

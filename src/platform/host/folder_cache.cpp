@@ -6,9 +6,9 @@
 
 #include <cstdlib>
 
+#include "base/text.h"
 #include "platform/host/host_file.h"
 #include "platform/host/sort_name.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

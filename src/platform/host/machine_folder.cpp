@@ -4,9 +4,9 @@
 
 #include <set>
 
+#include "base/text.h"
 #include "platform/host/host_file.h"
 #include "platform/host/ini_text.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/text.h"
 #include "platform/processes.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 

@@ -8,9 +8,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/text.h"
 #include "platform/host/host_file.h"
 #include "platform/host/sort_name.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -1,6 +1,6 @@
 #include "platform/host/services.h"
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -1,9 +1,9 @@
 #include "platform/host/shell.h"
 
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/file_toolkit.h"
-#include "platform/paths.h"
 #include "platform/registry_text.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -6,8 +6,8 @@
 #include <system_error>
 #include <thread>
 
+#include "base/text.h"
 #include "platform/host/files.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/text.h"
 #include "platform/host/host_file.h"
 #include "platform/host/ini_text.h"
-#include "platform/text.h"
 
 namespace quorvale::host {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/zip/worker_pool.h"
+#include "archive/worker_pool.h"
 
 #include <sched.h>
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/ui/ui.h"
 
 namespace quorvale::ui {

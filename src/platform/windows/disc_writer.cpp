@@ -2,7 +2,7 @@
 
 #include <process.h>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/automation.h"
 #include "platform/windows/disc_burn.h"
 #include "platform/windows/text_calls.h"

@@ -1,7 +1,7 @@
 #include "platform/windows/processes.h"
 
-#include "platform/paths.h"
-#include "platform/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/windows/automation.h"
 #include "platform/windows/system_info.h"
 #include "platform/windows/text_calls.h"

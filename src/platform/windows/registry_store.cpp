@@ -1,6 +1,6 @@
 #include "platform/windows/registry_store.h"
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::windows {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/paths.h"
-#include "platform/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/windows/late_objects.h"
 #include "platform/windows/text_calls.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/paths.h"
+#include "base/paths.h"
 #include "platform/windows/processes.h"
 #include "platform/windows/text_calls.h"
 

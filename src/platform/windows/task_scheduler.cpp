@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/system_info.h"
 #include "platform/windows/text_calls.h"
 

@@ -1,5 +1,5 @@
 // Text boxes and the read-only text of many lines.
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/control_window.h"
 #include "platform/windows/form_view.h"
 #include "platform/windows/text_calls.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/paths.h"
-#include "platform/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/windows/form_view.h"
 #include "platform/windows/keyboard.h"
 #include "platform/windows/text_calls.h"

@@ -1,5 +1,5 @@
 // Progress bars and the picker of a time of day.
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/control_window.h"
 #include "platform/windows/form_view.h"
 

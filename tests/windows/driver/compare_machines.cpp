@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/round_trip.h"
-#include "app/scenario_machine.h"
+#include "play/round_trip.h"
+#include "play/scenario_machine.h"
 
 namespace {
 

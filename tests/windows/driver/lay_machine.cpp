@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/scenario_machine.h"
+#include "play/scenario_machine.h"
 
 int main(int count, char** words) {
   if (count < 4) {

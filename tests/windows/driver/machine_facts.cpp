@@ -1,10 +1,10 @@
 // The facts of a machine folder, given to the system that runs here.
 #include <map>
 
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/file_toolkit.h"
-#include "platform/paths.h"
 #include "platform/registry_text.h"
-#include "platform/text.h"
 #include "platform/windows/files.h"
 #include "platform/windows/text_calls.h"
 #include "scenario_driver.h"

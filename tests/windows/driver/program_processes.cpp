@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "platform/paths.h"
-#include "platform/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/windows/system_info.h"
 #include "platform/windows/text_calls.h"
 

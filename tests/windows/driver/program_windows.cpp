@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::driver {

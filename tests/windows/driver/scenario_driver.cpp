@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/file_toolkit.h"
-#include "platform/paths.h"
-#include "platform/text.h"
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::driver {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "app/scenario.h"
-#include "app/scenario_files.h"
 #include "platform/windows/windows_platform.h"
+#include "play/scenario.h"
+#include "play/scenario_files.h"
 #include "program_processes.h"
 #include "program_windows.h"
 

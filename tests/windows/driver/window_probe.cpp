@@ -43,8 +43,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/paths.h"
-#include "platform/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "platform/windows/processes.h"
 #include "platform/windows/text_calls.h"
 #include "program_windows.h"

@@ -1,0 +1,83 @@
+// Makes an archive: reads ahead, has the blocks compressed side by side, writes them in order, and
+// reads the result back before it takes its name.
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "archive/archive.h"
+#include "archive/archive_output.h"
+#include "archive/block_compressor.h"
+#include "archive/classic_cipher.h"
+#include "archive/operation_monitor.h"
+#include "archive/worker_pool.h"
+#include "archive/zip_format.h"
+#include "platform/files.h"
+#include "platform/system_info.h"
+
+namespace quorvale::zip {
+
+class ZipOperation {
+ public:
+  ZipOperation(Archive& archive, Files& files, SystemInfo& system, OperationMonitor& monitor);
+  ~ZipOperation();
+
+  Result Run();
+
+ private:
+  struct Source;
+  struct Member;
+  struct Block;
+  class ReadBack;
+
+  std::vector<Source> FindSources();
+  bool PassesAttributes(const FileInfo& info) const;
+  // These return false when the operation is to end: after an abort, or when status_ tells why.
+  bool AddSource(const Source& source);
+  bool AddFolder(Source source, const std::string& name);
+  bool AddFile(const Source& source, const std::string& name);
+  bool AddLargeFile(std::shared_ptr<Member> member, InputFile& file, std::uint64_t size);
+  bool AddSmallFile(std::shared_ptr<Member> member, InputFile& file, std::size_t size);
+  std::shared_ptr<Member> NewMember(const Source& source, const std::string& name);
+
+  // Gives a block to the workers; writes the oldest ones while too much waits.
+  bool Enqueue(std::shared_ptr<Block> block);
+  bool WriteOldest();
+  bool WriteAll();
+  bool Write(Block& block);
+  bool WriteWhole(Block& block);
+  bool WritePiece(Block& block);
+  bool BeginMember(Member& member);
+  bool EndMember(Member& member);
+  bool DropMember(Member& member);
+  bool WriteDirectory();
+  bool Check(FileStatus status);
+
+  void Compress(Block& block, int worker);
+  std::string NewCipherHeader();
+  std::vector<std::string> Passwords() const { return {archive_.password}; }
+  // Compares what stands on the disk with what was meant to.
+  bool ReadsBack();
+  Result FailureResult() const;
+
+  Archive& archive_;
+  Files& files_;
+  SystemInfo& system_;
+  OperationMonitor& monitor_;
+  std::unique_ptr<WorkerPool> pool_;
+  std::vector<std::unique_ptr<BlockCompressor>> compressors_;  // one for each worker
+  std::atomic<bool> cancelled_{false};  // blocks that still wait are not compressed any more
+  ArchiveOutput output_;
+  bool replaces_ = false;  // an archive of this name is there
+  FileStatus status_ = FileStatus::kOk;
+  std::deque<std::shared_ptr<Block>> waiting_;
+  std::uint64_t waiting_bytes_ = 0;
+  std::vector<Record> records_;  // of the stored members, in order
+  std::string noise_;
+  std::uint64_t noise_count_ = 0;
+};
+
+}  // namespace quorvale::zip

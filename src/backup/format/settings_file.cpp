@@ -1,0 +1,268 @@
+#include "backup/format/settings_file.h"
+
+#include <array>
+
+#include "backup/format/settings_items.h"
+#include "backup/pages/frmOne.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "core/program/ModGlobal.h"
+#include "discovery/pages/FrmTwo.h"
+
+namespace quorvale {
+namespace {
+
+using namespace settings_items;
+
+// What stands for the key of an Outlook store without a file of its own.
+constexpr char kExchangeMails[] = "Exchange Mails";
+
+class Lines {
+ public:
+  void Add(const std::string& line) {
+    text_ += line;
+    text_ += "\r\n";
+  }
+  void Element(const std::string& name, const std::string& text) {
+    Add("<" + name + ">" + text + "</" + name + ">");
+  }
+  const std::string& text() const { return text_; }
+
+ private:
+  std::string text_;
+};
+
+void WriteAnsi(Application& app, const std::string& path, const Lines& lines) {
+  app.files().WriteWhole(path, app.platform().system.ToAnsi(lines.text()));
+}
+
+std::string ItemKey(const Session& session, size_t index) {
+  return index < session.gBackupItemKeys.size() ? session.gBackupItemKeys[index] : "";
+}
+
+void AddHead(Application& app, Lines* lines) {
+  const Session& session = app.session();
+  lines->Add("<?xml version='1.0'?>");
+  lines->Add("<BackupSettings>");
+  lines->Add("<Main Process='" + session.gBackupProcessName + "'>");
+  lines->Element("ProcessDesc", session.gBackupProcessDesc);
+  lines->Element("DateTime", DateStamp(app.platform().system.Now()));
+  lines->Element("BackupFolder", session.gBackupFolder);
+  lines->Add("<ItemsForBackup>");
+}
+
+void AddTail(Lines* lines) {
+  lines->Add("</Main>");
+  lines->Add("</BackupSettings>");
+}
+
+enum class EmptyKey { kNamed, kKept };
+
+// One pair of lines for each element whose text the item's path holds.
+template <size_t N>
+void AddItems(const Session& session, const std::array<ItemElement, N>& elements,
+              EmptyKey empty_key, Lines* lines) {
+  for (size_t i = 0; i < session.gBackupItemPaths.size(); ++i) {
+    const std::string& path = session.gBackupItemPaths[i];
+    for (const ItemElement& element : elements) {
+      if (!Contains(path, element.substring)) continue;
+      std::string key = ItemKey(session, i);
+      if (key.empty() && empty_key == EmptyKey::kNamed && element.substring == kOutlook.substring) {
+        key = kExchangeMails;
+      }
+      lines->Add("<" + std::string(element.element) + " Key='" + key + kAttributeEnd + path);
+      lines->Add("</" + std::string(element.element) + ">");
+    }
+  }
+}
+
+void AddAdvancedSettings(const Session& session, Lines* lines) {
+  lines->Add("<AdvancedSettings>");
+  lines->Element("LogDetails", session.gLogDetails);
+  lines->Element("UseCompression", session.gUseCompression);
+  // Two elements are named after what they once held: these are the level and the password.
+  lines->Element("SelfExtractingBackup", session.gCompressionLevel);
+  lines->Element("VerifyArchive", session.gArchivePassword);
+  lines->Element("ProtectWithPassword", session.gProtectWithPassword);
+  lines->Element("BackupSettingsFiles", session.gBackupFileName);
+  lines->Add("</AdvancedSettings>");
+}
+
+std::string JobKind(Application& app) {
+  return app.Get<frmOne>().OptCustBackup.value ? "Custom" : "Quick";
+}
+
+std::string JobName(Application& app) { return app.Get<frmOne>().txtBackupname.text; }
+
+// False if an old hand-over file stays.
+bool RemoveOld(Application& app, const std::string& path) {
+  if (app.files().FileExists(path)) app.platform().files.RemoveFile(path, true);
+  return !app.files().FileExists(path);
+}
+
+void AddElement(Lines* lines, const std::string& name, const std::string& text) {
+  lines->Add("<" + name + ">");
+  lines->Add(text);
+  lines->Add("</" + name + ">");
+}
+
+void AddLoggedItem(const std::string& path, const std::string& key, const std::string& closing,
+                   Lines* lines) {
+  if (Contains(path, kOutlook.substring)) {
+    lines->Add(key.empty() ? "<Exchange Mails >" + path + closing + path : "<" + key + closing);
+    lines->Add("</MO>");
+  }
+  if (Contains(path, kOutlookExpress.substring)) {
+    AddElement(lines, "Outlook Express", "<" + path);
+  }
+  if (Contains(path, kInternetExplorer.substring)) {
+    AddElement(lines, "Internet Explorer", "<" + path);
+  }
+  if (Contains(path, kOtherFiles.substring)) AddElement(lines, "Other Files", path);
+  if (Contains(path, kAddedFolders.substring)) AddElement(lines, "Add Other Folders", key);
+  if (Contains(path, kAddedFiles.substring)) AddElement(lines, "Add More Files", key);
+}
+
+std::string LogMoment(Application& app) {
+  SystemInfo& system = app.platform().system;
+  const LocalTime now = system.Now();
+  return system.WeekdayName(now.weekday) + "_" + std::to_string(now.month) + "/" +
+         std::to_string(now.day) + "/" + std::to_string(now.year) + "_" + system.TimeText(now);
+}
+
+// The log up to its option block; `closing` ends the line of an Outlook item.
+Lines LogLines(Application& app, const std::string& closing) {
+  const Session& session = app.session();
+  Lines lines;
+  lines.Add("<?xml version='1.0'?>");
+  lines.Add("<BackupSettings>");
+  lines.Add("<Main Process: " + session.gBackupProcessName + ">");
+  lines.Element("Process Description", session.gBackupProcessDesc);
+  lines.Element("DateTime", LogMoment(app));
+  lines.Element("Backup Folder", session.gBackupFolder);
+  lines.Add("");
+  lines.Add("<ItemsForBackup>");
+  lines.Add("");
+  for (size_t i = 0; i < session.gBackupItemPaths.size(); ++i) {
+    AddLoggedItem(session.gBackupItemPaths[i], ItemKey(session, i), closing, &lines);
+  }
+  lines.Add("</ItemsForBackup>");
+  lines.Add("<Advanced Settings>");
+  lines.Element("Use Compression", session.gUseCompression);
+  lines.Element("Password Protected", session.gProtectWithPassword);
+  lines.Element("Backup File Name", session.gBackupFileName);
+  lines.Add("</AdvancedSettings>");
+  return lines;
+}
+
+}  // namespace
+
+bool ReadSettingsFile(Application& app, const std::string& path, SettingsFile* settings) {
+  *settings = SettingsFile();
+  const std::optional<std::string> bytes = app.files().ReadWhole(path);
+  return bytes && ParseSettings(app.platform().system.FromAnsi(*bytes), settings);
+}
+
+std::string StagedSettingsPath(const std::string& stage, const Application& app) {
+  const Session& session = app.session();
+  return WithBackslash(stage) + WithoutExtension(session.gBackupFileName) + session.gUniqueSuffix +
+         ".xml";
+}
+
+void WriteBackupSettings(Application& app, const std::string& path) {
+  if (app.files().FileExists(path)) return;
+  Lines lines;
+  AddHead(app, &lines);
+  AddItems<7>(app.session(),
+              {kOutlook, kWindowsMail, kOutlookExpress, kInternetExplorer, kOtherFiles,
+               kAddedFolders, kAddedFiles},
+              EmptyKey::kNamed, &lines);
+  lines.Add("</ItemsForBackup>");
+  AddAdvancedSettings(app.session(), &lines);
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+void WriteQuickSettings(Application& app, const std::string& path) {
+  if (app.files().FileExists(path)) return;
+  Lines lines;
+  AddHead(app, &lines);
+  AddItems<4>(app.session(), {kOutlook, kOutlookExpress, kInternetExplorer, kOtherFiles},
+              EmptyKey::kKept, &lines);
+  lines.Add("</ItemsForBackup>");
+  AddAdvancedSettings(app.session(), &lines);
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+void SaveJobState(Application& app, const std::string& path) {
+  if (!RemoveOld(app, path)) return;
+  Lines lines;
+  AddHead(app, &lines);
+  lines.Add("</ItemsForBackup>");
+  lines.Element("BackupName", JobName(app));
+  lines.Element("BackupType", JobKind(app));
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+void SaveTreeState(Application& app, const std::string& path) {
+  if (!RemoveOld(app, path)) return;
+  Lines lines;
+  AddHead(app, &lines);
+  AddItems<7>(app.session(),
+              {kOutlook, kOutlookExpress, kWindowsMail, kInternetExplorer, kOtherFiles,
+               kAddedFolders, kAddedFiles},
+              EmptyKey::kNamed, &lines);
+  lines.Add("</ItemsForBackup>");
+  lines.Element("BackupName", JobName(app));
+  lines.Element("BackupPath", app.Get<FrmTwo>().txtpath.text);
+  lines.Element("BackupType", JobKind(app));
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+void WriteRestartSettings(Application& app, const std::string& path, const std::string& word) {
+  if (!RemoveOld(app, path)) return;
+  Lines lines;
+  AddHead(app, &lines);
+  lines.Add("</ItemsForBackup>");
+  lines.Element("BackupName", JobName(app));
+  lines.Element("BackupType", word);
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+void SaveScheduleState(Application& app, const std::string& path, const std::string& word) {
+  if (!RemoveOld(app, path)) return;
+  Lines lines;
+  AddHead(app, &lines);
+  lines.Add("</ItemsForBackup>");
+  lines.Element("BackupType", word);
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+std::string BackupLogPath(const Application& app) {
+  return LogFolder(app) + "Settings_" + WithoutExtension(app.session().gBackupFileName) + ".xml";
+}
+
+void WriteReviewLog(Application& app, const std::string& path) {
+  Lines lines = LogLines(app, ">");
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+void WriteRunLog(Application& app, const std::string& path,
+                 const std::vector<std::string>& skipped) {
+  Lines lines = LogLines(app, kAttributeEnd);
+  lines.Add("<Skipped File/Folders>");
+  for (const std::string& source : skipped) {
+    if (!source.empty()) lines.Add(source);
+  }
+  lines.Add("</Skipped File/Folder>");
+  AddTail(&lines);
+  WriteAnsi(app, path, lines);
+}
+
+}  // namespace quorvale

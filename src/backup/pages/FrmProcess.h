@@ -1,0 +1,80 @@
+// The dialog that delivers a finished backup: it burns the parts, one to a disc, or uploads the
+// file to the FTP server.
+//
+// The work runs inside a timer's handler while the dialog is up, and pumps messages. Closing the
+// dialog ends the work at once.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/pages/application.h"
+#include "platform/ui/controls.h"
+
+namespace quorvale {
+
+class FrmBackupMedia;
+
+class FrmProcess : public ui::Form {
+ public:
+  static constexpr char kName[] = "FrmProcess";
+  explicit FrmProcess(Application& app);
+  // Sets the dialog up by gMediaFtp and starts the work as soon as the dialog is up.
+  void Load() override;
+
+  // Connects to the server that the media page names.
+  bool Connect();
+  // Whole megabytes.
+  static std::string ConvertBytesToMBString(std::uint64_t bytes);
+  // The names of the files directly in the folder; returns how many there are.
+  int GetFilesInFolder(const std::string& folder, std::vector<std::string>* names);
+  // Lists the folder's files as the discs to write, and writes the first.
+  void giveZipFiles(const std::string& folder);
+  // Writes one file to the medium in the drive, or to the next one that has room for it.
+  void WriteDiscFile(const std::string& path);
+
+  void Timer1_Timer();
+  void TimerStart_Timer();
+
+  ui::PictureBox Img{*this, "Img"};
+  ui::Label LblHeading{*this, "LblHeading"};
+  ui::Label lblStatus{*this, "lblStatus"};
+  ui::ProgressBar prgStatus{*this, "prgStatus"};
+  ui::Timer Timer1{*this, "Timer1", 1000};        // the next disc
+  ui::Timer TimerStart{*this, "TimerStart", 50};  // lets the dialog paint before the work
+
+  std::vector<std::string> mFiles;  // the files to burn
+  std::int16_t mDiscIndex = 0;      // of the disc being written
+  bool mNextDiscPending = false;    // a tick of Timer1 is to start the next disc
+  bool mAborted = false;            // the user refused to insert a further disc
+
+ private:
+  enum class Room { kEnough, kTooSmall, kNoDrive };
+
+  void LayOut();
+  void ShowStatus(const std::string& text);
+  // False once the work has to end: the dialog is gone, or the program ends.
+  bool Going() const;
+  void EndDialog();
+
+  void Upload();
+  // Changes to the folder and sends the file. True if the server has the whole file.
+  bool SendFile(FrmBackupMedia& media);
+  void ServerReplied(const std::string& line);
+
+  // Why there is no disc to write to is told by a message.
+  bool DriveIsReady();
+  bool MediumHasRoom(const std::string& path);
+  bool AskForAnotherMedium();
+  void Burn(const std::string& path);
+  void DiscWritten();
+  // The file of this number, from 0; "" if there is none.
+  std::string FileAt(int index) const;
+
+  Application& app_;
+  bool folder_is_invalid_ = false;  // the server said so
+  bool transfer_is_told_ = false;   // the server said that the transfer is complete
+};
+
+}  // namespace quorvale

@@ -1,0 +1,64 @@
+// "Create a new backup job": the job's name, and whether it is a customised or a complete backup.
+#pragma once
+
+#include <string>
+
+#include "core/pages/application.h"
+#include "platform/ui/controls.h"
+
+namespace quorvale {
+
+// The two kinds of a backup job and what the settings file says about them.
+inline constexpr char kMainBackup[] = "Main Backup";
+inline constexpr char kMainBackupDescription[] =
+    "Save your current settings and data for later restore to this or other computer.";
+inline constexpr char kQuickBackup[] = "Quick Backup";
+inline constexpr char kQuickBackupDescription[] =
+    "Allow you to take a Complete backup of Outlook Express, Microsoft Outlook, Internet Explorer "
+    "files, My Documents and My Desktop files";
+
+class frmOne : public ui::Form {
+ public:
+  static constexpr char kName[] = "frmOne";
+  explicit frmOne(Application& app);
+  void Load() override;
+
+  // Commits the job's name; the kind becomes the main one.
+  void savedetails();
+  // Writes the hand-over file for a run with raised rights.
+  void SaveJobState(const std::string& path);
+
+  void cmdNext_Click();
+  void cmdCancel_Click();
+  void OptCustBackup_Click();
+  void OptQuick_Click();
+  // The character to use, 0 for none; Enter goes on to the next page.
+  int txtBackupname_KeyPress(int code);
+
+  ui::PictureBox PicHeader{*this, "PicHeader", "BACKUP_HEADER"};
+  ui::Label lblHeader{*this, "lblHeader", "Create a new backup job"};
+  ui::Label lblBackupname{*this, "lblBackupname", "Name of the Backup "};
+  ui::TextBox txtBackupname{*this, "txtBackupname", "Backup file"};
+  ui::OptionButton OptCustBackup{*this, "OptCustBackup", "Backup (Customize your Backup)", true};
+  ui::OptionButton OptQuick{*this, "OptQuick", "Quick Backup (Complete)"};
+  ui::TextBox TxtBName{*this, "TxtBName"};  // the moment of loading, never shown
+  ui::ListBox File1{*this, "File1"};        // the log folder's files, never shown
+  ui::CommandButton cmdNext{*this, "cmdNext"};
+  ui::CommandButton cmdCancel{*this, "cmdCancel"};
+
+ private:
+  void LayOut();
+  void WireEvents();
+  void RefuseName();
+  bool NameIsBlank();
+  // False if a backup of this name stands and the user wants to keep it.
+  bool MayUseName(const std::string& name);
+  void GoToItems();
+  void PrepareQuickBackup();
+  // False if this copy must not go on: another one with raised rights does, or the user refused.
+  bool RaiseRights();
+
+  Application& app_;
+};
+
+}  // namespace quorvale

@@ -1,0 +1,244 @@
+#include "backup/pages/frmfour.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "backup/format/settings_file.h"
+#include "backup/pages/FrmBackupMedia.h"
+#include "backup/pages/frmFinish.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
+#include "core/pages/page_layout.h"
+#include "core/program/ModGlobal.h"
+#include "discovery/pages/FrmTwo.h"
+
+namespace quorvale {
+namespace {
+
+constexpr char kLineEnd[] = "\r\n";
+constexpr char kAutoWord[] = "auto";
+
+// The grid's columns and the width of a character, in twips.
+constexpr int kRootColumn = 2000;
+constexpr int kPathColumn = 4900;
+constexpr int kCharacterTwips = 105;
+constexpr int kColumnReserve = 400;
+
+constexpr ui::Color kOddRow = ui::Rgb(231, 231, 231);
+constexpr ui::Color kEvenRow = ui::Rgb(255, 255, 255);
+constexpr ui::Color kAddedRow = ui::Rgb(239, 239, 239);
+constexpr ui::Color kAddedFoldersHead = ui::Rgb(255, 233, 131);
+constexpr ui::Color kAddedFilesHead = ui::Rgb(252, 240, 212);
+constexpr ui::Color kHead = ui::Rgb(210, 228, 249);
+constexpr ui::Color kGreen = ui::Rgb(0, 128, 0);
+constexpr ui::Color kRed = ui::Rgb(255, 0, 0);
+
+// The root words behind which a row starts, and where (from 1), looked for in the first
+// characters of a path.
+struct RowStart {
+  const char* root;
+  size_t from;
+};
+constexpr RowStart kRowStarts[] = {
+    {"Other Files", 13}, {"Add Other Folders", 19}, {"Add More Files", 16}, {"Add Folders", 19}};
+constexpr size_t kRootCharacters = 17;
+
+size_t CharacterCount(const std::string& utf8) {
+  return static_cast<size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }));
+}
+
+std::string RowText(const std::string& path) {
+  const std::string start = path.substr(0, kRootCharacters);
+  for (const RowStart& row : kRowStarts) {
+    if (!Contains(start, row.root)) continue;
+    return row.from - 1 < path.size() ? path.substr(row.from - 1) : "";
+  }
+  return path;
+}
+
+bool IsAdded(const std::string& path) {
+  return path.starts_with("Add Other Folders") || path.starts_with("Add More Files");
+}
+
+ui::Grid::Row HeadRow(const std::string& path) {
+  if (path == "Add Other Folders") return {{"Other Folders", ""}, kAddedFoldersHead, true};
+  if (path == "Add More Files") return {{"Other Files", ""}, kAddedFilesHead, true};
+  return {{path, ""}, kHead, true};
+}
+
+// "22:05:09 11-14-2026".
+std::string ReviewMoment(const LocalTime& time) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%02d:%02d:%02d %02d-%02d-%04d", time.hour, time.minute,
+                time.second, time.month, time.day, time.year);
+  return text;
+}
+
+}  // namespace
+
+frmfour::frmfour(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+  cmdNext.enabled = false;  // until the page is filled
+  Ms.column_widths = {kRootColumn, kPathColumn};
+  LayOut();
+  WireEvents();
+}
+
+void frmfour::LayOut() {
+  using namespace page_layout;
+  constexpr int kHalf = 148;
+  lblHeader.fore_color = kHeaderColor;
+  RichTextBox1.bounds = ui::Bounds{kContentLeft, kContentTop, kContentWidth, kHalf};
+  Ms.bounds = ui::Bounds{kContentLeft, kContentTop + kHalf + 6, kContentWidth, kHalf - 12};
+  lblnoitem.bounds =
+      ui::Bounds{kContentLeft, kContentBottom - kLineHeight, kContentWidth, kLineHeight};
+  RichTextBox1.tab_index = 1;
+  Ms.tab_index = 2;
+  PlaceHeader(&PicHeader, &lblHeader);
+  PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
+}
+
+void frmfour::WireEvents() {
+  cmdBack.on_click = [this] { cmdBack_Click(); };
+  cmdNext.on_click = [this] { cmdNext_Click(); };
+  cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  Timer2.on_timer = [this] { Timer2_Timer(); };
+  OpenHelpOnF1(app_, *this, "qvlBackup.htm");
+}
+
+void frmfour::Load() { page_layout::HostPage(app_, *this); }
+
+bool frmfour::SomethingSelected() const {
+  const std::vector<std::string>& paths = app_.session().gBackupItemPaths;
+  // A selected item comes with the nodes above it, and an empty entry may stand at the end.
+  return paths.size() > 1 &&
+         std::any_of(paths.begin(), paths.end(), [](const auto& path) { return !path.empty(); });
+}
+
+void frmfour::FillReview() {
+  RichTextBox1.text = ReviewText();
+  FillGrid();
+  const bool selected = SomethingSelected();
+  lblnoitem.caption = selected ? "Press next to begin Backup" : "No items selected for backup";
+  lblnoitem.fore_color = selected ? kGreen : kRed;
+  cmdNext.enabled = selected;
+  if (selected && FoldCase(app_.CommandLine()) == kAutoWord) cmdNext.Click();
+}
+
+std::string frmfour::ReviewText() {
+  const Session& session = app_.session();
+  const std::string separator = "   " + std::string(100, '-');
+  std::vector<std::string> lines = {
+      "   MAIN PROCESS: " + session.gBackupProcessName + " (" + session.gBackupProcessDesc + ")",
+      "   DATE/TIME: " + ReviewMoment(app_.platform().system.Now()),
+      separator,
+      "BACKUP FOLDER: " + session.gBackupFolder,
+      separator,
+      "SELECTED ITEMS FOR BACKUP: ",
+  };
+  lines.insert(lines.end(), session.gBackupItemPaths.begin(), session.gBackupItemPaths.end());
+  for (const std::string& line :
+       {separator, std::string("ADVANCED SETTINGS: "), "   Log Details: " + session.gLogDetails,
+        "   Use Compression: " + session.gUseCompression,
+        "   Compression Type: " + session.gCompressionLevel,
+        "   Protect Archive with Password: " + session.gProtectWithPassword,
+        "   Password: " + std::string(CharacterCount(session.gArchivePassword), '*'),
+        "   Backup Settings file:" + session.gBackupFileName}) {
+    lines.push_back(line);
+  }
+  std::string text;
+  for (const std::string& line : lines) text += line + kLineEnd;
+  return text;
+}
+
+void frmfour::FillGrid() {
+  Ms.Clear();
+  size_t longest = 0;
+  bool odd = true;
+  for (const std::string& path : app_.session().gBackupItemPaths) {
+    if (path.empty()) continue;
+    if (Contains(path, "\\")) {
+      const ui::Color tint = IsAdded(path) ? kAddedRow : odd ? kOddRow : kEvenRow;
+      Ms.AddRow({{"", RowText(path)}, tint, false});
+      longest = std::max(longest, CharacterCount(path));
+    } else {
+      Ms.AddRow(HeadRow(path));
+    }
+    odd = !odd;
+  }
+  const int needed = static_cast<int>(longest) * kCharacterTwips - kColumnReserve;
+  Ms.SetColumnWidth(1, std::max(kPathColumn, needed));
+}
+
+void frmfour::cmdNext_Click() {
+  FrmTwo& items = app_.Get<FrmTwo>();
+  if (items.CheckIfOpen()) return;
+  items.getDriveSize(DriveOf(Trim(items.txtpath.text.get())));
+  if (app_.session().gDriveInfoFailed) {
+    app_.session().gDriveInfoFailed = false;
+    return;
+  }
+  if (!SpaceSuffices()) return BackToItems();
+  run_started_ = true;
+  cmdNext.enabled = false;
+  app_.Get<FrmWelcome>().EnableSideButtons(false);
+  WriteFiles();
+  ShowRunPage();
+}
+
+bool frmfour::SpaceSuffices() {
+  const double needed = app_.Get<FrmTwo>().sizeCount() / 1024;
+  if (app_.session().gFreeBytes / 1024 >= needed) return true;
+  app_.Inform(
+      "There is not sufficient space on disk. Please customize backup items or change backup "
+      "location");
+  return false;
+}
+
+void frmfour::BackToItems() {
+  FrmTwo& items = app_.Get<FrmTwo>();
+  items.Show();
+  app_.Get<FrmWelcome>().MarkBackupStep(1);
+  Hide();
+  items.tvwMain_Click();
+}
+
+void frmfour::WriteFiles() {
+  Session& session = app_.session();
+  session.gUniqueSuffix = UniqueBackupName(app_);
+  MakeDirectoryPath(app_, session.gBackupBasePath + "\\");
+  WriteBackupSettings(app_, StagedSettingsPath(session.gBackupBasePath, app_));
+  MakeDirectoryPath(app_, LogFolder(app_));
+  if (session.gLogDetails == "True") WriteReviewLog(app_, BackupLogPath(app_));
+}
+
+void frmfour::ShowRunPage() {
+  frmFinish& run = app_.Get<frmFinish>();
+  run.Show();
+  Hide();
+  app_.Get<FrmWelcome>().MarkBackupStep(5);
+  run.ResetRunPage();
+  app_.Pump();
+  run.DisableInterface();
+  run.Timer1.enabled = true;
+}
+
+void frmfour::Timer2_Timer() {
+  Timer2.enabled = false;
+  cmdNext.Click();
+}
+
+void frmfour::cmdBack_Click() {
+  app_.Get<FrmBackupMedia>().Show();
+  app_.Get<FrmWelcome>().MarkBackupStep(3);
+  Hide();
+}
+
+void frmfour::cmdCancel_Click() {
+  app_.Get<FrmWelcome>().LeavePages();
+  ResetBackupPages(app_);
+}
+
+}  // namespace quorvale

@@ -1,0 +1,54 @@
+// "Review Backup Settings": what is about to happen, and the last stop before the engine.
+#pragma once
+
+#include <string>
+
+#include "core/pages/application.h"
+#include "platform/ui/controls.h"
+
+namespace quorvale {
+
+class frmfour : public ui::Form {
+ public:
+  static constexpr char kName[] = "frmfour";
+  explicit frmfour(Application& app);
+  void Load() override;
+
+  // Fills the page from the session. In a run with the word "auto" it then goes on by itself if
+  // anything is selected.
+  void FillReview();
+  // True from the moment that Next has started the engine.
+  bool RunStarted() const { return run_started_; }
+
+  void cmdNext_Click();
+  void cmdBack_Click();
+  void cmdCancel_Click();
+  void Timer2_Timer();
+
+  ui::PictureBox PicHeader{*this, "PicHeader", "BACKUP_HEADER"};
+  ui::Label lblHeader{*this, "lblHeader", "Review Backup Settings"};
+  ui::RichTextBox RichTextBox1{*this, "RichTextBox1"};
+  ui::Grid Ms{*this, "Ms"};
+  ui::Label lblnoitem{*this, "lblnoitem"};
+  ui::CommandButton cmdBack{*this, "cmdBack"};
+  ui::CommandButton cmdNext{*this, "cmdNext"};
+  ui::CommandButton cmdCancel{*this, "cmdCancel"};
+  ui::Timer Timer2{*this, "Timer2", 1000};
+
+ private:
+  void LayOut();
+  void WireEvents();
+  std::string ReviewText();
+  void FillGrid();
+  bool SomethingSelected() const;
+  // Step by step what cmdNext does; false where the page has to stay.
+  bool SpaceSuffices();
+  void BackToItems();
+  void WriteFiles();
+  void ShowRunPage();
+
+  Application& app_;
+  bool run_started_ = false;
+};
+
+}  // namespace quorvale

@@ -1,0 +1,40 @@
+#include "base/paths.h"
+
+#include "base/text.h"
+
+namespace quorvale {
+
+std::string FileNameOf(const std::string& path) {
+  size_t slash = path.rfind('\\');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string ParentFolder(const std::string& path) {
+  size_t slash = path.rfind('\\');
+  return slash == std::string::npos ? std::string() : path.substr(0, slash);
+}
+
+std::string WithBackslash(const std::string& path) {
+  return path.ends_with('\\') ? path : path + "\\";
+}
+
+std::string WithoutBackslash(const std::string& path) {
+  return path.ends_with('\\') ? path.substr(0, path.size() - 1) : path;
+}
+
+std::string CollapseBackslashes(const std::string& path) {
+  size_t start = IsNetworkPath(path) ? 2 : 0;
+  return path.substr(0, start) + ReplaceAll(path.substr(start), "\\\\", "\\");
+}
+
+std::string WithoutExtension(const std::string& name) {
+  return name.size() < 4 ? std::string() : name.substr(0, name.size() - 4);
+}
+
+bool IsNetworkPath(const std::string& path) { return path.starts_with("\\\\"); }
+
+std::string DriveOf(const std::string& path) {
+  return IsNetworkPath(path) ? path : path.substr(0, 2);
+}
+
+}  // namespace quorvale

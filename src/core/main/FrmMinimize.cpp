@@ -1,0 +1,25 @@
+#include "core/main/FrmMinimize.h"
+
+#include "core/main/FrmWelcome.h"
+
+namespace quorvale {
+
+FrmMinimize::FrmMinimize(Application& app)
+    : ui::Form(app.ui(), kName), Command1(*this, "Command1", "&Open Quorvale"), app_(app) {
+  SetCaption(kApplicationTitle);
+  SetSize(180, 46);
+  Command1.bounds = {10, 10, 160, 26};
+  Command1.tab_index = 0;
+  Command1.is_default = true;
+  Command1.on_click = [this] { Command1_Click(); };
+  on_close_request = [this] { app_.Unload(kName); };
+}
+
+void FrmMinimize::Unload() { app_.End(); }
+
+void FrmMinimize::Command1_Click() {
+  Hide();
+  app_.Get<FrmWelcome>().Show();
+}
+
+}  // namespace quorvale

@@ -1,0 +1,298 @@
+#include "core/main/frmSettings.h"
+
+#include "backup/pages/frmThree.h"
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
+#include "core/main/frmStartUp.h"
+#include "core/pages/page_layout.h"
+#include "core/program/ModGlobal.h"
+
+namespace quorvale {
+namespace {
+
+using page_layout::ContentRow;
+
+constexpr char kHelpTopic[] = "qvlSettings.htm";
+
+// Holds a flag up for the life of a block.
+class Raised {
+ public:
+  explicit Raised(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
+  ~Raised() { flag_ = before_; }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+
+ private:
+  bool& flag_;
+  const bool before_;
+};
+
+bool IsRecycleBin(const std::string& folder) {
+  return ContainsNoCase(folder, "Recycle Bin") || ContainsNoCase(folder, "Recycle.Bin") ||
+         ContainsNoCase(folder, "Recycled");
+}
+
+}  // namespace
+
+frmSettings::frmSettings(Application& app)
+    : ui::Form(app.ui(), kName),
+      PicHeader(*this, "PicHeader", "SETTINGS_HEADER"),
+      lblHeader(*this, "lblHeader", "Quorvale Settings and Configurations"),
+      lblHeading(*this, "lblHeading", "Customize Quorvale Settings"),
+      lblBackupFolder(*this, "lblBackupFolder", "Backup Folder"),
+      txtBackup(*this, "txtBackup"),
+      cmdselectfolder(*this, "cmdselectfolder", "Select Folder"),
+      Command2(*this, "Command2", "Open Folder"),
+      lblRestoreFolder(*this, "lblRestoreFolder", "Restore Folder"),
+      txtRestore(*this, "txtRestore"),
+      Command1(*this, "Command1", "Select Folder"),
+      Command3(*this, "Command3", "Open Folder"),
+      chkSound(*this, "chkSound", "Sound Off"),
+      chkLog(*this, "chkLog", "Save Log"),
+      chkSetting(*this, "chkSetting", "Save Settings on close"),
+      chkGUpdate(*this, "chkGUpdate", "Check for updates on Startup"),
+      chkShortcut(*this, "chkShortcut", "Show a Shortcut on Desktop"),
+      ChkStartMenu(*this, "ChkStartMenu", "Show in Start Menu"),
+      lblLanguage(*this, "lblLanguage", "Set Program Language"),
+      CboLanguage(*this, "CboLanguage"),
+      Command4(*this, "Command4", "&Save Settings"),
+      cmdBack(*this, "cmdBack"),
+      cmdOK(*this, "cmdOK", "OK"),
+      cmdCancel(*this, "cmdCancel"),
+      app_(app) {
+  Place();
+  Wire();
+}
+
+void frmSettings::Place() {
+  using namespace page_layout;
+  constexpr int kBoxWidth = 344;
+  constexpr int kFolderButton = 100;
+  constexpr int kFirstButton = kContentLeft + kBoxWidth + 10;
+  constexpr int kSecondButton = kFirstButton + kFolderButton + 6;
+  constexpr int kSecondColumn = kContentLeft + 290;
+
+  PlaceHeader(&PicHeader, &lblHeader);
+  lblHeading.bounds = ContentRow(0);
+  lblHeading.bold = true;
+  lblHeading.fore_color = kHeadingColor;
+  lblBackupFolder.bounds = ContentRow(1);
+  txtBackup.bounds = ContentRow(2, kContentLeft, kBoxWidth);
+  cmdselectfolder.bounds = ButtonInRow(2, kFirstButton, kFolderButton);
+  Command2.bounds = ButtonInRow(2, kSecondButton, kFolderButton);
+  lblRestoreFolder.bounds = ContentRow(3);
+  txtRestore.bounds = ContentRow(4, kContentLeft, kBoxWidth);
+  Command1.bounds = ButtonInRow(4, kFirstButton, kFolderButton);
+  Command3.bounds = ButtonInRow(4, kSecondButton, kFolderButton);
+  chkSound.bounds = ContentRow(6, kContentLeft, 270);
+  chkLog.bounds = ContentRow(7, kContentLeft, 270);
+  chkSetting.bounds = ContentRow(8, kContentLeft, 270);
+  chkGUpdate.bounds = ContentRow(6, kSecondColumn, 270);
+  chkShortcut.bounds = ContentRow(7, kSecondColumn, 270);
+  ChkStartMenu.bounds = ContentRow(8, kSecondColumn, 270);
+  lblLanguage.bounds = ContentRow(10, kContentLeft, 150);
+  CboLanguage.bounds = ContentRow(10, kContentLeft + 156, 114);
+  Command4.bounds = ContentRow(10, kSecondColumn, 120, 25);
+  PlaceButtons(&cmdBack, &cmdOK, &cmdCancel);
+
+  int tab = 1;
+  for (ui::Control* control : std::initializer_list<ui::Control*>{
+           &lblBackupFolder, &txtBackup, &cmdselectfolder, &Command2, &lblRestoreFolder,
+           &txtRestore, &Command1, &Command3, &chkSound, &chkLog, &chkSetting, &chkGUpdate,
+           &chkShortcut, &ChkStartMenu, &lblLanguage, &CboLanguage, &Command4}) {
+    control->tab_index = tab++;
+  }
+}
+
+void frmSettings::Wire() {
+  txtBackup.text.on_change = [this] { FolderChanged(txtBackup, "txtBackup"); };
+  txtRestore.text.on_change = [this] { FolderChanged(txtRestore, "txtRestore"); };
+  cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
+  Command1.on_click = [this] { Command1_Click(); };
+  Command2.on_click = [this] { Command2_Click(); };
+  Command3.on_click = [this] { Command3_Click(); };
+  Command4.on_click = [this] { Command4_Click(); };
+  chkSound.on_click = [this] { chkSound_Click(); };
+  chkLog.on_click = [this] { chkLog_Click(); };
+  chkGUpdate.on_click = [this] { chkGUpdate_Click(); };
+  chkShortcut.on_click = [this] { chkShortcut_Click(); };
+  ChkStartMenu.on_click = [this] { ChkStartMenu_Click(); };
+  for (ui::CheckBox* box : {&chkLog, &chkSetting, &chkSound}) {
+    box->on_mouse_down = [this](int, int) { SaveFolders(); };
+  }
+  cmdBack.on_click = [this] { cmdBack_Click(); };
+  cmdOK.on_click = [this] { cmdOK_Click(); };
+  cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  OpenHelpOnF1(app_, *this, kHelpTopic);
+}
+
+// --- Filling ------------------------------------------------------------------------------------
+
+void frmSettings::Load() {
+  // First, since the main window's load sets the folder of the defaults.
+  page_layout::HostPage(app_, *this);
+  const Raised filling(filling_);
+  Registry& registry = app_.registry();
+  if (registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup").empty()) {
+    registry.RegMakeKey(RegistryRoot::kCurrentUser, WithoutBackslash(kSettingsKey));
+  }
+  chkShortcut.value = Setting("chkShortcut");
+  ChkStartMenu.value = Setting("ChkStartMenu");
+  Fill();
+  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
+  if (CboLanguage.Count() == 0) CboLanguage.AddItem("English");
+  CboLanguage.list_index = 0;
+}
+
+void frmSettings::Activate() {
+  const Raised filling(filling_);
+  Fill();
+}
+
+void frmSettings::Fill() {
+  Registry& registry = app_.registry();
+  txtBackup.text = registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup");
+  txtRestore.text = registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtRestore");
+  chkLog.value = Setting("chkLog");
+  chkSound.value = Setting("chkSound");
+  chkGUpdate.value = Setting("chkGUpdate");
+  UseDefaultFolder(txtBackup, "\\Backup");
+  UseDefaultFolder(txtRestore, "\\Restore");
+  ShortcutOnDesktop();
+}
+
+void frmSettings::UseDefaultFolder(ui::TextBox& box, const char* folder) {
+  if (!box.text->empty()) return;
+  box.text = app_.session().gAppDataPath + folder;
+  MakeDirectoryPath(app_, box.text.get() + "\\");
+}
+
+void frmSettings::ShortcutOnDesktop() {
+  const Raised filling(filling_);
+  const std::string desktop = app_.platform().shell.SpecialFolder(special_folder::kDesktop);
+  const std::string links = desktop.empty() ? "" : app_.files().ListFiles(desktop, "*.lnk");
+  int found = 0;
+  for (const std::string& name : Split(links, "|")) {
+    if (name == "Quorvale.lnk") found = 1;
+  }
+  chkShortcut.value = found;
+}
+
+int frmSettings::Setting(const char* name) {
+  return CheckValue(app_.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, name));
+}
+
+void frmSettings::Save(const char* name, const std::string& text) {
+  app_.registry().SaveRegString(RegistryRoot::kCurrentUser, kSettingsKey, name, text);
+}
+
+// --- Check boxes --------------------------------------------------------------------------------
+
+void frmSettings::chkSound_Click() {
+  if (!filling_) Save("chkSound", std::to_string(chkSound.value));
+}
+
+void frmSettings::chkGUpdate_Click() {
+  if (!filling_) Save("chkGUpdate", std::to_string(chkGUpdate.value));
+}
+
+void frmSettings::chkLog_Click() {
+  if (filling_) return;
+  // A page that is not loaded yet reads the stored value when it is.
+  if (frmThree* options = app_.Loaded<frmThree>()) options->chklogdetails.value = chkLog.value;
+  Save("chklog", std::to_string(chkLog.value));
+  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
+}
+
+void frmSettings::chkShortcut_Click() {
+  if (filling_) return;
+  SetShortcut(app_, special_folder::kDesktop, chkShortcut.value == 1);
+  Save("chkShortcut", std::to_string(chkShortcut.value));
+}
+
+void frmSettings::ChkStartMenu_Click() {
+  if (filling_) return;
+  SetShortcut(app_, special_folder::kPrograms, ChkStartMenu.value == 1);
+  Save("ChkStartMenu", std::to_string(ChkStartMenu.value));
+}
+
+// --- Folders ------------------------------------------------------------------------------------
+
+void frmSettings::FolderChanged(const ui::TextBox& box, const char* name) {
+  if (filling_) return;
+  Command4.caption = "Save Settings";
+  Save(name, box.text);
+}
+
+std::string frmSettings::WhyNot(const std::string& folder) {
+  if (IsRecycleBin(folder)) return "You cannot select Recycle Bin";
+  if (!IsNetworkPath(folder) &&
+      app_.platform().files.KindOfDrive(DriveOf(folder)) != DriveKind::kFixed) {
+    return "Please select a fixed drive";
+  }
+  if (IsVista(app_) && ContainsNoCase(folder, "Program Files")) {
+    return "You cannot select Program Files";
+  }
+  if (!FolderIsWritable(app_, folder)) {
+    return "You do not have sufficient permissions on the selected folder or drive";
+  }
+  return "";
+}
+
+void frmSettings::ChooseFolder(ui::TextBox& box, const char* name) {
+  const std::string folder = app_.ui().BrowseForFolder("&Select a directory for Backup:", box.text);
+  if (folder.empty()) return;
+  const std::string refusal = WhyNot(folder);
+  if (!refusal.empty()) {
+    app_.Inform(refusal);
+    return;
+  }
+  box.text = folder;
+  Save(name, folder);
+}
+
+void frmSettings::cmdselectfolder_Click() { ChooseFolder(txtBackup, "txtBackup"); }
+
+void frmSettings::Command1_Click() { ChooseFolder(txtRestore, "txtRestore"); }
+
+void frmSettings::Command2_Click() { OpenFolder(app_, txtBackup.text); }
+
+void frmSettings::Command3_Click() { OpenFolder(app_, txtRestore.text); }
+
+void frmSettings::Command4_Click() { SaveFolders(); }
+
+void frmSettings::SaveFolders() {
+  Save("txtRestore", txtRestore.text);
+  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
+}
+
+// --- Leaving ------------------------------------------------------------------------------------
+
+void frmSettings::LeavePage() {
+  FrmWelcome& welcome = app_.Get<FrmWelcome>();
+  welcome.LeavePages();
+  welcome.Show();
+}
+
+void frmSettings::cmdBack_Click() {
+  LeavePage();
+  Hide();
+}
+
+void frmSettings::cmdOK_Click() {
+  LeavePage();
+  Hide();
+}
+
+void frmSettings::cmdCancel_Click() {
+  LeavePage();
+  app_.Unload(kName);
+}
+
+void frmSettings::SwitchToStartUp() {
+  app_.Get<frmStartUp>().Show();
+  app_.Get<FrmWelcome>().MarkSettingsStep(1);
+  Hide();
+}
+
+}  // namespace quorvale

@@ -1,0 +1,70 @@
+// The page "Settings and Configurations", which also holds the default folders for all other pages.
+#pragma once
+
+#include "core/pages/application.h"
+#include "platform/ui/controls.h"
+
+namespace quorvale {
+
+class frmSettings : public ui::Form {
+ public:
+  static constexpr char kName[] = "frmSettings";
+  explicit frmSettings(Application& app);
+
+  // Reads all settings. The form need not be shown for that.
+  void Load() override;
+  // Reads again what other pages may have changed.
+  void Activate() override;
+
+  ui::PictureBox PicHeader;
+  ui::Label lblHeader, lblHeading;
+  ui::Label lblBackupFolder;
+  ui::TextBox txtBackup;
+  ui::CommandButton cmdselectfolder, Command2;
+  ui::Label lblRestoreFolder;
+  ui::TextBox txtRestore;
+  ui::CommandButton Command1, Command3;
+  ui::CheckBox chkSound, chkLog, chkSetting, chkGUpdate, chkShortcut, ChkStartMenu;
+  ui::Label lblLanguage;
+  ui::ComboBox CboLanguage;
+  ui::CommandButton Command4;
+  ui::CommandButton cmdBack, cmdOK, cmdCancel;
+
+  void cmdselectfolder_Click();  // choose the backup folder
+  void Command1_Click();         // choose the restore folder
+  void Command2_Click();         // open the backup folder
+  void Command3_Click();         // open the restore folder
+  void Command4_Click();         // save now
+  void chkSound_Click();
+  void chkLog_Click();
+  void chkGUpdate_Click();
+  void chkShortcut_Click();
+  void ChkStartMenu_Click();
+  void cmdBack_Click();
+  void cmdOK_Click();
+  void cmdCancel_Click();
+  void SaveFolders();
+  // Sets chkShortcut by whether the link lies on the desktop.
+  void ShortcutOnDesktop();
+  // Goes on to the page frmStartUp.
+  void SwitchToStartUp();
+
+ private:
+  void Place();
+  void Wire();
+  int Setting(const char* name);
+  void Save(const char* name, const std::string& text);
+  void Fill();
+  void UseDefaultFolder(ui::TextBox& box, const char* folder);
+  void ChooseFolder(ui::TextBox& box, const char* name);
+  void FolderChanged(const ui::TextBox& box, const char* name);
+  // The refusal text for a folder, "" if it may be used.
+  std::string WhyNot(const std::string& folder);
+  void LeavePage();
+
+  Application& app_;
+  // While the page fills its own controls, their handlers do nothing.
+  bool filling_ = false;
+};
+
+}  // namespace quorvale

@@ -1,0 +1,39 @@
+// The page "Startup and Installation". It keeps its three boxes in a store of its own, apart from
+// the settings that the program reads at its start.
+#pragma once
+
+#include "core/pages/application.h"
+#include "platform/ui/controls.h"
+
+namespace quorvale {
+
+inline constexpr char kStartUpKey[] = "Software\\Tarnwick\\Quorvale\\StartUp\\Settings";
+
+class frmStartUp : public ui::Form {
+ public:
+  static constexpr char kName[] = "frmStartUp";
+  explicit frmStartUp(Application& app);
+
+  void Load() override;
+
+  ui::PictureBox PicHeader;
+  ui::Label lblHeader, lblDescription;
+  ui::CheckBox chkGUpdate, chkShortcut, ChkStartMenu;
+  ui::Label lblLanguage;
+  ui::ComboBox CboLanguage;
+  ui::CommandButton cmdBack, cmdNext, cmdCancel;
+
+  void chkGUpdate_Click();
+  void chkShortcut_Click();
+  void ChkStartMenu_Click();
+  void cmdBack_Click();
+  void cmdCancel_Click();
+
+ private:
+  void Save(const ui::CheckBox& box);
+
+  Application& app_;
+  bool filling_ = false;
+};
+
+}  // namespace quorvale

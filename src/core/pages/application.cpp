@@ -1,0 +1,70 @@
+#include "core/pages/application.h"
+
+#include <algorithm>
+
+namespace quorvale {
+
+Application::Application(Platform& platform)
+    : platform_(platform),
+      registry_(platform.registry, platform.system),
+      files_(platform.files, [this] { Pump(); }),
+      registry_editor_(platform.shell, platform.system, [this] { Pump(); }) {}
+
+Application::~Application() {
+  CollectUnloaded();
+  // A view knows its form's controls, so it goes first.
+  for (auto& [name, form] : forms_) form->view.reset();
+}
+
+void Application::CollectUnloaded() {
+  for (auto& form : unloaded_) form->view.reset();
+  unloaded_.clear();
+}
+
+ui::Form* Application::FindLoaded(const std::string& name) {
+  auto found = forms_.find(name);
+  return found == forms_.end() ? nullptr : found->second.get();
+}
+
+std::vector<ui::Form*> Application::LoadedForms() {
+  std::vector<ui::Form*> loaded;
+  for (const std::string& name : order_) loaded.push_back(forms_.at(name).get());
+  return loaded;
+}
+
+void Application::Unload(const std::string& name) {
+  auto found = forms_.find(name);
+  if (found == forms_.end()) return;
+  ui::Form& form = *found->second;
+  form.Unload();
+  for (ui::Control* control : form.controls()) {
+    if (control->kind() == ui::ControlKind::kTimer) control->enabled = false;
+  }
+  form.Hide();
+  std::erase(order_, name);
+  unloaded_.push_back(std::move(found->second));
+  forms_.erase(found);
+}
+
+void Application::Inform(const std::string& text) {
+  ui().MessageBox({.text = text, .title = kApplicationTitle});
+}
+
+void Application::Warn(const std::string& text) {
+  ui().MessageBox({.text = text, .title = kApplicationTitle, .icon = ui::Icon::kCritical});
+}
+
+bool Application::Ask(const std::string& text, ui::Icon icon, bool no_is_default) {
+  return ui().MessageBox({.text = text,
+                          .title = kApplicationTitle,
+                          .icon = icon,
+                          .buttons = ui::Buttons::kYesNo,
+                          .second_is_default = no_is_default}) == ui::Answer::kYes;
+}
+
+void Application::End() {
+  ended_ = true;
+  ui().Quit();
+}
+
+}  // namespace quorvale

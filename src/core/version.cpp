@@ -1,7 +1,0 @@
-#include "core/version.h"
-
-namespace quorvale {
-
-const char kProgramVersion[] = QUORVALE_VERSION;
-
-}  // namespace quorvale

@@ -1,0 +1,142 @@
+#include "discovery/products/outlook_profile.h"
+
+#include <cmath>
+
+#include "base/text.h"
+#include "core/program/ModGlobal.h"
+
+namespace quorvale {
+namespace {
+
+constexpr size_t kSectionIdSize = 16;
+
+bool IsTextType(std::uint32_t type) {
+  return type == registry_type::kString || type == registry_type::kExpandString;
+}
+
+}  // namespace
+
+std::string ProfilesRoot(const std::string& os_name) {
+  if (os_name == kWindowsNT || os_name == kWindows2000 || os_name == kWindowsVista) {
+    return kNtProfilesRoot;
+  }
+  if (os_name == kWindows98 || os_name == kWindowsME) return k98ProfilesRoot;
+  return "";
+}
+
+std::string DefaultProfileName(Application& app) {
+  return app.registry().RegGetValue(RegistryRoot::kCurrentUser, WithoutBackslash(kNtProfilesRoot),
+                                    "DefaultProfile");
+}
+
+std::string DecodeProfileText8(Application& app, std::string_view bytes) {
+  return app.platform().system.FromAnsi(StripNuls(std::string(bytes)));
+}
+
+std::string DecodeProfileText16(std::string_view bytes) {
+  size_t end = 0;
+  while (end + 1 < bytes.size() && (bytes[end] != '\0' || bytes[end + 1] != '\0')) end += 2;
+  return Utf16BytesToUtf8(bytes.substr(0, end));
+}
+
+std::string EncodeProfileText8(Application& app, const std::string& text) {
+  return app.platform().system.ToAnsi(text) + '\0';
+}
+
+std::string EncodeProfileText16(const std::string& text) {
+  return Utf8ToUtf16Bytes(text) + std::string(2, '\0');
+}
+
+std::optional<RegistryValue> ReadProfileValue(Application& app, const std::string& key,
+                                              const std::string& name) {
+  RegistryValue value;
+  const long status =
+      app.registry().store().QueryValue(RegistryRoot::kCurrentUser, key, name, &value);
+  if (status != registry_status::kOk) return std::nullopt;
+  return value;
+}
+
+std::string ReadProfileText(Application& app, const std::string& key, const std::string& name) {
+  const std::optional<RegistryValue> value = ReadProfileValue(app, key, name);
+  if (!value) return "";
+  // A registry string is 8-bit text whatever its name says: the store hands it out in that form.
+  if (name.starts_with("001f") && !IsTextType(value->type)) return DecodeProfileText16(value->data);
+  return DecodeProfileText8(app, value->data);
+}
+
+std::vector<std::string> StoreSections(Application& app, const std::string& profile_key) {
+  std::vector<std::string> sections;
+  const std::optional<RegistryValue> list =
+      ReadProfileValue(app, profile_key + "\\" + kStoreListSection, kStoreListValue);
+  if (!list) return sections;
+  // To the nearest whole number, a half to the even one.
+  const auto count = static_cast<size_t>(
+      std::nearbyint(static_cast<double>(list->data.size()) / double{kSectionIdSize}));
+  for (size_t store = 0; store < count; ++store) {
+    sections.push_back(ToHexText(list->data.substr(store * kSectionIdSize, kSectionIdSize)));
+  }
+  return sections;
+}
+
+std::string StorePathValue(Application& app, const std::string& section_key) {
+  for (const char* name : {kStorePath8, kStorePath16}) {
+    if (!ReadProfileText(app, section_key, name).empty()) return name;
+  }
+  return "";
+}
+
+std::string StorePath(Application& app, const std::string& section_key) {
+  const std::string name = StorePathValue(app, section_key);
+  return name.empty() ? "" : ReadProfileText(app, section_key, name);
+}
+
+std::string OfflineStorePath(Application& app, const std::string& profile_key) {
+  return ReadProfileText(app, profile_key + "\\" + kOfflineStoreSection, kOfflinePath16);
+}
+
+std::vector<ProfileStore> CollectOutlookStores(Application& app, const std::string& profile) {
+  const std::string root = ProfilesRoot(GetOSName(app.platform().system.Version()));
+  if (root.empty()) return {};
+  const std::string profile_key = root + profile;
+  std::vector<ProfileStore> stores;
+  for (const std::string& section : StoreSections(app, profile_key)) {
+    const std::string section_key = profile_key + "\\" + section;
+    ProfileStore store;
+    store.section = section;
+    store.name = ReadProfileText(app, section_key, kDisplayName8);
+    if (store.name.empty()) store.name = ReadProfileText(app, section_key, kDisplayName16);
+    store.path = StorePath(app, section_key);
+    if (store.path.empty()) store.path = OfflineStorePath(app, profile_key);
+    stores.push_back(std::move(store));
+  }
+  return stores;
+}
+
+std::vector<ProfileRow> SubKeyCountMO(Application& app, const std::string& profiles_root) {
+  const std::string default_name = app.registry().RegGetValue(
+      RegistryRoot::kCurrentUser, profiles_root + "\\", "DefaultProfile");
+  std::vector<std::string> names;
+  app.registry().store().ListSubkeys(RegistryRoot::kCurrentUser, profiles_root, &names);
+  std::vector<ProfileRow> rows;
+  bool default_seen = false;
+  for (const std::string& name : names) {
+    default_seen = default_seen || name == default_name;
+    rows.push_back({name, "HKEY_CURRENT_USER\\" + profiles_root + name, default_seen ? "1" : ""});
+    app.Pump();
+  }
+  return rows;
+}
+
+std::string DataFileKey(const std::string& path, size_t store_row, size_t profile_row) {
+  return path + "," + std::to_string(store_row) + std::to_string(profile_row);
+}
+
+std::string WithoutRowNumbers(const std::string& key) {
+  if (key.starts_with("HKEY_")) return key;
+  const size_t comma = key.rfind(',');
+  if (comma == std::string::npos || comma + 1 == key.size()) return key;
+  const bool only_digits = key.find_first_not_of("0123456789", comma + 1) == std::string::npos;
+  return only_digits ? key.substr(0, comma) : key;
+}
+
+}  // namespace quorvale

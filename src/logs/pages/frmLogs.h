@@ -1,0 +1,50 @@
+// The page that lists and shows the logs of earlier runs.
+#pragma once
+
+#include <string>
+
+#include "core/pages/application.h"
+#include "platform/ui/controls.h"
+
+namespace quorvale {
+
+class frmLogs : public ui::Form {
+ public:
+  static constexpr char kName[] = "frmLogs";
+  explicit frmLogs(Application& app);
+
+  void Load() override;
+  void Activate() override;
+
+  ui::PictureBox PicHeader;
+  ui::Label lblHeader, lblHeading;
+  ui::Frame Frame1;
+  ui::Label lblLogPath;
+  ui::TextBox txtLog;
+  ui::ListBox File1;
+  ui::RichTextBox RichTextBox1;
+  ui::CommandButton cmdDelete, cmdRefresh, Command2;
+  ui::CommandButton cmdBack, cmdCancel;
+
+  // Fills the box from a log file; a missing file changes nothing.
+  void RenderLog(const std::string& path);
+  void RefreshLogList();
+
+  void File1_Click();
+  void File1_DblClick();
+  void cmdDelete_Click();
+  void Command2_Click();
+  void cmdBack_Click();
+  void cmdCancel_Click();
+
+ private:
+  std::string SelectedPath() const;
+
+  Application& app_;
+  std::string folder_;  // of the listed files, without a final "\"
+};
+
+// A log as the page shows it: lines joined with CR LF.
+std::string RenderLogText(const std::string& text);
+
+}  // namespace quorvale

@@ -1,0 +1,244 @@
+#include "play/wizard.h"
+
+#include "base/text.h"
+#include "core/program/session.h"
+#include "discovery/pages/FrmTwo.h"
+
+namespace quorvale {
+
+void Wizard::Begin() {
+  problem_.clear();
+  archive_.clear();
+  discs_ = 0;
+  computer_.Start("");
+  first_box_ = computer_.ui().boxes.size();
+}
+
+bool Wizard::Act(const std::string& problem) {
+  if (problem_.empty()) problem_ = problem;
+  return problem_.empty();
+}
+
+bool Wizard::IsShown(const std::string& form) {
+  if (computer_.app() == nullptr) return false;
+  for (const ui::Form* loaded : computer_.app()->LoadedForms()) {
+    if (loaded->name() == form) return IsOnScreen(*loaded);
+  }
+  return false;
+}
+
+// A click that leads to another page. The program may start itself again on the way.
+bool Wizard::ClickTo(const std::string& form, const std::string& control,
+                     const std::string& next_form) {
+  const size_t boxes = computer_.ui().boxes.size();
+  if (!Act(hands().Click(form, control))) return false;
+  if (computer_.ProgramEnded()) computer_.FollowRestart();
+  if (IsShown(next_form)) return true;
+  if (computer_.ui().boxes.size() == boxes) Act(form + " did not go on to " + next_form + ".");
+  return false;
+}
+
+bool Wizard::TickRoots(const std::string& form, const std::string& tree) {
+  std::string problem;
+  const ui::Control* control = hands().Find(form, tree, &problem);
+  if (control == nullptr) return Act(problem);
+  std::vector<std::string> roots;
+  const ui::TreeView& view = static_cast<const ui::TreeView&>(*control);
+  for (int i = 1; i <= view.Count(); ++i) {
+    const ui::TreeNode* node = view.Node(i);
+    const bool adds = node->image == "ab1" || (node->image == "aa1" && node->Children() == 0);
+    if (node->Parent() == nullptr && !adds) roots.push_back(node->FullPath());
+  }
+  return TickPaths(form, roots);
+}
+
+bool Wizard::TickPaths(const std::string& form, const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    if (!Act(hands().Tick(form, "tvwMain", path, true))) return false;
+  }
+  return true;
+}
+
+// A file dialog gives no file that is not there.
+bool Wizard::ChooseFile(const std::string& path) {
+  const std::string file = ComputerPath(path);
+  if (!computer_.app()->files().FileExists(file)) return Act("there is no file " + file + ".");
+  computer_.ui().ExpectFile(file);
+  return true;
+}
+
+bool Wizard::AddAll(const std::string& root, const std::vector<std::string>& paths, bool folders) {
+  for (const std::string& path : paths) {
+    if (folders) {
+      computer_.ui().ExpectFolder(ComputerPath(path));
+    } else {
+      if (!ChooseFile(path)) return false;
+    }
+    // A box on the way says why the page did not take it.
+    const size_t boxes = computer_.ui().boxes.size();
+    if (!Act(hands().Select("FrmTwo", "tvwMain", root))) return false;
+    if (computer_.ui().boxes.size() != boxes) return false;
+  }
+  return true;
+}
+
+bool Wizard::FillItemPage(const BackupJob& job) {
+  if (!job.to.empty() && !Act(hands().Set("FrmTwo", "txtpath", ComputerPath(job.to)))) {
+    return false;
+  }
+  if (job.all && !TickRoots("FrmTwo", "tvwMain")) return false;
+  return TickPaths("FrmTwo", job.ticks) && AddAll("Add Other Folders", job.add_folders, true) &&
+         AddAll("Add More Files", job.add_files, false);
+}
+
+bool Wizard::FillOptionsPage(const BackupJob& job) {
+  if (job.log && !Act(hands().Check("frmThree", "chklogdetails", true))) return false;
+  if (!job.level.empty()) {
+    const bool none = job.level == "No Compression";
+    if (!Act(hands().Check("frmThree", "chkcompression", !none))) return false;
+    if (!none && !Act(hands().Choose("frmThree", "cmbCompLevel", job.level))) return false;
+  }
+  if (job.password.empty()) return true;
+  return Act(hands().Check("frmThree", "chkProtectArchive", true)) &&
+         Act(hands().Set("frmThree", "txtpwd", job.password)) &&
+         Act(hands().Set("frmThree", "txtpwd2", job.password));
+}
+
+bool Wizard::ChooseDrive(const std::string& drive) {
+  std::string problem;
+  const ui::Control* control = hands().Find("FrmBackupMedia", "cboDrives", &problem);
+  if (control == nullptr) return Act(problem);
+  const ui::ComboBox& drives = static_cast<const ui::ComboBox&>(*control);
+  for (int i = 0; i < drives.Count(); ++i) {
+    const std::string text = drives.Item(i);
+    if (drive != std::to_string(i + 1) && !text.starts_with(drive)) continue;
+    return Act(hands().Choose("FrmBackupMedia", "cboDrives", text));
+  }
+  return Act("there is no disc writer \"" + drive + "\".");
+}
+
+bool Wizard::FillServer(const FtpAddress& server) {
+  const char* page = "FrmBackupMedia";
+  if (!Act(hands().Check(page, "ChkFTP", true)) ||
+      !Act(hands().Set(page, "TxtHostname", server.host)) ||
+      !Act(hands().Set(page, "TxtPort", server.port)) ||
+      !Act(hands().Set(page, "TxtRemoteDir", server.folder))) {
+    return false;
+  }
+  if (server.user.empty()) return Act(hands().Check(page, "ChkAnonymous", true));
+  return Act(hands().Set(page, "TxtUserName", server.user)) &&
+         Act(hands().Set(page, "TxtPassword", server.password));
+}
+
+// The run itself ends well also where the server did not get the file.
+Outcome Wizard::UploadEnding(Outcome outcome) {
+  if (outcome != Outcome::kDone || computer_.app()->session().gDelivered) return outcome;
+  Act("the backup is " + archive_ + ", but the server did not get it.");
+  return Outcome::kRefused;
+}
+
+bool Wizard::FillMediaPage(const BackupJob& job) {
+  if (job.ftp) return FillServer(*job.ftp);
+  if (job.disc.empty()) return true;
+  const size_t boxes = computer_.ui().boxes.size();
+  if (!Act(hands().Check("FrmBackupMedia", "ChkCDDVD", true))) return false;
+  // A box on the way says why there is no drive.
+  return computer_.ui().boxes.size() == boxes && ChooseDrive(job.disc);
+}
+
+// The run itself ends well also where its discs were not written.
+Outcome Wizard::BurnEnding(Outcome outcome) {
+  if (outcome != Outcome::kDone) return outcome;
+  archive_.clear();
+  if (!computer_.app()->session().gDelivered) return Outcome::kRefused;
+  const std::vector<ui::HeadlessUi::ShownBox>& boxes = computer_.ui().boxes;
+  discs_ = 1;
+  for (size_t i = first_box_; i < boxes.size(); ++i) {
+    if (boxes[i].request.text.starts_with("Please insert disk ")) ++discs_;
+  }
+  return outcome;
+}
+
+Outcome Wizard::Ending(const std::string& good, const std::string& stopped) {
+  Outcome outcome = Outcome::kRefused;
+  const std::vector<ui::HeadlessUi::ShownBox>& boxes = computer_.ui().boxes;
+  for (size_t i = first_box_; i < boxes.size(); ++i) {
+    if (boxes[i].request.text.starts_with(good)) outcome = Outcome::kDone;
+    if (boxes[i].request.text == stopped) outcome = Outcome::kStopped;
+  }
+  return outcome;
+}
+
+Outcome Wizard::Backup(const BackupJob& job) {
+  Begin();
+  const bool ready = ClickTo("FrmWelcome", "cmdWC_TakeBackup", "frmOne") &&
+                     Act(hands().Set("frmOne", "txtBackupname", job.name)) &&
+                     ClickTo("frmOne", "cmdNext", "FrmTwo") && FillItemPage(job) &&
+                     ClickTo("FrmTwo", "cmdNext", "frmThree") && FillOptionsPage(job) &&
+                     ClickTo("frmThree", "cmdNext", "FrmBackupMedia") && FillMediaPage(job) &&
+                     ClickTo("FrmBackupMedia", "cmdNext", "frmfour");
+  if (!ready || !Act(hands().Click("frmfour", "cmdNext"))) return Outcome::kRefused;
+  archive_ = computer_.app()->session().gBackupBasePath + ".obk";
+  const Outcome outcome = Ending("Backup successfully completed", "Backup Process Aborted by User");
+  if (job.ftp) return UploadEnding(outcome);
+  return job.disc.empty() ? outcome : BurnEnding(outcome);
+}
+
+Outcome Wizard::QuickBackup() {
+  Begin();
+  const bool ready = ClickTo("FrmWelcome", "lblQuicklinks(0)", "frmfour");
+  if (!ready || !Act(hands().Click("frmfour", "cmdNext"))) return Outcome::kRefused;
+  archive_ = computer_.app()->session().gBackupBasePath + ".obk";
+  return Ending("Backup successfully completed", "Backup Process Aborted by User");
+}
+
+bool Wizard::SelectFile(const RestoreJob& job) {
+  Begin();
+  if (!ClickTo("FrmWelcome", "cmdWC_Restore", "frmROne")) return false;
+  if (!ChooseFile(job.file) || !Act(hands().Click("frmROne", "Command1"))) return false;
+  std::string problem;
+  const ui::Control* box = hands().Find("frmROne", "txtDefaultPassword", &problem);
+  if (box == nullptr) return Act(problem);
+  // An archive without a password leaves the box disabled: there is nothing to type.
+  if (!job.password.empty() && box->enabled &&
+      !Act(hands().Set("frmROne", "txtDefaultPassword", job.password))) {
+    return false;
+  }
+  if (job.no_restore_folder && !Act(hands().Check("frmROne", "Check1", true))) return false;
+  return job.to.empty() || Act(hands().Set("frmROne", "txtRestore", ComputerPath(job.to)));
+}
+
+Outcome Wizard::Restore(const RestoreJob& job) {
+  if (!SelectFile(job) || !ClickTo("frmROne", "cmdNext", "frmRTwo")) return Outcome::kRefused;
+  if (job.all && !TickRoots("frmRTwo", "tvwMain")) return Outcome::kRefused;
+  if (!TickPaths("frmRTwo", job.ticks) || !ClickTo("frmRTwo", "cmdNext", "frmRfour")) {
+    return Outcome::kRefused;
+  }
+  if (!Act(hands().Check("frmRfour", job.keep ? "optRestore" : "optDefault", true)) ||
+      !Act(hands().Click("frmRfour", "cmdNext"))) {
+    return Outcome::kRefused;
+  }
+  return Ending("Backup successfully restored", "Restore Process Aborted by User");
+}
+
+const ui::TreeView* Wizard::ShowBackup(const std::string& file, const std::string& password) {
+  RestoreJob job;
+  job.file = file;
+  job.password = password;
+  if (!SelectFile(job) || !ClickTo("frmROne", "cmdNext", "frmRTwo")) return nullptr;
+  std::string problem;
+  const ui::Control* tree = hands().Find("frmRTwo", "tvwMain", &problem);
+  return static_cast<const ui::TreeView*>(tree);
+}
+
+// The page fills its tree when it loads; it need not be shown.
+const ui::TreeView* Wizard::ShowComputer() {
+  Begin();
+  if (computer_.app()->Ended()) {
+    Act("The program ended at once.");
+    return nullptr;
+  }
+  return &computer_.app()->Get<FrmTwo>().tvwMain;
+}
+
+}  // namespace quorvale

@@ -1,0 +1,268 @@
+#include "restore/pages/frmROne.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
+#include "core/main/frmSettings.h"
+#include "core/pages/page_layout.h"
+#include "core/program/ModGlobal.h"
+#include "restore/pages/frmRTwo.h"
+
+namespace quorvale {
+namespace {
+
+constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
+
+}  // namespace
+
+frmROne::frmROne(Application& app)
+    : ui::Form(app.ui(), kName), XceedZip1(app.platform().files, app.platform().system), app_(app) {
+  txtDefaultPassword.password = true;
+  Label32.is_link = true;
+  LblDelete.is_link = true;
+  File1.on_click = [this] { File1_Click(); };
+  Command1.on_click = [this] { Command1_Click(); };
+  Label32.on_click = [this] { Label32_Click(); };
+  LblDelete.on_click = [this] { LblDelete_Click(); };
+  Check1.on_click = [this] { Check1_Click(); };
+  txtpath.on_lost_focus = [this] { EnablePassword(); };
+  txtRestore.text.on_change = [this] { txtRestore_Change(); };
+  cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
+  cmdNext.on_click = [this] { cmdNext_Click(); };
+  cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  OpenHelpOnF1(app_, *this, "Restoration.htm");
+}
+
+void frmROne::Load() {
+  page_layout::HostPage(app_, *this);
+  Arrange();
+  cmdNext.enabled = false;
+  txtDefaultPassword.enabled = false;
+  FillBackupList();
+  UseOpenedFile();
+  app_.session().gNoRestoreFolder = false;
+  const std::string folder = app_.Get<frmSettings>().txtRestore.text;
+  // An earlier run that declined the folder left the setting empty.
+  txtRestore.text = folder.empty() ? app_.session().gAppDataPath + "\\Restore" : folder;
+}
+
+void frmROne::Arrange() {
+  using namespace page_layout;
+  PlaceHeader(&PicHeader, &lblHeading);
+  PlaceButtons(nullptr, &cmdNext, &cmdCancel);
+  lblDescription.bounds = ContentRow(0);
+  lblJobs.bounds = ContentRow(1, kContentLeft, 220);
+  Label32.bounds = ContentRow(1, kContentRight - 218, 70);
+  LblDelete.bounds = ContentRow(1, kContentRight - 132, 132);
+  File1.bounds = ContentRow(2, kContentLeft, kContentWidth, 4 * kRowHeight - 6);
+  txtpath.bounds = ContentRow(6, kContentLeft, kContentWidth - 104);
+  Command1.bounds = ButtonInRow(6, kContentRight - 96, 96);
+  lblPassword.bounds = ContentRow(7);
+  txtDefaultPassword.bounds = ContentRow(8, kContentLeft, 260);
+  lblRestore.bounds = ContentRow(9);
+  txtRestore.bounds = ContentRow(10, kContentLeft, kContentWidth - 104);
+  cmdselectfolder.bounds = ButtonInRow(10, kContentRight - 96, 96);
+  Check1.bounds = ContentRow(11, kContentLeft, 260);
+  int tab = 0;
+  // A heading stands just before what it names, so that its access key leads there.
+  for (ui::Control* control :
+       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&LblDelete),
+        static_cast<ui::Control*>(&lblJobs), static_cast<ui::Control*>(&File1),
+        static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&Command1),
+        static_cast<ui::Control*>(&lblPassword), static_cast<ui::Control*>(&txtDefaultPassword),
+        static_cast<ui::Control*>(&lblRestore), static_cast<ui::Control*>(&txtRestore),
+        static_cast<ui::Control*>(&cmdselectfolder), static_cast<ui::Control*>(&Check1)}) {
+    control->tab_index = tab++;
+  }
+}
+
+void frmROne::FillBackupList() {
+  frmSettings& settings = app_.Get<frmSettings>();
+  const std::string folder = settings.txtBackup.text;
+  app_.files().MakeFolderChain(folder);
+  const std::string restore_folder = settings.txtRestore.text;
+  if (!restore_folder.empty()) app_.files().MakeFolderChain(restore_folder);
+  std::vector<std::string> names = app_.files().ListFileNames(folder, "*.obk");
+  std::sort(names.begin(), names.end(),
+            [](const std::string& a, const std::string& b) { return FoldCase(a) < FoldCase(b); });
+  File1.Clear();
+  for (std::string& name : names) File1.AddItem(std::move(name));
+  if (File1.Count() == 0) return;
+  File1.list_index = 0;
+  cmdNext.enabled = true;
+}
+
+bool frmROne::CheckArchiveEncrypted() {
+  txtDefaultPassword.enabled = false;
+  XceedZip1.ResetDefaults();
+  XceedZip1.archive_name = txtpath.text;
+  XceedZip1.required_attributes = 0;
+  XceedZip1.excluded_attributes = file_attribute::kFolder;
+  std::vector<zip::Entry> entries;
+  if (XceedZip1.List(&entries) != zip::Result::kDone) return false;
+  return std::any_of(entries.begin(), entries.end(),
+                     [](const zip::Entry& entry) { return entry.encrypted; });
+}
+
+void frmROne::EnablePassword() { txtDefaultPassword.enabled = CheckArchiveEncrypted(); }
+
+void frmROne::UseArchivePath(const std::string& path) {
+  txtpath.text = path;
+  EnablePassword();
+}
+
+void frmROne::UseOpenedFile() {
+  // The shell hands the path over in quotes.
+  const std::string path = Trim(ReplaceAll(app_.CommandLine(), "\"", ""));
+  if (!EndsWithNoCase(path, ".obk") || !app_.files().FileExists(path)) return;
+  cmdNext.enabled = true;
+  UseArchivePath(path);
+}
+
+void frmROne::File1_Click() {
+  if (File1.list_index < 0) return;
+  txtDefaultPassword.text = "";
+  const std::string folder = app_.Get<frmSettings>().txtBackup.text;
+  const std::string path = folder + "\\" + File1.SelectedText();
+  UseArchivePath(IsNetworkPath(path) ? path : ReplaceAll(path, "\\\\", "\\"));
+}
+
+void frmROne::Command1_Click() {
+  const std::string path = app_.ui().OpenFileDialog("Outlook Backup Files(*.obk)|*.obk",
+                                                    app_.Get<frmSettings>().txtBackup.text);
+  if (path.empty()) return;
+  txtDefaultPassword.text = "";
+  cmdNext.enabled = true;
+  UseArchivePath(path);
+}
+
+void frmROne::Label32_Click() {
+  txtDefaultPassword.text = "";
+  FillBackupList();
+  if (File1.Count() == 0) cmdNext.enabled = false;
+  app_.Pump();
+}
+
+void frmROne::LblDelete_Click() {
+  if (Trim(txtpath.text.get()).empty()) return;
+  const std::string path = txtpath.text;
+  if (app_.files().FileExists(path)) {
+    if (app_.Ask("Are you sure you want to remove the backup file permanently",
+                 ui::Icon::kInformation)) {
+      app_.platform().files.RemoveFile(path, false);
+    }
+  } else {
+    app_.Inform("Cannot delete as the backup file has either been remove or renamed");
+  }
+  Label32_Click();
+}
+
+void frmROne::Check1_Click() {
+  const bool declined = Check1.value == 1;
+  app_.session().gNoRestoreFolder = declined;
+  txtRestore.enabled = !declined;
+  cmdselectfolder.enabled = !declined;
+  txtRestore.text = declined ? std::string() : app_.session().gAppDataPath + "\\Restore";
+}
+
+void frmROne::txtRestore_Change() {
+  frmSettings& settings = app_.Get<frmSettings>();
+  if (settings.txtRestore.text.get() == txtRestore.text.get()) return;
+  settings.txtRestore.text = txtRestore.text;
+  settings.Command4_Click();
+}
+
+void frmROne::cmdselectfolder_Click() {
+  const std::string folder = app_.ui().BrowseForFolder(kFolderPrompt, txtRestore.text);
+  if (folder.empty()) return;
+  Check1.value = 0;
+  if (FolderIsWritable(app_, folder)) {
+    txtRestore.text = folder;
+  } else {
+    app_.Inform("You do not have sufficient permissions on the selected folder or drive");
+  }
+}
+
+void frmROne::SaveRestoreSession() {
+  Session& session = app_.session();
+  session.gRestoreFilePath = txtpath.text;
+  session.gBackupFileName = txtpath.text;
+  session.gRestorePassword = txtDefaultPassword.text;
+  session.gRestoreFolder = txtRestore.text;
+  session.gRestoreProcessName = "Main Restore";
+  session.gRestoreProcessDesc = lblDescription.caption;
+}
+
+void frmROne::EnableButtons() {
+  app_.ui().SetPointer(ui::Pointer::kDefault);
+  cmdNext.enabled = true;
+  Command1.enabled = true;
+  // A declined folder stays declined.
+  cmdselectfolder.enabled = Check1.value == 0;
+}
+
+void frmROne::RefusePassword() {
+  app_.Inform(Trim(txtDefaultPassword.text.get()).empty() ? "Password cannot be left blank."
+                                                          : "Please enter the correct password.");
+  txtDefaultPassword.SetFocus();
+  EnableButtons();
+}
+
+// A large archive takes its time: the window repaints meanwhile, but nothing can be pressed.
+zip::Result frmROne::TestArchive() {
+  FrmWelcome& main = app_.Get<FrmWelcome>();
+  main.SetEnabled(false);
+  XceedZip1.on_total_progress = [this](int) {
+    app_.Pump();
+    if (app_.Ended()) XceedZip1.abort = true;
+  };
+  const zip::Result result = XceedZip1.Test();
+  XceedZip1.on_total_progress = nullptr;
+  if (!app_.Ended()) main.SetEnabled(true);
+  return result;
+}
+
+void frmROne::cmdNext_Click() {
+  if (Trim(txtpath.text.get()).empty()) {
+    app_.Inform("Select a backup file to Restore");
+    return;
+  }
+  app_.ui().SetPointer(ui::Pointer::kHourglass);
+  if (!app_.files().FileExists(txtpath.text)) {
+    app_.Warn("Backup file has been deleted or renamed");
+    Label32_Click();
+    app_.ui().SetPointer(ui::Pointer::kDefault);
+    return;
+  }
+  cmdNext.enabled = false;
+  XceedZip1.ResetDefaults();
+  XceedZip1.archive_name = txtpath.text;
+  XceedZip1.password = txtDefaultPassword.text;
+  const zip::Result result = TestArchive();
+  if (app_.Ended()) return;
+  if (result == zip::Result::kWrongPassword) return RefusePassword();
+  if (result != zip::Result::kDone) {
+    app_.Inform("Invalid backup file selected.");
+    return EnableButtons();
+  }
+  cmdNext.enabled = true;
+  SaveRestoreSession();
+  app_.session().gRestoreFileBad = false;
+  frmRTwo& next = app_.Get<frmRTwo>();
+  next.LoadValues();
+  app_.ui().SetPointer(ui::Pointer::kDefault);
+  if (app_.session().gRestoreFileBad) return;
+  app_.Get<FrmWelcome>().MarkRestoreStep(1);
+  next.Show();
+  Hide();
+}
+
+void frmROne::cmdCancel_Click() {
+  app_.Get<FrmWelcome>().LeavePages();
+  ResetRestorePages(app_);
+}
+
+void frmROne::RegisterOpenedFile() { quorvale::RegisterOpenedFile(app_); }
+
+}  // namespace quorvale

@@ -1,0 +1,502 @@
+#include "restore/pages/frmRTwo.h"
+
+#include <unordered_map>
+#include <utility>
+
+#include "backup/format/archive_layout.h"
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
+#include "core/main/frmSettings.h"
+#include "core/pages/page_layout.h"
+#include "core/program/ModGlobal.h"
+#include "discovery/products/ModbasTvw.h"
+#include "discovery/products/outlook_profile.h"
+#include "discovery/products/process_watch.h"
+#include "restore/pages/frmROne.h"
+#include "restore/pages/frmRfour.h"
+#include "restore/pages/restore_tree.h"
+
+namespace quorvale {
+namespace {
+
+constexpr int kSpace = 32;
+constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
+constexpr char kOtherMailFolders[] = "Outlook Express\\Email Messages\\Other Mail Folders";
+constexpr char kMailMessages[] = "Outlook Express\\Email Messages\\";
+constexpr char kStoreIndex[] = "Folders.dbx";
+constexpr char kSkipsDefault[] =
+    "Skiping of Default Profile may get ambigues recovery of Microsoft Outlook setting";
+
+std::string BaseNameOf(const std::string& archive) { return WithoutExtension(FileNameOf(archive)); }
+
+bool IsDefaultProfile(const ui::TreeNode& node) {
+  return node.Parent() != nullptr && Contains(node.Parent()->Text(), "Identities") &&
+         Contains(node.Text(), "Default");
+}
+
+// The store's index, in the place of either tree.
+bool IsStoreIndex(const std::string& path) {
+  return EqualsNoCase(path, std::string(kMailMessages) + kStoreIndex) ||
+         EqualsNoCase(path, std::string(kOtherMailFolders) + "\\" + kStoreIndex);
+}
+
+// "x\My Name" gives "x\My_Name.reg".
+std::string RegistryItem(const std::string& path) {
+  return ParentFolder(path) + "\\" + ExportFileName(FileNameOf(path));
+}
+
+RestoreRow OutlookRow(const std::string& path, const std::string& key) {
+  if (Contains(path, "Microsoft Outlook\\Offline folders")) return {path, key, 0};
+  if (Contains(path, "Microsoft Outlook\\Identities") && Contains(path, "Account Settings")) {
+    return {ReplaceAll(path, "Account Settings", "Account_Settings.reg"), key, 0};
+  }
+  const std::string location = UpToComma(key);
+  if (location.ends_with(".pst") || location.ends_with(".ost")) return {path, location, 0};
+  return {frmRTwo::extractLastFolder(path) + "\\" + FileNameOf(path), location, 0};
+}
+
+RestoreRow BrowserRow(const std::string& path, const std::string& key) {
+  if (Contains(path, "Internet Explorer\\Typed Urls")) return {path + "\\Typed_Urls.reg", key, 0};
+  if (Contains(path, "IESettings")) return {RegistryItem(path), key, 0};
+  return {path, key, 0};
+}
+
+RestoreRow MailRow(const std::string& path, const std::string& key) {
+  for (const char* group : {"Outlook Express\\Account Setting", "Outlook Express\\System setting",
+                            "Outlook Express\\Message Rules"}) {
+    if (Contains(path, group)) return {RegistryItem(path), key, 0};
+  }
+  return {path, key, 0};
+}
+
+RestoreRow OtherFilesRow(const std::string& path, const std::string& key,
+                         const std::string& documents) {
+  if (Contains(path, "My Desktop Files") || Contains(path, documents)) return {path, key, 0};
+  return {};
+}
+
+RestoreRow RowOfNode(const std::string& path, const std::string& key,
+                     const std::string& documents) {
+  if (Contains(path, "Added More Files")) return {"Added More Files\\" + FileNameOf(path), key, 0};
+  if (Contains(path, "Added Other Folders")) {
+    return {"Added Other Folders\\" + FileNameOf(WithoutBackslash(path)), key, 0};
+  }
+  if (Contains(path, "Other Files")) return OtherFilesRow(path, key, documents);
+  if (Contains(path, "Microsoft Outlook")) return OutlookRow(path, key);
+  if (Contains(path, "Internet Explorer")) return BrowserRow(path, key);
+  if (Contains(path, "Outlook Express")) return MailRow(path, key);
+  return {path, key, 0};
+}
+
+}  // namespace
+
+frmRTwo::frmRTwo(Application& app)
+    : ui::Form(app.ui(), kName), XceedZip1(app.platform().files, app.platform().system), app_(app) {
+  Label32.is_link = true;
+  Label32.on_click = [this] { Label32_Click(); };
+  Command2.on_click = [this] { Command2_Click(); };
+  tvwMain.on_node_check = [this](ui::TreeNode* node) { tvwMain_NodeCheck(node); };
+  tvwMain.on_node_click = [this](ui::TreeNode* node) { tvwMain_NodeClick(node); };
+  tvwMain.on_key_down = [this](int code, int modifiers) {
+    return tvwMain_KeyDown(code, modifiers);
+  };
+  txtpath.text.on_change = [this] { txtpath_Change(); };
+  cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
+  cmdNext.on_click = [this] { cmdNext_Click(); };
+  cmdBack.on_click = [this] { cmdBack_Click(); };
+  cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  OpenHelpOnF1(app_, *this, "Restoration.htm");
+}
+
+void frmRTwo::Load() {
+  page_layout::HostPage(app_, *this);
+  Arrange();
+  LvW.columns = {"Processes", "ID"};
+}
+
+void frmRTwo::Arrange() {
+  using namespace page_layout;
+  PlaceHeader(&PicHeader, &lblHeading);
+  PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
+  lblTree.bounds = ContentRow(0, kContentLeft, 220);
+  // The tree and, to its right, what is known of the selected item, as on the backup's page.
+  constexpr int kTreeWidth = 330;
+  constexpr int kDetailsLeft = kContentLeft + kTreeWidth + 10;
+  constexpr int kDetailsWidth = kContentRight - kDetailsLeft;
+  constexpr int kTreeHeight = 9 * kRowHeight - 8;
+  constexpr int kItemHeight = 60;
+  Label32.bounds = ContentRow(0, kContentLeft + kTreeWidth - 70, 70);
+  tvwMain.bounds = ContentRow(1, kContentLeft, kTreeWidth, kTreeHeight);
+  frmfor.bounds = ContentRow(1, kDetailsLeft, kDetailsWidth, kItemHeight);
+  lblDesc.bounds = {kDetailsLeft, kContentTop + kRowHeight + kItemHeight + 8, kDetailsWidth,
+                    kTreeHeight - kItemHeight - 8};
+  lblFolder.bounds = ContentRow(10);
+  txtpath.bounds = ContentRow(11, kContentLeft, kContentWidth - 104);
+  cmdselectfolder.bounds = ButtonInRow(11, kContentRight - 96, 96);
+  for (ui::Control* hidden :
+       {static_cast<ui::Control*>(&Command2), static_cast<ui::Control*>(&LvW)}) {
+    hidden->visible = false;
+  }
+  int tab = 0;
+  for (ui::Control* control :
+       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&lblTree),
+        static_cast<ui::Control*>(&tvwMain), static_cast<ui::Control*>(&frmfor),
+        static_cast<ui::Control*>(&lblDesc), static_cast<ui::Control*>(&lblFolder),
+        static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&cmdselectfolder)}) {
+    control->tab_index = tab++;
+  }
+}
+
+std::string frmRTwo::StagingFolder() const {
+  if (app_.session().gNoRestoreFolder) return TempXmlFolder(app_);
+  return app_.Get<frmSettings>().txtRestore.text;
+}
+
+std::string frmRTwo::SettingsFilePath(const std::string& base) const {
+  return CollapseBackslashes(StagingFolder() + "\\" + base + "\\" + base + ".xml");
+}
+
+void frmRTwo::LoadValues() {
+  Label32_Click();
+  txtpath.text = app_.Get<frmSettings>().txtRestore.text;
+}
+
+void frmRTwo::Label32_Click() {
+  app_.ui().SetPointer(ui::Pointer::kHourglass);
+  Command2_Click();
+  app_.ui().SetPointer(ui::Pointer::kDefault);
+}
+
+void frmRTwo::Command2_Click() {
+  Session& session = app_.session();
+  session.gBackupFileName = session.gRestoreFilePath;
+  if (session.gBackupFileName.empty()) {
+    app_.Inform("No backup file is selected for Restore, please select an obk file to restore");
+    return;
+  }
+  const std::string base = BaseNameOf(session.gBackupFileName);
+  if (!ExtractSettingsFile(SettingsEntryName(base), session.gRestoreFilePath)) return;
+  LoadRestoreTree(base);
+  cmdNext.enabled = true;
+}
+
+bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& archive) {
+  Session& session = app_.session();
+  const std::string folder = StagingFolder();
+  app_.files().MakeFolderChain(folder);
+  app_.ui().SetPointer(ui::Pointer::kHourglass);
+  XceedZip1.ResetDefaults();
+  XceedZip1.preserve_paths = true;
+  XceedZip1.unzip_folder = folder;
+  XceedZip1.archive_name = archive;
+  XceedZip1.files_to_process = {member};
+  XceedZip1.password = session.gRestorePassword;
+  // The member may have its name in other letters than the archive's file.
+  bool found = false;
+  const std::string target = CollapseBackslashes(folder + "\\" + member);
+  XceedZip1.on_before_file = [&found, &target](zip::BeforeFile& file) {
+    file.destination = target;
+    found = true;
+  };
+  zip::Result result = XceedZip1.Unzip();
+  XceedZip1.on_before_file = nullptr;
+  app_.ui().SetPointer(ui::Pointer::kDefault);
+  if (result == zip::Result::kDone && found) {
+    settings_file_ = target;
+    session.gRestoreFileBad = false;
+    return true;
+  }
+  if (result == zip::Result::kWrongPassword) {
+    app_.Inform("Please enter the correct password");
+  } else {
+    app_.Warn("Either the file is Corrupt or Renamed");
+  }
+  cmdBack_Click();
+  session.gRestoreFileBad = true;
+  return false;
+}
+
+void frmRTwo::LoadRestoreTree(const std::string& base) {
+  Session& session = app_.session();
+  tvwMain.Clear();
+  items_.clear();
+  session.gRestoreSettingsField.clear();
+  SettingsFile settings;
+  if (!ReadSettingsFile(app_, SettingsFilePath(base), &settings)) return;
+  session.gRestoreBackupFolder = settings.backup_folder;
+  ReadOptions(settings);
+  for (SettingsItem& item : settings.items) {
+    // A path that holds the words of two products is listed twice.
+    const bool repeated =
+        !items_.empty() && items_.back().path == item.path && items_.back().key == item.key;
+    if (!repeated) items_.push_back(std::move(item));
+  }
+  FillRestoreTree(items_, IsVista(app_), tvwMain, &session.gRestoreSettingsField);
+}
+
+void frmRTwo::ReadOptions(const SettingsFile& settings) {
+  Session& session = app_.session();
+  const auto option = [&settings](size_t place) {
+    return place < settings.options.size() ? settings.options[place] : std::string();
+  };
+  session.gRestoreLogDetails = option(0);
+  session.gRestoreUseCompression = option(1);
+  session.gRestoreSelfExtracting = option(2);
+  // The password that opened the archive counts; the stored one may be of another time.
+  if (session.gRestorePassword.empty()) session.gRestorePassword = option(3);
+  session.gRestoreProtectWithPassword = option(4);
+}
+
+bool frmRTwo::CheckIfOpen() {
+  processeslisting();
+  for (int i = 1; i <= tvwMain.Count(); ++i) {
+    const ui::TreeNode& node = *tvwMain.Node(i);
+    if (!node.Checked()) continue;
+    for (const WatchedProgram& program : WatchedPrograms()) {
+      if (node.Key() != program.root || FindProcessId(program.image) == 0) continue;
+      app_.ui().MessageBox(
+          {.text = program.restore_message, .title = kApplicationTitle, .to_foreground = true});
+      return false;
+    }
+  }
+  return true;
+}
+
+bool frmRTwo::CheckProfileRules() {
+  Session& session = app_.session();
+  for (int i = 1; i <= tvwMain.Count(); ++i) {
+    const ui::TreeNode& node = *tvwMain.Node(i);
+    const bool left_out = !node.Checked() && node.Parent() != nullptr && node.Parent()->Checked();
+    if (!left_out) continue;
+    if (Contains(node.FullPath(), "Account Settings")) {
+      app_.Inform("Please select Account Settings for proper restoration");
+      return false;
+    }
+    if (IsDefaultProfile(node)) session.gDefaultProfileSkipped = true;
+  }
+  if (!session.gDefaultProfileSkipped) return true;
+  if (app_.Ask(std::string(kSkipsDefault) + ", Are you proceed forward", ui::Icon::kInformation)) {
+    return true;
+  }
+  session.gDefaultProfileSkipped = false;
+  return false;
+}
+
+void frmRTwo::savedetails() {
+  Session& session = app_.session();
+  session.gBackupFolder = txtpath.text;
+  if (!session.gNoRestoreFolder) session.gRestoreFolder = txtpath.text;
+  session.gRestoreItemPaths.clear();
+  session.gRestoreItemKeys.clear();
+  session.gRestoreItemAux.clear();
+  session.gRestoreItemDest.clear();
+  session.gRestoreItemOrigins.clear();
+  session.gRestoreSelection.clear();
+
+  const std::vector<Namesakes> namesakes = CountNamesakes();
+  const ui::TreeNode* other_folders = tvwMain.FindPath(kOtherMailFolders);
+  const bool with_index = other_folders != nullptr && other_folders->Checked();
+  const std::string documents = DocumentsWord(app_);
+  NewRow();  // the first row stays empty: rows are counted from 1
+  NewRow();
+  for (int i = 1; i <= tvwMain.Count(); ++i) {
+    ui::TreeNode& node = *tvwMain.Node(i);
+    const std::string path = node.FullPath();
+    const bool parent_ticked = node.Parent() != nullptr && node.Parent()->Checked();
+    if (parent_ticked && Contains(path, "Account Settings")) node.SetChecked(true);
+    if (node.Checked() || (with_index && IsStoreIndex(path))) {
+      if (Contains(path, "\\")) {
+        session.gRestoreSelection.push_back(RowOfNode(path, node.Key(), documents));
+        session.gRestoreSelection.back().place = session.gRestoreItemPaths.size() - 1;
+      }
+      CommitNode(node, path, namesakes);
+    } else {
+      session.gRestoreItemDest.back() = node.Key();
+    }
+  }
+}
+
+void frmRTwo::NewRow() {
+  Session& session = app_.session();
+  session.gRestoreItemPaths.emplace_back();
+  session.gRestoreItemKeys.emplace_back();
+  session.gRestoreItemAux.emplace_back();
+  session.gRestoreItemDest.emplace_back();
+  session.gRestoreItemOrigins.emplace_back();
+}
+
+void frmRTwo::CommitNode(const ui::TreeNode& node, const std::string& path,
+                         const std::vector<Namesakes>& namesakes) {
+  Session& session = app_.session();
+  session.gRestoreItemPaths.back() = path;
+  session.gRestoreItemKeys.back() =
+      Contains(path, "Microsoft Outlook") ? UpToComma(node.Key()) : node.Key();
+  if (ItemOfNode(node) >= 0) {
+    const size_t item = static_cast<size_t>(ItemOfNode(node));
+    RestoreOrigin& origin = session.gRestoreItemOrigins.back();
+    origin.path = items_[item].path;
+    origin.key = WithoutRowNumbers(items_[item].key);
+    origin.occurrence = namesakes[item].before;
+    origin.of = namesakes[item].before + 1 + namesakes[item].behind;
+  }
+  NewRow();
+}
+
+// Folders of one name are one folder in the archive; files are kept apart by their order.
+std::vector<frmRTwo::Namesakes> frmRTwo::CountNamesakes() const {
+  std::vector<Namesakes> namesakes(items_.size());
+  std::unordered_map<std::string, size_t> counts;
+  const auto name_of = [this](const SettingsItem& item) {
+    const ItemEntry entry =
+        EntryOfItem(item.path, WithoutRowNumbers(item.key), app_.session().gOSName);
+    return entry.kind == ItemEntry::Kind::kFile ? FoldCase(entry.name) : std::string();
+  };
+  for (size_t i = 0; i < items_.size(); ++i) {
+    const std::string name = name_of(items_[i]);
+    if (!name.empty()) namesakes[i].before = static_cast<std::uint32_t>(counts[name]++);
+  }
+  for (size_t i = 0; i < items_.size(); ++i) {
+    const std::string name = name_of(items_[i]);
+    if (name.empty()) continue;
+    namesakes[i].behind = static_cast<std::uint32_t>(counts[name] - 1 - namesakes[i].before);
+  }
+  return namesakes;
+}
+
+void frmRTwo::processeslisting() {
+  LvW.Clear();
+  for (const ProcessInfo& process : app_.platform().processes.List()) {
+    const std::string id = std::to_string(process.id);
+    LvW.AddRow({id + "first", {process.image, id}});
+  }
+}
+
+std::uint32_t frmRTwo::FindProcessId(const std::string& image) {
+  for (const ui::ListView::Row& row : LvW.rows()) {
+    if (EqualsNoCase(row.cells[0], image)) {
+      return static_cast<std::uint32_t>(std::stoul(row.cells[1]));
+    }
+  }
+  return 0;
+}
+
+bool frmRTwo::CloseApplication(const std::string& window_title) {
+  if (!app_.platform().processes.WindowExists(window_title)) return true;
+  app_.Inform("It is recommended that you close : [" + window_title + "] to proceed");
+  return false;
+}
+
+std::string frmRTwo::extractLastFolder(const std::string& path) {
+  return FileNameOf(ParentFolder(path));
+}
+
+void frmRTwo::tvwMain_NodeCheck(ui::TreeNode* node) {
+  if (Contains(node->FullPath() + node->Text(), "\\Personal Folders\\")) {
+    CheckChildren(tvwMain, node);
+    return;
+  }
+  UpdateNodeChecks(tvwMain, node);
+  if (!IsDefaultProfile(*node)) return;
+  app_.session().gDefaultProfileSkipped = !node->Checked();
+  if (!node->Checked()) app_.Warn(kSkipsDefault);
+}
+
+void frmRTwo::tvwMain_NodeClick(ui::TreeNode* node) {
+  const bool is_outlook = Contains(node->FullPath(), "Microsoft Outlook");
+  frmfor.text = "Item: " + node->Text();
+  lblDesc.text = "Location: " + (is_outlook ? UpToComma(node->Key()) : node->Key());
+}
+
+bool frmRTwo::tvwMain_KeyDown(int code, int) {
+  ui::TreeNode* node = tvwMain.Selected();
+  if (code != kSpace || node == nullptr) return false;
+  if (!node->Checked()) {
+    UpdateNodeChecks(tvwMain, node);
+    return node->image == "aa1" || node->image == "ab1";
+  }
+  node->SetChecked(false);
+  tvwMain_NodeCheck(node);
+  if ((node->image == "of" || node->image == "dc1") &&
+      app_.Ask("Remove the folder/file: [" + node->Text() + "] ?", ui::Icon::kInformation)) {
+    tvwMain.Remove(node);
+  }
+  return true;
+}
+
+void frmRTwo::txtpath_Change() {
+  frmSettings& settings = app_.Get<frmSettings>();
+  if (settings.txtRestore.text.get() == txtpath.text.get()) return;
+  settings.txtRestore.text = txtpath.text;
+  settings.Command4_Click();
+}
+
+void frmRTwo::cmdselectfolder_Click() {
+  const std::string folder = app_.ui().BrowseForFolder(kFolderPrompt, txtpath.text);
+  if (folder.empty()) return;
+  const std::string refusal = WhyNot(folder);
+  if (!refusal.empty()) return app_.Inform(refusal);
+  // A chosen folder takes back that none was wanted.
+  if (app_.session().gNoRestoreFolder) app_.Get<frmROne>().Check1.value = 0;
+  txtpath.text = folder;
+}
+
+std::string frmRTwo::WhyNot(const std::string& folder) {
+  for (const char* bin : {"Recycle Bin", "Recycle.Bin", "Recycled"}) {
+    if (ContainsNoCase(folder, bin)) return "You cannot select Recycle Bin";
+  }
+  if (!IsNetworkPath(folder) &&
+      app_.platform().files.KindOfDrive(DriveOf(folder)) != DriveKind::kFixed) {
+    return "Please select a fixed drive";
+  }
+  if (IsVista(app_) && ContainsNoCase(folder, "Program Files")) {
+    return "You cannot select Program Files";
+  }
+  if (!FolderIsWritable(app_, folder)) {
+    return "You do not have sufficient permissions on the selected folder or drive";
+  }
+  return "";
+}
+
+bool frmRTwo::AnythingTicked() const {
+  for (int i = 1; i <= tvwMain.Count(); ++i) {
+    if (tvwMain.Node(i)->Checked()) return true;
+  }
+  return false;
+}
+
+void frmRTwo::cmdNext_Click() {
+  const std::string folder = txtpath.text;
+  if (folder.empty() && !app_.session().gNoRestoreFolder) return;
+  if (!folder.empty()) app_.files().MakeFolderChain(folder);
+  if (!app_.files().FileExists(app_.session().gRestoreFilePath)) {
+    app_.Warn("Backup file has been deleted or renamed");
+    cmdBack_Click();
+    return;
+  }
+  frmRfour& next = app_.Get<frmRfour>();
+  if (!AnythingTicked()) {
+    app_.Inform("No item is selected for Restore. Check the item to proceed");
+    next.cmdNext.enabled = false;
+    return;
+  }
+  if (!CheckIfOpen() || !CheckProfileRules()) return;
+  savedetails();
+  next.LoadDetails();
+  next.cmdNext.enabled = true;
+  next.Show();
+  Hide();
+  app_.Get<FrmWelcome>().MarkRestoreStep(2);
+}
+
+void frmRTwo::cmdBack_Click() {
+  app_.Get<frmROne>().Show();
+  Hide();
+  app_.Get<FrmWelcome>().MarkRestoreStep(0);
+}
+
+void frmRTwo::cmdCancel_Click() {
+  app_.Get<FrmWelcome>().LeavePages();
+  ResetRestorePages(app_);
+}
+
+}  // namespace quorvale

@@ -1,0 +1,105 @@
+// The second page of a restore: the item tree of a backup, rebuilt from its settings file.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "archive/archive.h"
+#include "backup/format/settings_file.h"
+#include "core/pages/application.h"
+#include "platform/ui/controls.h"
+#include "platform/ui/form.h"
+#include "platform/ui/tree_view.h"
+
+namespace quorvale {
+
+class frmRTwo : public ui::Form {
+ public:
+  static constexpr char kName[] = "frmRTwo";
+  explicit frmRTwo(Application& app);
+
+  ui::PictureBox PicHeader{*this, "PicHeader", "RESTORE_HEADER"};
+  ui::Label lblHeading{*this, "lblHeading", "Select Items to Restore"};
+  ui::Label lblTree{*this, "lblTree", "&Items in the backup"};
+  ui::TreeView tvwMain{*this, "tvwMain"};
+  ui::Label Label32{*this, "Label32", "Refresh List"};
+  ui::CommandButton Command2{*this, "Command2", "Load"};  // hidden; pressed by Refresh List
+  ui::RichTextBox frmfor{*this, "frmfor"};
+  ui::RichTextBox lblDesc{*this, "lblDesc"};
+  ui::Label lblFolder{*this, "lblFolder", "Select a &folder to restore files"};
+  ui::TextBox txtpath{*this, "txtpath"};
+  ui::CommandButton cmdselectfolder{*this, "cmdselectfolder", "&Select Folder"};
+  ui::ListView LvW{*this, "LvW"};  // hidden; the running programs
+  ui::CommandButton cmdBack{*this, "cmdBack", "< &Back"};
+  ui::CommandButton cmdNext{*this, "cmdNext", "&Next >"};
+  ui::CommandButton cmdCancel{*this, "cmdCancel", "&Cancel"};
+  zip::Archive XceedZip1;
+
+  void Load() override;
+
+  // Entry from frmROne: reads the backup's settings and builds the tree.
+  void LoadValues();
+  // Takes the settings file `member` out of the archive. On failure the user is told and
+  // gRestoreFileBad is set.
+  bool ExtractSettingsFile(const std::string& member, const std::string& archive);
+  // Clears the tree and fills it from the settings file of a backup of this base name.
+  void LoadRestoreTree(const std::string& base);
+
+  // True when no selected mail program runs; tells the user which one does.
+  bool CheckIfOpen();
+  // The rules on the default profile and on Account Settings.
+  bool CheckProfileRules();
+  // The commit: the ticked nodes become the session's tables.
+  void savedetails();
+  // Lists the running programs in LvW.
+  void processeslisting();
+  // The id of a listed program, without regard to case, else 0.
+  std::uint32_t FindProcessId(const std::string& image);
+  // Asks the user to close a program whose window stands open. True if there is none.
+  bool CloseApplication(const std::string& window_title);
+  // The last folder of a path: "b" of "a\b\c".
+  static std::string extractLastFolder(const std::string& path);
+
+  void Label32_Click();
+  void Command2_Click();
+  void tvwMain_NodeCheck(ui::TreeNode* node);
+  void tvwMain_NodeClick(ui::TreeNode* node);
+  bool tvwMain_KeyDown(int code, int modifiers);
+  void txtpath_Change();
+  void cmdselectfolder_Click();
+  void cmdNext_Click();
+  void cmdBack_Click();
+  void cmdCancel_Click();
+
+  // Where the settings file of this run lies, or is to lie.
+  std::string SettingsFilePath(const std::string& base) const;
+  // The settings file that was in fact taken out of the archive, "" if none was.
+  const std::string& SettingsFileTaken() const { return settings_file_; }
+  const std::vector<SettingsItem>& items() const { return items_; }
+
+ private:
+  void Arrange();
+  std::string StagingFolder() const;
+  void ReadOptions(const SettingsFile& settings);
+  // A new row of the tables whose rows are the ticked nodes.
+  void NewRow();
+  // How many items of the same entry name stand before and behind an item.
+  struct Namesakes {
+    std::uint32_t before = 0;
+    std::uint32_t behind = 0;
+  };
+  std::vector<Namesakes> CountNamesakes() const;
+  // Fills the last row and begins a new one.
+  void CommitNode(const ui::TreeNode& node, const std::string& path,
+                  const std::vector<Namesakes>& namesakes);
+  // The refusal text for a restore folder, "" if it may be used.
+  std::string WhyNot(const std::string& folder);
+  bool AnythingTicked() const;
+
+  Application& app_;
+  std::vector<SettingsItem> items_;
+  std::string settings_file_;
+};
+
+}  // namespace quorvale

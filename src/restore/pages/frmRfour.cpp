@@ -1,0 +1,276 @@
+#include "restore/pages/frmRfour.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "backup/format/archive_layout.h"
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
+#include "core/pages/page_layout.h"
+#include "core/program/ModGlobal.h"
+#include "restore/pages/frmRFinish.h"
+#include "restore/pages/frmROne.h"
+#include "restore/pages/frmRTwo.h"
+
+namespace quorvale {
+namespace {
+
+constexpr char kLineEnd[] = "\r\n";
+
+std::string Rule() { return "   " + std::string(138, '-'); }
+
+std::string CompressionLine(const std::string& level) {
+  const char* word = level == "9"   ? "Maximum"
+                     : level == "6" ? "Normal"
+                     : level == "1" ? "Low"
+                                    : "No Compression";
+  return std::string("   Compression Type: ") + word;
+}
+
+// "11_14_2026_22_5_9": a name for a log of this moment.
+std::string LogStamp(const LocalTime& time) {
+  std::string stamp = std::to_string(time.month);
+  for (int part : {time.day, time.year, time.hour, time.minute, time.second}) {
+    stamp += "_" + std::to_string(part);
+  }
+  return stamp;
+}
+
+}  // namespace
+
+frmRfour::frmRfour(Application& app)
+    : ui::Form(app.ui(), kName), app_(app), archive_(app.platform().files, app.platform().system) {
+  RichTextBox1.wraps = false;  // a rule is longer than a line of the box
+  cmdNext.on_click = [this] { cmdNext_Click(); };
+  cmdBack.on_click = [this] { cmdBack_Click(); };
+  cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  OpenHelpOnF1(app_, *this, "Restoration.htm");
+}
+
+void frmRfour::Load() {
+  page_layout::HostPage(app_, *this);
+  Arrange();
+}
+
+void frmRfour::Arrange() {
+  using namespace page_layout;
+  PlaceHeader(&PicHeader, &lblHeading);
+  PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
+  lblReview.bounds = ContentRow(0);
+  lblHint.bounds = ContentRow(1);
+  lblChange.bounds = ContentRow(2);
+  RichTextBox1.bounds = ContentRow(3, kContentLeft, kContentWidth, 7 * kRowHeight - 5);
+  optRestore.bounds = ContentRow(10);
+  optDefault.bounds = ContentRow(11);
+  RichTextBox1.tab_index = 0;
+  optRestore.tab_index = 1;
+  optDefault.tab_index = 2;
+}
+
+void frmRfour::LoadDetails() {
+  const Session& session = app_.session();
+  std::vector<std::string> lines = {
+      "   MAIN PROCESS: " + session.gRestoreProcessName + " (" + session.gRestoreProcessDesc + ")",
+      Rule(),
+      "   DATE/TIME: " + HistoryStamp(app_, app_.platform().system.Now()),
+      Rule(),
+      "RESTORE FOLDER: " + session.gRestoreFolder,
+      Rule(),
+      "SELECTED ITEMS FOR RESTORE: ",
+  };
+  for (const std::string& path : session.gRestoreItemPaths) {
+    if (!path.empty()) lines.push_back("   " + path);
+  }
+  for (const std::string& line :
+       {Rule(), std::string("ADVANCED SETTINGS: "), Rule(),
+        "   Log Details: " + session.gRestoreLogDetails,
+        "   Use Compression: " + session.gRestoreUseCompression,
+        CompressionLine(session.gRestoreSelfExtracting),
+        "   Protect Archive with Password: " + session.gRestoreProtectWithPassword,
+        std::string("   Password: "), std::string("   Backup Settings file:")}) {
+    lines.push_back(line);
+  }
+  std::string text;
+  for (const std::string& line : lines) text += line + kLineEnd;
+  RichTextBox1.text = text;
+}
+
+void frmRfour::ReadArchive() {
+  const std::string path = app_.Get<frmROne>().txtpath.text;
+  const std::optional<FileInfo> file = app_.platform().files.Stat(path);
+  prefix_ = WithoutExtension(file ? file->name : FileNameOf(path));
+  archive_.ResetDefaults();
+  members_.Read(archive_, path, app_.session().gRestorePassword);
+}
+
+double frmRfour::SizeOfItem(const std::string& pattern) { return members_.Size(pattern); }
+
+std::string frmRfour::PatternOfRow(size_t row) const {
+  const RestoreOrigin& origin = app_.session().gRestoreItemOrigins[row];
+  const ItemEntry entry = EntryOfItem(origin.path, origin.key, app_.session().gOSName);
+  if (entry.kind == ItemEntry::Kind::kNone) return "";
+  const std::string name = prefix_ + "\\" + entry.name;
+  return entry.kind == ItemEntry::Kind::kFolder ? name + "\\*" : name;
+}
+
+bool frmRfour::IsThere(const std::string& target) const {
+  Files& files = app_.platform().files;
+  if (!IsNetworkPath(target)) return files.DriveExists(target.substr(0, 2));
+  const std::optional<DiskSpace> space = files.Space(DriveOfTarget(target));
+  return space && space->free_bytes > 0;
+}
+
+std::string frmRfour::TargetOfRow(size_t row) const {
+  const Session& session = app_.session();
+  const std::string& path = session.gRestoreItemPaths[row];
+  Shell& shell = app_.platform().shell;
+  if (path.starts_with("Added ")) {
+    const std::string& key = session.gRestoreItemOrigins[row].key;
+    // What cannot go home stays in the restore folder.
+    return IsThere(key) ? key : app_.Get<frmRFinish>().FolderForLeftItems();
+  }
+  if (path.starts_with("Other Files\\My Desktop Files")) {
+    return shell.SpecialFolder(special_folder::kDesktop);
+  }
+  if (path.starts_with("Other Files")) return shell.SpecialFolder(special_folder::kDocuments);
+  return app_.platform().system.Environment("appdata");
+}
+
+std::string frmRfour::DriveOfTarget(const std::string& path) {
+  if (!IsNetworkPath(path)) return path.substr(0, 3);
+  const size_t server = path.find('\\', 2);
+  if (server == std::string::npos) return path;
+  return path.substr(0, path.find('\\', server + 1));
+}
+
+void frmRfour::AddNeed(const std::string& target, double bytes) {
+  const auto [drive, added] = drives_.emplace(FoldCase(DriveOfTarget(target)), needs_.size());
+  if (added) needs_.push_back({target, 0});
+  needs_[drive->second].lRestoreFilesize += bytes;
+}
+
+bool frmRfour::ComputeRestoreSpace() {
+  const Session& session = app_.session();
+  needs_.clear();
+  drives_.clear();
+  ReadArchive();
+  for (size_t row = 0; row < session.gRestoreItemPaths.size(); ++row) {
+    if (!Contains(session.gRestoreItemPaths[row], "\\")) continue;
+    const std::string pattern = PatternOfRow(row);
+    AddNeed(TargetOfRow(row), pattern.empty() ? 0 : SizeOfItem(pattern));
+  }
+  std::string report =
+      "Insufficient disk space\r\nRestoration drive(s): Space Informations\r\n\r\n";
+  report += "Drive Name\tAvailable Space\tRequired Space\r\n" + std::string(75, '-') + kLineEnd;
+  bool is_short = false;
+  for (const QVLRestoreClass& need : needs_) {
+    const std::string drive = DriveOfTarget(need.lstrRestorePath);
+    const std::optional<DiskSpace> space = app_.platform().files.Space(DriveOf(drive));
+    const double free_bytes = space ? static_cast<double>(space->free_bytes) : 0;
+    if (need.lRestoreFilesize <= free_bytes) continue;
+    is_short = true;
+    report += drive.substr(0, 1) + "\t" + FormatSize(free_bytes) + "\t" +
+              FormatSize(need.lRestoreFilesize) + kLineEnd;
+  }
+  if (!is_short) return true;
+  report += std::string(75, '-') + kLineEnd;
+  app_.Inform(report + "Please customize items selected for restoration process");
+  return false;
+}
+
+std::string frmRfour::FormatSize(double bytes) {
+  constexpr double kStep = 1024;
+  const char* unit = " Bytes";
+  double number = bytes;
+  for (const char* next : {" KB", " MB", " GB"}) {
+    if (number < kStep) break;
+    number /= kStep;
+    unit = next;
+  }
+  char text[64];
+  std::snprintf(text, sizeof text, "%.3f", number);
+  return text + std::string(unit);
+}
+
+void frmRfour::WriteRestoreSettingsLog(const std::string& path) {
+  const Session& session = app_.session();
+  SystemInfo& system = app_.platform().system;
+  const LocalTime now = system.Now();
+  std::vector<std::string> lines = {
+      "<?xml version='1.0'?>",
+      "<BackupSettings>",
+      "<Main Process: " + session.gRestoreProcessName + ">",
+      "<Process Description>" + session.gRestoreProcessDesc + "</Process Description>",
+      "<DateTime>" + system.WeekdayName(now.weekday) + "_" + std::to_string(now.month) + "/" +
+          std::to_string(now.day) + "/" + std::to_string(now.year) + "_" + system.TimeText(now) +
+          "</DateTime>",
+      "<Restore Folder>" + session.gRestoreFolder + "</Restore Folder>",
+      "",
+      "<ItemsForBackup>",
+      "",
+  };
+  for (const std::string& item : session.gRestoreItemPaths) {
+    const size_t root = item.find('\\');
+    if (root == std::string::npos) continue;
+    const std::string word = item.substr(0, root);
+    lines.insert(lines.end(), {"<" + word + ">", "<" + item, "</" + word + ">"});
+  }
+  lines.insert(
+      lines.end(),
+      {"</ItemsForBackup>", "<Advanced Settings>",
+       "<Use Compression>" + session.gRestoreUseCompression + "</Use Compression>",
+       "<Password Protected>" + session.gRestoreProtectWithPassword + "</Password Protected>",
+       "<Backup File Name>" + FileNameOf(session.gRestoreFilePath) + "</Backup File Name>",
+       "</AdvancedSettings>", "</Main>", "</BackupSettings>"});
+  std::string text;
+  for (const std::string& line : lines) text += line + kLineEnd;
+  app_.files().WriteWhole(path, system.ToAnsi(text));
+}
+
+void frmRfour::EnableButtons(bool enabled) {
+  cmdNext.enabled = enabled;
+  cmdBack.enabled = enabled;
+  cmdCancel.enabled = enabled;
+}
+
+void frmRfour::cmdNext_Click() {
+  if (!app_.Get<frmRTwo>().CheckIfOpen()) return;
+  EnableButtons(false);
+  Session& session = app_.session();
+  session.gRestoreToDefaultFolders = optDefault.value;
+  if (!ComputeRestoreSpace()) return EnableButtons(true);
+  app_.files().MakeFolderChain(WithoutBackslash(LogFolder(app_)));
+  if (session.gRestoreLogDetails == "True") {
+    WriteRestoreSettingsLog(LogFolder(app_) + "Settings_RST_" +
+                            WithoutExtension(FileNameOf(session.gRestoreFilePath)) + "_" +
+                            LogStamp(app_.platform().system.Now()) + ".xml");
+  }
+  StartRun();
+  EnableButtons(true);
+}
+
+void frmRfour::StartRun() {
+  frmRFinish& run = app_.Get<frmRFinish>();
+  run.Show();
+  Hide();
+  app_.Get<FrmWelcome>().MarkRestoreStep(3);
+  app_.Get<FrmWelcome>().EnableSideButtons(false);
+  run.cmdNext.enabled = false;
+  run.lblCurrent.caption = "Initializing...";
+  run.pbCurrent.value = 0;
+  run.prbGlobalProgress.value = 0;
+  run.Timer1.enabled = true;
+}
+
+void frmRfour::cmdBack_Click() {
+  app_.Get<frmRTwo>().Show();
+  Hide();
+  app_.Get<FrmWelcome>().MarkRestoreStep(1);
+}
+
+void frmRfour::cmdCancel_Click() {
+  app_.Get<FrmWelcome>().LeavePages();
+  ResetRestorePages(app_);
+}
+
+}  // namespace quorvale

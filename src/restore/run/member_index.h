@@ -1,0 +1,36 @@
+// The members of an archive by name, without regard to case, so that many rows can be looked up
+// after one listing.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "archive/archive.h"
+
+namespace quorvale {
+
+class MemberIndex {
+ public:
+  // Lists the archive that `archive` is set to. Empty if that fails.
+  void Read(zip::Archive& archive, const std::string& archive_name, const std::string& password);
+  // Sum of the sizes of the members that a pattern names: one name, or a folder and "\*".
+  double Size(const std::string& pattern) const;
+  // How many members have this very name.
+  size_t Count(const std::string& name) const;
+  // True if the pattern names at least one member.
+  bool Has(const std::string& pattern) const;
+
+ private:
+  struct Member {
+    std::string name;   // folded
+    double before = 0;  // bytes of all members sorted before this one
+    double size = 0;
+  };
+  std::pair<size_t, size_t> Range(const std::string& pattern) const;
+
+  std::vector<Member> members_;  // by name
+};
+
+}  // namespace quorvale

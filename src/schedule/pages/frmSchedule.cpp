@@ -1,0 +1,242 @@
+#include "schedule/pages/frmSchedule.h"
+
+#include "backup/format/settings_file.h"
+#include "base/text.h"
+#include "core/main/FrmWelcome.h"
+#include "core/main/run_modes.h"
+#include "core/pages/page_layout.h"
+#include "core/program/ModGlobal.h"
+#include "discovery/products/process_watch.h"
+#include "schedule/pages/frmSchedTwo.h"
+#include "schedule/run/schedule_jobs.h"
+
+namespace quorvale {
+namespace {
+
+constexpr char kSchedulerService[] = "Schedule";
+constexpr char kScheduleWord[] = "Schedule";
+
+// The types of a scheduled backup, and the words that start them.
+struct BackupType {
+  const char* label;
+  const char* word;
+};
+constexpr BackupType kTypes[] = {{"QuickBackup(Complete)", kQuickBackupWord},
+                                 {"Custom Backup", kCustomWord},
+                                 {"Automatic Backup", kAutoWord}};
+
+// Of Monday to Sunday, in a trigger's day mask.
+constexpr std::uint16_t kDayBits[] = {2, 4, 8, 16, 32, 64, 1};
+
+std::string WordOf(const std::string& label) {
+  for (const BackupType& type : kTypes) {
+    if (label == type.label) return type.word;
+  }
+  return "";
+}
+
+}  // namespace
+
+frmSchedule::frmSchedule(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+  for (const BackupType& type : kTypes) cmbCommandLine.AddItem(type.label);
+  LayOut();
+  WireEvents();
+}
+
+void frmSchedule::LayOut() {
+  using namespace page_layout;
+  constexpr int kLabelWidth = 150;
+  constexpr int kFieldLeft = kContentLeft + kLabelWidth + 10;
+  // Of Monday to Sunday: so that the gaps behind the names are alike.
+  constexpr int kDayWidths[] = {78, 80, 96, 84, 68, 82, 72};
+  constexpr int kWideButton = 120;
+  PlaceHeader(&PicHeader, &lblHeader);
+  lblHeading.bounds = ContentRow(0);
+  lblHeading.bold = true;
+  lblHeading.fore_color = kHeadingColor;
+  lblSchedName.bounds = ContentRow(1, kContentLeft, kLabelWidth);
+  txtSchedName.bounds = ContentRow(1, kFieldLeft, 260);
+  lblCommandLine.bounds = ContentRow(3, kContentLeft, kLabelWidth);
+  cmbCommandLine.bounds = ContentRow(3, kFieldLeft, 260);
+  lblTime.bounds = ContentRow(5, kContentLeft, kLabelWidth);
+  DTPTime.bounds = ContentRow(5, kFieldLeft, 110);
+  txttime.bounds = ContentRow(5, kFieldLeft + 120, 80);
+  txttime.visible = false;
+  chkDaily.bounds = ContentRow(7, kContentLeft, kLabelWidth);
+  int left = kContentLeft;
+  const std::array<ui::CheckBox*, 7> boxes = DayBoxes();
+  for (size_t i = 0; i < boxes.size(); ++i) {
+    boxes[i]->bounds = ContentRow(8, left, kDayWidths[i]);
+    left += kDayWidths[i];
+  }
+  Command6.bounds = ContentRow(10, kContentLeft, kWideButton, kButtonHeight);
+  // In the middle of the button's height.
+  const int refresh_top = Command6.bounds.get().top + 3;
+  cmdRefresh.bounds = {kContentRight - 68, refresh_top, 20, 20};
+  Label32.bounds = {kContentRight - 44, refresh_top, 44, 20};
+  Label32.is_link = true;
+  Label32.fore_color = kHeadingColor;
+  for (ui::Control* control : std::initializer_list<ui::Control*>{&cmdRefresh, &Label32}) {
+    control->tooltip = "Clear the name and set the present time";
+  }
+  PlaceButtons(nullptr, &cmdNext, &cmdCancel);
+  cmdNext.bounds = {kCancelLeft - kButtonGap - kWideButton, kButtonTop, kWideButton, kButtonHeight};
+  // Enter makes the schedule, as the page's own act.
+  cmdNext.is_default = false;
+  Command6.is_default = true;
+  int tab = 1;
+  for (ui::Control* control : std::initializer_list<ui::Control*>{
+           &lblSchedName, &txtSchedName, &lblCommandLine, &cmbCommandLine, &lblTime, &DTPTime,
+           &chkDaily, &ChkM, &ChkT, &ChkW, &ChkR, &ChkF, &ChkS, &ChkU, &Command6, &Label32}) {
+    control->tab_index = tab++;
+  }
+}
+
+void frmSchedule::WireEvents() {
+  Command6.on_click = [this] { Command6_Click(); };
+  cmdNext.on_click = [this] { cmdNext_Click(); };
+  cmdRefresh.on_click = [this] { cmdRefresh_Click(); };
+  Label32.on_click = [this] { cmdRefresh_Click(); };
+  cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  chkDaily.on_click = [this] { chkDaily_Click(); };
+  for (ui::CheckBox* box : DayBoxes()) box->on_click = [this] { DayBox_Click(); };
+  txttime.on_lost_focus = [this] { txttime_Validate(); };
+  OpenHelpOnF1(app_, *this, kScheduleHelpTopic);
+}
+
+void frmSchedule::Load() {
+  page_layout::HostPage(app_, *this);
+  cmbCommandLine.list_index = 0;
+  ShowPresentTime();
+}
+
+void frmSchedule::ShowPresentTime() {
+  DTPTime.value = app_.platform().system.Now();
+  DTPTime.Notify(ui::Property::kValue);
+  txttime.text = TimeBoxText(DTPTime.value);
+}
+
+// --- Days ---------------------------------------------------------------------------------------
+
+std::array<ui::CheckBox*, 7> frmSchedule::DayBoxes() {
+  return {&ChkM, &ChkT, &ChkW, &ChkR, &ChkF, &ChkS, &ChkU};
+}
+
+int frmSchedule::TickedDays() {
+  int ticked = 0;
+  for (const ui::CheckBox* box : DayBoxes()) ticked += box->value;
+  return ticked;
+}
+
+void frmSchedule::chkDaily_Click() {
+  if (setting_days_) return;
+  setting_days_ = true;
+  for (ui::CheckBox* box : DayBoxes()) {
+    box->value = chkDaily.value.get();
+    box->enabled = chkDaily.value == 0;
+  }
+  setting_days_ = false;
+}
+
+void frmSchedule::DayBox_Click() {
+  if (setting_days_) return;
+  const int ticked = TickedDays();
+  if (ticked == 0) chkDaily.value = 0;
+  if (ticked == 7) chkDaily.value = 1;
+}
+
+// --- Creating -----------------------------------------------------------------------------------
+
+void frmSchedule::Command6_Click() {
+  if (!ServiceIsRunning(app_.platform().services, kSchedulerService)) {
+    app_.Inform(
+        "Windows Scheduler service is currently not running. Please enable it to create a "
+        "schedule.");
+    return;
+  }
+  app_.Get<frmSchedTwo>().cmdRefresh_Click();
+  const std::string name = Trim(txtSchedName.text.get());
+  if (!MayCreate(name)) return;
+  CreateJob(name);
+  app_.Inform("Schedule created successfully");
+  app_.Get<FrmWelcome>().NextSchedule();
+  cmdRefresh_Click();
+  Refresh();
+}
+
+bool frmSchedule::MayCreate(const std::string& name) {
+  if (HasSpecialCharacters(name)) {
+    app_.Inform("Schedule name cannot contain special characters");
+    txtSchedName.SetFocus();
+    return false;
+  }
+  if (app_.Get<frmSchedTwo>().checkAllReadyExist(name)) {
+    app_.Inform("Schedule already exists. Please enter a new name");
+    return false;
+  }
+  if (name.empty()) {
+    app_.Inform("Schedule name cannot be blank, please enter a schedule name");
+    txtSchedName.SetFocus();
+    return false;
+  }
+  if (TickedDays() == 0) {
+    app_.Inform("Select at least one day for the Schedule");
+    return false;
+  }
+  return true;
+}
+
+// What came of it is not asked: the list of jobs tells.
+void frmSchedule::CreateJob(const std::string& name) {
+  ScheduledTask job = NewScheduleJob(app_, name, kScheduleComment, DTPTime.value);
+  job.parameters = WordOf(cmbCommandLine.SelectedText());
+  if (chkDaily.value == 0) {
+    TaskTrigger& trigger = job.triggers.front();
+    trigger.type = TaskTriggerType::kWeekly;
+    const std::array<ui::CheckBox*, 7> boxes = DayBoxes();
+    for (size_t i = 0; i < boxes.size(); ++i) {
+      if (boxes[i]->value != 0)
+        trigger.days = static_cast<std::uint16_t>(trigger.days | kDayBits[i]);
+    }
+  }
+  app_.platform().scheduler.Create(job);
+}
+
+void frmSchedule::cmdRefresh_Click() {
+  if (frmSchedTwo* manage = app_.Loaded<frmSchedTwo>()) manage->mJobs.clear();
+  txtSchedName.text = "";
+  ShowPresentTime();
+}
+
+bool frmSchedule::txttime_Validate() {
+  if (ReadTimeBox(txttime.text, DTPTime.value)) return true;
+  const std::string text = txttime.text;
+  RefuseTime(app_, text);
+  ShowPresentTime();
+  return false;
+}
+
+// --- Leaving ------------------------------------------------------------------------------------
+
+void frmSchedule::cmdNext_Click() {
+  if (!RaiseRights()) return;
+  frmSchedTwo& manage = app_.Get<frmSchedTwo>();
+  manage.Show();
+  manage.cmdRefresh_Click();
+  Hide();
+  app_.Get<FrmWelcome>().MarkScheduleStep(1);
+}
+
+bool frmSchedule::RaiseRights() {
+  if (!NeedsElevation(app_)) return true;
+  SaveScheduleState(app_, HandOverPath(app_), kScheduleWord);
+  if (RestartElevated(app_) == Elevation::kRefused) {
+    app_.Get<FrmWelcome>().SetEnabled(true);
+    app_.Inform(kElevationRefused);
+  }
+  return false;
+}
+
+void frmSchedule::cmdCancel_Click() { app_.Get<FrmWelcome>().HomePage(); }
+
+}  // namespace quorvale

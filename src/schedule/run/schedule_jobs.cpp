@@ -1,0 +1,220 @@
+#include "schedule/run/schedule_jobs.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "base/dates.h"
+#include "base/text.h"
+#include "core/program/ModGlobal.h"
+
+namespace quorvale {
+namespace {
+
+constexpr std::uint32_t kInteractive = 1;
+constexpr std::uint32_t kRunOnlyIfLoggedOn = 8192;
+constexpr char kBetweenFlags[] = " - ";
+constexpr char kTimeFormatHint[] =
+    "Valid format for time is HH:MM AM/PM , hour:minute followed by a blank space then am/pm";
+
+struct FlagWord {
+  std::uint32_t bit;
+  const char* word;
+};
+// "Hidden" goes by the bit of the first word.
+constexpr FlagWord kFlagWords[] = {
+    {2, "Delete when done"},
+    {4, "Disabled"},
+    {64, "Don'FlagsText start if on batteries"},
+    {2, "Hidden"},
+    {1, "Interactive"},
+    {128, "Kill if going on batteries"},
+    {32, "Kill on idle end"},
+    {2048, "Restart on idle resume"},
+    {256, "Run only if docked"},
+    {8192, "Run only if logged on"},
+    {16, "Start only if idle"},
+    {4096, "System required"},
+};
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// The numbers of a date text such as "11/21/2026" or "21.11.26"; nothing unless there are three
+// and nothing else but what stands between them.
+std::optional<std::array<int, 3>> DateNumbers(const std::string& text) {
+  std::array<int, 3> numbers{};
+  size_t count = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (!IsDigit(text[i])) {
+      if (std::string("/.-").find(text[i]) == std::string::npos) return std::nullopt;
+      continue;
+    }
+    if (i == 0 || !IsDigit(text[i - 1])) ++count;
+    if (count == 0 || count > 3) return std::nullopt;
+    int& number = numbers[count - 1];
+    number = number * 10 + (text[i] - '0');
+    if (number > 9999) return std::nullopt;
+  }
+  if (count != 3) return std::nullopt;
+  return numbers;
+}
+
+// True if the text is this date, in whatever order the user's region has its parts.
+bool IsDate(const std::string& text, const LocalTime& date) {
+  std::optional<std::array<int, 3>> numbers = DateNumbers(text);
+  if (!numbers) return false;
+  for (const int year : {date.year, date.year % 100}) {
+    std::array<int, 3> parts = {year, date.month, date.day};
+    std::array<int, 3> sorted = *numbers;
+    std::sort(parts.begin(), parts.end());
+    std::sort(sorted.begin(), sorted.end());
+    if (parts == sorted) return true;
+  }
+  return false;
+}
+
+// A trigger's words, the date behind the last blank in the form that all moments have here.
+std::string TriggerLine(Application& app, const TaskTrigger& trigger) {
+  const size_t blank = trigger.text.rfind(' ');
+  if (blank == std::string::npos) return trigger.text;
+  if (!IsDate(trigger.text.substr(blank + 1), trigger.begin)) return trigger.text;
+  LocalTime day = trigger.begin;
+  day.hour = day.minute = day.second = 0;  // a date alone
+  return trigger.text.substr(0, blank + 1) + HistoryStamp(app, day);
+}
+
+// Takes one or two digits at a place of the text.
+bool TakeNumber(const std::string& text, size_t* at, int* number) {
+  const size_t start = *at;
+  *number = 0;
+  while (*at < text.size() && *at < start + 2 && IsDigit(text[*at])) {
+    *number = *number * 10 + (text[*at] - '0');
+    ++*at;
+  }
+  return *at > start;
+}
+
+}  // namespace
+
+ScheduledTask NewScheduleJob(Application& app, const std::string& name, const std::string& comment,
+                             const LocalTime& start) {
+  ScheduledTask job;
+  job.name = name;
+  job.application = ProgramPath(app);
+  job.comment = comment;
+  job.flags = kInteractive | kRunOnlyIfLoggedOn;
+  TaskTrigger trigger;
+  trigger.begin = app.platform().system.Now();
+  trigger.begin.hour = start.hour;
+  trigger.begin.minute = start.minute;
+  trigger.begin.second = 0;
+  trigger.type = TaskTriggerType::kDaily;
+  trigger.interval = 1;
+  job.triggers.push_back(trigger);
+  job.account = app.platform().system.Environment("USERNAME");
+  return job;
+}
+
+bool HasSpecialCharacters(const std::string& name) {
+  return name.find_first_of("?><./\\:;*|'\"") != std::string::npos;
+}
+
+std::vector<ScheduledTask> OwnScheduleJobs(Application& app) {
+  TaskScheduler& scheduler = app.platform().scheduler;
+  std::vector<ScheduledTask> jobs;
+  for (const std::string& name : scheduler.Names()) {
+    std::optional<ScheduledTask> job = scheduler.Read(name);
+    if (job && job->comment == kScheduleComment) jobs.push_back(std::move(*job));
+  }
+  return jobs;
+}
+
+std::optional<LocalTime> NextScheduledRun(Application& app) {
+  const std::int64_t now = MinuteNumber(app.platform().system.Now());
+  std::optional<LocalTime> next;
+  std::int64_t fewest = 0;
+  for (const ScheduledTask& job : OwnScheduleJobs(app)) {
+    if (!job.next_run) continue;
+    const std::int64_t minutes = MinuteNumber(*job.next_run) - now;
+    if (minutes <= 0 || (next && minutes >= fewest)) continue;
+    next = job.next_run;
+    fewest = minutes;
+  }
+  return next;
+}
+
+std::string FlagWords(std::uint32_t flags) {
+  std::string words;
+  for (const FlagWord& flag : kFlagWords) {
+    if ((flags & flag.bit) != 0) words += std::string(flag.word) + kBetweenFlags;
+  }
+  if (!words.empty()) words.resize(words.size() - sizeof(kBetweenFlags) + 1);
+  return words;
+}
+
+std::string RunTimeText(Application& app, const std::optional<LocalTime>& time) {
+  return time ? HistoryStamp(app, *time) : "Never";
+}
+
+std::string ScheduleDetails(Application& app, const ScheduledTask& job) {
+  std::string triggers;
+  for (const TaskTrigger& trigger : job.triggers) {
+    triggers += (triggers.empty() ? "" : "\r\n") + TriggerLine(app, trigger);
+  }
+  const std::pair<const char*, std::string> lines[] = {
+      {"ApplicationName: ", job.application},
+      {"CommandLine: ", job.parameters},
+      {"Comment: ", job.comment},
+      {"Flags: ", FlagWords(job.flags)},
+      {"LastRunTime: ", RunTimeText(app, job.last_run)},
+      {"NextRunTime: ", RunTimeText(app, job.next_run)},
+      {"Creator: ", job.creator},
+      {"StatusText: ", job.status_text},
+      {"Triggers: ", triggers},
+  };
+  std::string text;
+  for (const auto& [label, value] : lines) text += label + value + "\r\n";
+  return text;
+}
+
+std::string TimeBoxText(const LocalTime& time) {
+  const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
+  char text[32];
+  std::snprintf(text, sizeof(text), "%02d:%02d %s", hour, time.minute,
+                time.hour < 12 ? "AM" : "PM");
+  return text;
+}
+
+std::optional<LocalTime> ReadTimeBox(const std::string& text, const LocalTime& day) {
+  const std::string trimmed = Trim(text);
+  LocalTime time = day;
+  time.second = 0;
+  size_t at = 0;
+  if (!TakeNumber(trimmed, &at, &time.hour) || at >= trimmed.size() || trimmed[at] != ':') {
+    return std::nullopt;
+  }
+  if (!TakeNumber(trimmed, &++at, &time.minute)) return std::nullopt;
+  if (at < trimmed.size() && trimmed[at] == ':' && !TakeNumber(trimmed, &++at, &time.second)) {
+    return std::nullopt;
+  }
+  const std::string half = Trim(trimmed.substr(at));
+  const bool morning = EqualsNoCase(half, "am");
+  const bool afternoon = EqualsNoCase(half, "pm");
+  if (!half.empty() && !morning && !afternoon) return std::nullopt;
+  const bool half_days = morning || afternoon;
+  if (time.minute > 59 || time.second > 59 || time.hour > (half_days ? 12 : 23) ||
+      (half_days && time.hour == 0)) {
+    return std::nullopt;
+  }
+  if (half_days) time.hour = time.hour % 12 + (afternoon ? 12 : 0);
+  return time;
+}
+
+void RefuseTime(Application& app, const std::string& text) {
+  const std::string problem = Trim(text).empty()
+                                  ? "Please enter time at which you want the schedule to run. "
+                                  : text + " is not a valid time. ";
+  app.ui().MessageBox({.text = problem + kTimeFormatHint, .title = "Invalid Time"});
+}
+
+}  // namespace quorvale

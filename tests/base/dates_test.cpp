@@ -1,0 +1,46 @@
+#include "base/dates.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvale {
+namespace {
+
+TEST(Dates, TheFirstOfJanuary1970IsDayZeroAndAThursday) {
+  EXPECT_EQ(DayNumber(1970, 1, 1), 0);
+  EXPECT_EQ(DayNumber(1969, 12, 31), -1);
+  const LocalTime day = DateOfDay(0);
+  EXPECT_EQ(day.year, 1970);
+  EXPECT_EQ(day.month, 1);
+  EXPECT_EQ(day.day, 1);
+  EXPECT_EQ(day.weekday, 5);
+}
+
+TEST(Dates, EveryDayOf800YearsComesBackAndWeekdaysFollowEachOther) {
+  const std::int64_t first = DayNumber(1601, 1, 1);
+  EXPECT_EQ(DateOfDay(first).weekday, 2);  // a Monday
+  int weekday = DateOfDay(first - 1).weekday;
+  for (std::int64_t number = first; number < first + 2 * 146097; ++number) {
+    const LocalTime day = DateOfDay(number);
+    ASSERT_EQ(DayNumber(day.year, day.month, day.day), number);
+    ASSERT_EQ(day.weekday, weekday % 7 + 1);
+    weekday = day.weekday;
+  }
+}
+
+TEST(Dates, LeapDaysAreWhereTheCalendarHasThem) {
+  EXPECT_EQ(DayNumber(2000, 3, 1) - DayNumber(2000, 2, 28), 2);
+  EXPECT_EQ(DayNumber(1900, 3, 1) - DayNumber(1900, 2, 28), 1);
+  EXPECT_EQ(DayNumber(2024, 3, 1) - DayNumber(2024, 2, 28), 2);
+  EXPECT_EQ(DayNumber(2026, 3, 1) - DayNumber(2026, 2, 28), 1);
+}
+
+TEST(Dates, MinutesCountWholeOnesOnly) {
+  const LocalTime early{2026, 11, 14, 22, 5, 0, 7};
+  const LocalTime late{2026, 11, 14, 22, 5, 59, 7};
+  const LocalTime next{2026, 11, 15, 0, 0, 0, 1};
+  EXPECT_EQ(MinuteNumber(early), MinuteNumber(late));
+  EXPECT_EQ(MinuteNumber(next) - MinuteNumber(late), 115);
+}
+
+}  // namespace
+}  // namespace quorvale

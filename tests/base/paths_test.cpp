@@ -1,0 +1,42 @@
+#include "base/paths.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvale {
+namespace {
+
+TEST(Paths, ParentOfAFileAtARootIsTheDrive) {
+  EXPECT_EQ(ParentFolder("C:\\x"), "C:");
+  EXPECT_EQ(ParentFolder("x"), "");
+}
+
+TEST(Paths, FileNameIsTheTextBehindTheLastBackslash) {
+  EXPECT_EQ(FileNameOf("C:\\a\\b.txt"), "b.txt");
+  EXPECT_EQ(FileNameOf("b.txt"), "b.txt");
+  EXPECT_EQ(FileNameOf("C:\\a\\"), "");
+}
+
+TEST(Paths, BackslashIsAddedAndTakenOnce) {
+  EXPECT_EQ(WithBackslash("C:"), "C:\\");
+  EXPECT_EQ(WithBackslash("C:\\"), "C:\\");
+  EXPECT_EQ(WithoutBackslash("C:\\a\\"), "C:\\a");
+  EXPECT_EQ(WithoutBackslash("C:\\a"), "C:\\a");
+}
+
+TEST(Paths, DoubledBackslashesCollapseBehindTheShareMark) {
+  EXPECT_EQ(CollapseBackslashes("C:\\\\a\\\\b"), "C:\\a\\b");
+  EXPECT_EQ(CollapseBackslashes("\\\\server\\\\share"), "\\\\server\\share");
+}
+
+TEST(Paths, WithoutExtensionCutsFourCharacters) {
+  EXPECT_EQ(WithoutExtension("My mail.obk"), "My mail");
+  EXPECT_EQ(WithoutExtension("a"), "");
+}
+
+TEST(Paths, DriveOfANetworkPathIsTheWholePath) {
+  EXPECT_EQ(DriveOf("D:\\Data"), "D:");
+  EXPECT_EQ(DriveOf("\\\\server\\share\\x"), "\\\\server\\share\\x");
+}
+
+}  // namespace
+}  // namespace quorvale

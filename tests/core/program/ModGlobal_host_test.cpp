@@ -1,0 +1,271 @@
+// The shared procedures that look at the computer.
+#include "core/program/ModGlobal.h"
+
+#include <gtest/gtest.h>
+
+#include "backup/pages/frmOne.h"
+#include "backup/pages/frmThree.h"
+#include "core/main/FrmWelcome.h"
+#include "core/main/frmSettings.h"
+#include "platform/host/host_platform.h"
+#include "support/test_machine.h"
+
+namespace quorvale {
+namespace {
+
+constexpr char kSettings[] = "HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale\\Settings";
+
+class ModGlobalTest : public testing::Test {
+ protected:
+  // Jobs go to D:\Jobs.
+  void UseJobFolder(const std::string& folder) {
+    machine_.SetDrive("D", DriveKind::kFixed);
+    machine_.MakeFolder("D:\\Jobs");
+    machine_.app().Get<FrmWelcome>();
+    machine_.app().Get<frmSettings>().txtBackup.text = folder;
+  }
+
+  TestMachine machine_;
+};
+
+// --- UniqueBackupName ---------------------------------------------------------------------------
+
+TEST_F(ModGlobalTest, AFreeJobNameGetsNoSuffix) {
+  UseJobFolder("D:\\Jobs");
+  machine_.session().gBackupFileName = "Mail.obk";
+  EXPECT_EQ(UniqueBackupName(machine_.app()), "");
+  EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Jobs\\Mail");
+}
+
+TEST_F(ModGlobalTest, TheSecondRunOfANameGets1AndTheThird2) {
+  UseJobFolder("D:\\Jobs");
+  machine_.session().gBackupFileName = "Mail.obk";
+  machine_.WriteFile("D:\\Jobs\\Mail.obk", "x");
+  EXPECT_EQ(UniqueBackupName(machine_.app()), "_1");
+  EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Jobs\\Mail_1");
+  machine_.WriteFile("D:\\Jobs\\Mail_1.obk", "x");
+  EXPECT_EQ(UniqueBackupName(machine_.app()), "_2");
+  EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Jobs\\Mail_2");
+}
+
+TEST_F(ModGlobalTest, AFolderOrAFileOfTheNameTakesItToo) {
+  UseJobFolder("D:\\Jobs");
+  machine_.session().gBackupFileName = "Mail.obk";
+  machine_.MakeFolder("D:\\Jobs\\Mail");
+  EXPECT_EQ(UniqueBackupName(machine_.app()), "_1");
+  machine_.WriteFile("D:\\Jobs\\Mail_1", "a file without extension");
+  EXPECT_EQ(UniqueBackupName(machine_.app()), "_2");
+}
+
+TEST_F(ModGlobalTest, ADriveRootAsJobFolderGetsNoSecondBackslash) {
+  UseJobFolder("D:\\");
+  machine_.session().gBackupFileName = "Mail.obk";
+  EXPECT_EQ(UniqueBackupName(machine_.app()), "");
+  EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Mail");
+}
+
+// --- Folders ------------------------------------------------------------------------------------
+
+TEST_F(ModGlobalTest, MakeDirectoryPathMakesEveryFolderBeforeTheLastBackslash) {
+  EXPECT_TRUE(MakeDirectoryPath(machine_.app(), "C:\\a\\b\\c\\"));
+  EXPECT_TRUE(machine_.Exists("C:\\a\\b\\c"));
+  EXPECT_TRUE(MakeDirectoryPath(machine_.app(), "C:\\p\\q"));
+  EXPECT_TRUE(machine_.Exists("C:\\p"));
+  EXPECT_FALSE(machine_.Exists("C:\\p\\q"));
+}
+
+TEST_F(ModGlobalTest, AFolderThatCannotBeMadeIsTold) {
+  machine_.WriteFile("C:\\a", "a file in the way");
+  machine_.Expect(ui::Answer::kOk, "Sorry Could not make the directory [C:\\a\\b\\] path. ");
+  EXPECT_FALSE(MakeDirectoryPath(machine_.app(), "C:\\a\\b\\"));
+}
+
+TEST_F(ModGlobalTest, FolderIsWritableLeavesNothingBehind) {
+  machine_.MakeFolder("C:\\work");
+  EXPECT_TRUE(FolderIsWritable(machine_.app(), "C:\\work"));
+  EXPECT_TRUE(machine_.AllBelow("C:\\work").empty());
+  EXPECT_FALSE(FolderIsWritable(machine_.app(), "C:\\missing"));
+  EXPECT_FALSE(machine_.Exists("C:\\missing"));
+}
+
+TEST_F(ModGlobalTest, FolderIsWritableSparesAFileOfTheUsers) {
+  machine_.WriteFile("C:\\work\\QVL.txt", "mine");
+  EXPECT_TRUE(FolderIsWritable(machine_.app(), "C:\\work"));
+  EXPECT_EQ(machine_.ReadFile("C:\\work\\QVL.txt"), "mine");
+  EXPECT_EQ(machine_.AllBelow("C:\\work").size(), 1u);
+}
+
+// --- Facts of the computer ----------------------------------------------------------------------
+
+TEST_F(ModGlobalTest, TheBrowserIsWhatStandsBetweenTheQuotes) {
+  const std::string key = "HKEY_CLASSES_ROOT\\http\\shell\\open\\command";
+  EXPECT_EQ(DefaultBrowser(machine_.app()), "Invalid");
+  machine_.SetString(key, "", "C:\\no quotes.exe %1");
+  EXPECT_EQ(DefaultBrowser(machine_.app()), "Invalid");
+  machine_.SetString(key, "", "\"C:\\one quote.exe");
+  EXPECT_EQ(DefaultBrowser(machine_.app()), "Invalid");
+  machine_.SetString(key, "", "\"C:\\Program Files\\Web\\web.exe\" -nohome");
+  EXPECT_EQ(DefaultBrowser(machine_.app()), "C:\\Program Files\\Web\\web.exe");
+}
+
+TEST_F(ModGlobalTest, OpenUrlStartsTheBrowserOrTellsThatThereIsNone) {
+  machine_.Expect(ui::Answer::kOk, "Unable to open URL. Install browser first!");
+  OpenUrl(machine_.app(), "https://a.example/");
+  EXPECT_TRUE(machine_.Started().empty());
+  machine_.SetString("HKEY_CLASSES_ROOT\\http\\shell\\open\\command", "", "\"C:\\web.exe\" %1");
+  OpenUrl(machine_.app(), "https://a.example/");
+  EXPECT_EQ(machine_.Started(), std::vector<std::string>{"run|C:\\web.exe https://a.example/"});
+}
+
+TEST_F(ModGlobalTest, TheUserNameIsTrimmed) {
+  machine_.SetUser("  Anna  ");
+  EXPECT_EQ(GetWinUserName(machine_.app()), "Anna");
+}
+
+TEST_F(ModGlobalTest, OutlookCurVerIsTheKeysDefaultValue) {
+  EXPECT_EQ(OutlookCurVer(machine_.app()), "");
+  machine_.SetString("HKEY_CLASSES_ROOT\\Outlook.Application\\CurVer", "",
+                     "Outlook.Application.11");
+  EXPECT_EQ(OutlookCurVer(machine_.app()), "Outlook.Application.11");
+}
+
+TEST_F(ModGlobalTest, HistoryStampIsPaddedAndEndsInTheLongTime) {
+  const LocalTime time{2026, 1, 4, 22, 5, 9, 1};
+  const std::string stamp = HistoryStamp(machine_.app(), time);
+  EXPECT_EQ(stamp, "01/04/2026 " + machine_.platform().system.TimeText(time));
+}
+
+// --- Links --------------------------------------------------------------------------------------
+
+class LinksTest : public ModGlobalTest {
+ protected:
+  LinksTest() {
+    machine_.SetSpecialFolder(special_folder::kPrograms,
+                              machine_.Profile() + "\\Start Menu\\Programs");
+    for (const char* folder : {"\\Start Menu\\Programs", "\\Recent"}) {
+      machine_.MakeFolder(machine_.Profile() + folder);
+    }
+  }
+  const ShellLink& LastLink() { return machine_.host().shell().links_made().back(); }
+};
+
+TEST_F(LinksTest, AGroupIsTheWayFromTheProgramsOfTheStartMenu) {
+  const std::string programs = machine_.Profile() + "\\Start Menu\\Programs";
+  const std::vector<std::pair<std::string, std::string>> folders = {
+      {"", programs},
+      {"$(Programs)", programs},
+      {"..", machine_.Profile() + "\\Start Menu"},
+      {"..\\..\\Recent", machine_.Profile() + "\\Recent"},
+      {"Tools", programs + "\\Tools"}};
+  machine_.MakeFolder(programs + "\\Tools");
+  for (const auto& [group, folder] : folders) {
+    EXPECT_TRUE(CreateShellLink(machine_.app(), "\"C:\\a b.exe\"", "\"My link\"", "x", group));
+    EXPECT_EQ(LastLink().link_path, folder + "\\My link.lnk");
+    EXPECT_EQ(LastLink().target, "C:\\a b.exe");
+    EXPECT_EQ(LastLink().arguments, "x");
+  }
+}
+
+TEST_F(LinksTest, WithoutAPlaceOrANameThereIsNoLink) {
+  EXPECT_FALSE(CreateShellLink(machine_.app(), "C:\\a.exe", "\"\"", "", ""));
+  machine_.SetSpecialFolder(special_folder::kPrograms, "");
+  EXPECT_FALSE(CreateShellLink(machine_.app(), "C:\\a.exe", "a", "", ""));
+  EXPECT_FALSE(StartMenuShortcut(machine_.app()));
+  EXPECT_TRUE(machine_.host().shell().links_made().empty());
+}
+
+TEST_F(LinksTest, AFileGivenAtTheStartIsRememberedAndLinkedAmongTheRecentOnes) {
+  machine_.SetCommandLine(" \"C:\\Backups\\My mail.obk\" ");
+  RegisterOpenedFile(machine_.app());
+  EXPECT_EQ(machine_.session().gBackupFileName, "\"C:\\Backups\\My mail.obk\"");
+  EXPECT_EQ(LastLink().link_path, machine_.Profile() + "\\Recent\\My mail.obk.lnk");
+  EXPECT_EQ(LastLink().target, "C:\\Backups\\My mail.obk");
+}
+
+TEST_F(LinksTest, WordsOfTheRunModesAndTheBareFileMarkAreNoFiles) {
+  for (const char* word : {"", "%1", "qbackup", "custom", "auto", "qvlrunasadmin"}) {
+    machine_.SetCommandLine(word);
+    RegisterOpenedFile(machine_.app());
+    EXPECT_EQ(machine_.session().gBackupFileName, "") << word;
+  }
+  EXPECT_TRUE(machine_.host().shell().links_made().empty());
+}
+
+// --- The sound at the end of a run --------------------------------------------------------------
+
+TEST_F(ModGlobalTest, TheEndSoundPlaysUnlessItIsTurnedOff) {
+  const std::string chimes = machine_.platform().system.ProgramFolder() + "\\chimes.wav";
+  const auto sounds = [&] {
+    PlayEndSound(machine_.app());
+    return machine_.host().shell().sounds_played().size();
+  };
+  EXPECT_EQ(sounds(), 0u) << "there is no such file yet";
+  machine_.WriteFile(chimes, "RIFF");
+  EXPECT_EQ(sounds(), 1u);
+  machine_.SetString(kSettings, "chkSound", "0");
+  EXPECT_EQ(sounds(), 2u);
+  EXPECT_EQ(machine_.host().shell().sounds_played().back(), chimes);
+  for (const char* off : {"1", "x"}) {
+    machine_.SetString(kSettings, "chkSound", off);
+    EXPECT_EQ(sounds(), 2u) << off;
+  }
+}
+
+// --- Resets -------------------------------------------------------------------------------------
+
+TEST_F(ModGlobalTest, ResetBackupPagesKeepsTheSessionAndForgetsTheControls) {
+  Application& app = machine_.app();
+  app.Get<FrmWelcome>();
+  app.Get<frmOne>().txtBackupname.text = "Typed";
+  app.Get<frmThree>().txtcurrent.text = "Typed";
+  app.session().gBackupName = "Kept";
+  app.session().gArchivePassword = "Kept too";
+  app.session().gStopRequested = true;
+  ResetBackupPages(app);
+  EXPECT_EQ(app.Loaded<frmOne>(), nullptr);
+  EXPECT_EQ(app.Loaded<frmThree>(), nullptr);
+  EXPECT_EQ(app.Get<frmOne>().txtBackupname.text.get(), "Backup file");
+  EXPECT_EQ(app.session().gBackupName, "Kept");
+  EXPECT_EQ(app.session().gArchivePassword, "Kept too");
+  EXPECT_FALSE(app.session().gStopRequested);
+  EXPECT_TRUE(app.Get<FrmWelcome>().Visible());
+}
+
+TEST_F(ModGlobalTest, ResetRestorePagesClearsItsTwoFlags) {
+  Application& app = machine_.app();
+  app.session().gOutlookProfileEdited = true;
+  app.session().gStopRequested = true;
+  app.session().gRestoreFolder = "Kept";
+  ResetRestorePages(app);
+  EXPECT_FALSE(app.session().gOutlookProfileEdited);
+  EXPECT_FALSE(app.session().gStopRequested);
+  EXPECT_EQ(app.session().gRestoreFolder, "Kept");
+}
+
+TEST_F(ModGlobalTest, AClosedRunGetsNoNewMainWindow) {
+  Application& app = machine_.app();
+  app.Get<FrmWelcome>().CmdWC_Close_Click();
+  ASSERT_TRUE(app.Ended());
+  ResetBackupPages(app);
+  ResetRestorePages(app);
+  EXPECT_EQ(app.Loaded<FrmWelcome>(), nullptr);
+}
+
+// --- Corners ------------------------------------------------------------------------------------
+
+TEST_F(ModGlobalTest, RoundPageDependsOnTheSystemAndSparesAMinimisedPage) {
+  Application& app = machine_.app();
+  ui::Form page(app.ui(), "page");
+  page.SetState(ui::WindowState::kMinimized);
+  RoundPage(app, page);
+  EXPECT_EQ(page.corner, 0);
+  page.SetState(ui::WindowState::kNormal);
+  RoundPage(app, page);
+  EXPECT_EQ(page.corner, 11);
+  app.session().gOSName = kWindowsVista;
+  RoundPage(app, page);
+  EXPECT_EQ(page.corner, 10);
+}
+
+}  // namespace
+}  // namespace quorvale

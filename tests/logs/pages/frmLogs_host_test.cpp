@@ -1,0 +1,172 @@
+// The log page.
+#include "logs/pages/frmLogs.h"
+
+#include <gtest/gtest.h>
+
+#include "core/main/FrmWelcome.h"
+#include "support/test_machine.h"
+
+namespace quorvale {
+namespace {
+
+TEST(RenderLogText, ReadsNamesAndValuesOutOfTheLines) {
+  EXPECT_EQ(RenderLogText("<?xml version='1.0'?>\r\n"
+                          "<BackupSettings>\r\n"
+                          "<Main Process='Main Backup'>\r\n"
+                          "<ProcessDesc>Save all</ProcessDesc>\r\n"
+                          "</Main>\r\n"),
+            "-------- Log Starts ---------\r\n"
+            "BackupSettings: \r\n"
+            "Main Process='Main Backup': \r\n"
+            "ProcessDesc: Save all\r\n");
+}
+
+TEST(RenderLogText, WithoutAnXmlHeaderThereIsNoLogStartsLine) {
+  EXPECT_EQ(RenderLogText("<A>1</A>"), "A: 1");
+  EXPECT_EQ(RenderLogText("<?XML version='1.0'?>\n<A>1</A>\n"),
+            "-------- Log Starts ---------\r\nA: 1");
+}
+
+TEST(RenderLogText, OnlyTheFirstClosingTagOfALineCounts) {
+  EXPECT_EQ(RenderLogText("<A>a > b</A><B>x</B>"), "A: a :  b");
+  EXPECT_EQ(RenderLogText("plain text"), "plain text");
+  EXPECT_EQ(RenderLogText(""), "");
+}
+
+class FrmLogsTest : public testing::Test {
+ protected:
+  frmLogs& Open() {
+    machine_.Click(machine_.app().Get<FrmWelcome>().CmdWC_ViewLog);
+    return machine_.app().Get<frmLogs>();
+  }
+  std::string Folder() { return machine_.AppData() + "\\Tarnwick\\Quorvale\\Files\\Logs"; }
+  void WriteLog(const std::string& name, const std::string& text) {
+    machine_.WriteFile(Folder() + "\\" + name, text);
+  }
+
+  TestMachine machine_;
+};
+
+TEST_F(FrmLogsTest, AnEmptyFolderYieldsAnEmptyListAndNothingToDelete) {
+  frmLogs& page = Open();
+  EXPECT_EQ(page.File1.Count(), 0);
+  EXPECT_EQ(page.RichTextBox1.text.get(), "");
+  EXPECT_EQ(page.txtLog.text.get(), Folder());
+  machine_.Expect(ui::Answer::kOk, "There is no log to delete");
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(machine_.ui().boxes.back().request.icon, ui::Icon::kInformation);
+}
+
+TEST_F(FrmLogsTest, TheFirstLogIsShownAtOnce) {
+  WriteLog("Settings_b.xml", "<A>second</A>\r\n");
+  WriteLog("settings_A.xml", "<A>first</A>\r\n");
+  frmLogs& page = Open();
+  ASSERT_EQ(page.File1.Count(), 2);
+  EXPECT_EQ(page.File1.Item(0), "settings_A.xml");
+  EXPECT_EQ(page.File1.SelectedText(), "settings_A.xml");
+  EXPECT_EQ(page.RichTextBox1.text.get(), "A: first");
+  EXPECT_EQ(page.txtLog.text.get(), Folder() + "\\settings_A.xml");
+  page.File1.list_index = 1;
+  EXPECT_EQ(page.RichTextBox1.text.get(), "A: second");
+  EXPECT_EQ(page.txtLog.text.get(), Folder() + "\\Settings_b.xml");
+}
+
+TEST_F(FrmLogsTest, AMissingLogChangesNothing) {
+  WriteLog("a.xml", "<A>1</A>");
+  frmLogs& page = Open();
+  page.RenderLog(Folder() + "\\gone.xml");
+  EXPECT_EQ(page.RichTextBox1.text.get(), "A: 1");
+}
+
+TEST_F(FrmLogsTest, ALogIsReadInTheSystemsCodePage) {
+  WriteLog("a.xml", "<Name>M\xFCller</Name>");
+  EXPECT_EQ(Open().RichTextBox1.text.get(), "Name: M\xC3\xBCller");
+}
+
+TEST_F(FrmLogsTest, DeleteAsksAndThenShowsTheNextFile) {
+  WriteLog("a.xml", "<A>1</A>");
+  WriteLog("b.xml", "<B>2</B>");
+  frmLogs& page = Open();
+  const std::string question =
+      "The operation can't be undone. Are you sure you want to delete \"a.xml\"?";
+  machine_.Expect(ui::Answer::kNo, question);
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(page.File1.Count(), 2);
+  EXPECT_EQ(machine_.ui().boxes.back().request.icon, ui::Icon::kQuestion);
+  machine_.Expect(ui::Answer::kYes, question);
+  machine_.Click(page.cmdDelete);
+  EXPECT_FALSE(machine_.Exists(Folder() + "\\a.xml"));
+  EXPECT_EQ(page.File1.Count(), 1);
+  EXPECT_EQ(page.File1.SelectedText(), "b.xml");
+  EXPECT_EQ(page.RichTextBox1.text.get(), "B: 2");
+}
+
+TEST_F(FrmLogsTest, TheLogBehindTheDeletedOneIsShownOrElseTheLast) {
+  for (const char* name : {"a.xml", "b.xml", "c.xml"}) WriteLog(name, "<Name>" + std::string(name));
+  frmLogs& page = Open();
+  page.File1.list_index = 1;
+  machine_.Expect(ui::Answer::kYes, "");
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(page.File1.SelectedText(), "c.xml");
+  EXPECT_EQ(page.RichTextBox1.text.get(), "Name: c.xml");
+  machine_.Expect(ui::Answer::kYes, "");
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(page.File1.SelectedText(), "a.xml");
+  machine_.Expect(ui::Answer::kYes, "");
+  machine_.Click(page.cmdDelete);
+  EXPECT_EQ(page.File1.Count(), 0);
+  EXPECT_EQ(page.RichTextBox1.text.get(), "");
+}
+
+TEST_F(FrmLogsTest, EveryControlHasItsWords) {
+  frmLogs& page = Open();
+  EXPECT_EQ(page.PicHeader.picture.get(), "LOG_HEADER");
+  EXPECT_EQ(page.lblHeader.caption.get(), "View Log and Log Settings");
+  EXPECT_EQ(page.lblHeading.caption.get(), "View backup and restore logs");
+  EXPECT_EQ(page.Frame1.caption.get(), "Log Settings and Details");
+  EXPECT_EQ(page.lblLogPath.caption.get(), "Log File Path");
+  EXPECT_EQ(page.cmdDelete.caption.get(), "Delete");
+  EXPECT_EQ(page.cmdRefresh.caption.get(), "Refresh");
+  EXPECT_EQ(page.Command2.caption.get(), "Open Folder");
+}
+
+TEST_F(FrmLogsTest, RefreshAndEachActivationListTheFolderAgain) {
+  frmLogs& page = Open();
+  WriteLog("a.xml", "<A>1</A>");
+  machine_.Click(page.cmdRefresh);
+  EXPECT_EQ(page.File1.Count(), 1);
+  WriteLog("b.xml", "<B>2</B>");
+  page.Activate();
+  EXPECT_EQ(page.File1.Count(), 2);
+  machine_.RemoveTree(Folder());
+  machine_.Click(page.cmdRefresh);
+  EXPECT_EQ(page.File1.Count(), 0);
+  EXPECT_EQ(page.RichTextBox1.text.get(), "");
+  EXPECT_TRUE(machine_.Exists(Folder()));
+}
+
+TEST_F(FrmLogsTest, AFileAndTheFolderOpenOutside) {
+  WriteLog("a.xml", "<A>1</A>");
+  frmLogs& page = Open();
+  ASSERT_TRUE(page.File1.on_double_click);
+  page.File1.on_double_click();
+  machine_.Click(page.Command2);
+  EXPECT_EQ(machine_.Started(), (std::vector<std::string>{"run|Notepad " + Folder() + "\\a.xml",
+                                                          "run|Explorer " + Folder()}));
+}
+
+TEST_F(FrmLogsTest, CancelLeadsHomeAndBackClosesThePageOnly) {
+  FrmWelcome& welcome = machine_.app().Get<FrmWelcome>();
+  machine_.Click(Open().cmdCancel);
+  EXPECT_FALSE(welcome.PicMainBackupBase.visible);
+  EXPECT_TRUE(welcome.CmdWC_ViewLog.enabled);
+  frmLogs& page = Open();
+  EXPECT_TRUE(page.Visible());
+  machine_.Click(page.cmdBack);
+  EXPECT_EQ(machine_.app().Loaded<frmLogs>(), nullptr);
+  EXPECT_TRUE(welcome.PicMainBackupBase.visible);
+  EXPECT_TRUE(welcome.CmdWC_Home.enabled);
+}
+
+}  // namespace
+}  // namespace quorvale
