@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "base/text.h"
+#include "core/main/page_sets.h"
 #include "core/main/run_modes.h"
 #include "platform/host/host_platform.h"
 
@@ -66,7 +67,7 @@ Application& Computer::MakeProgram(const std::string& command_line) {
   EndProgram();
   parts_->host->system().SetCommandLine(command_line);
   parts_->starts_seen = parts_->host->shell().started().size();
-  parts_->app = std::make_unique<Application>(*parts_->platform);
+  parts_->app = std::make_unique<Application>(*parts_->platform, ProgramPages());
   return *parts_->app;
 }
 

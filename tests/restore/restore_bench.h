@@ -11,6 +11,7 @@
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/command_words.h"
 #include "restore/pages/frmRFinish.h"
 #include "restore/pages/frmROne.h"
 #include "restore/pages/frmRTwo.h"

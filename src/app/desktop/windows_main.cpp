@@ -2,9 +2,10 @@
 #include <cstdlib>
 #include <exception>
 
+#include "core/main/page_sets.h"
 #include "core/main/run_modes.h"
 #include "core/pages/application.h"
-#include "core/program/unexpected_error.h"
+#include "core/pages/unexpected_error.h"
 #include "core/program/version.h"
 #include "platform/ui/keyboard_guard.h"
 #include "platform/windows/late_objects.h"
@@ -45,7 +46,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
                            quorvale::kProgramVersion, &late_objects);
   bool ended_well = false;
   {
-    quorvale::Application app(computer.platform());
+    quorvale::Application app(computer.platform(), quorvale::ProgramPages());
     quorvale::SetUpReports(app, &errors);
     last_resort = {&app, &errors};
     std::set_terminate(OnTerminate);

@@ -3,11 +3,9 @@
 #include <array>
 
 #include "backup/format/settings_items.h"
-#include "backup/pages/frmOne.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -32,21 +30,21 @@ class Lines {
   std::string text_;
 };
 
-void WriteAnsi(Application& app, const std::string& path, const Lines& lines) {
-  app.files().WriteWhole(path, app.platform().system.ToAnsi(lines.text()));
+void WriteAnsi(Program& program, const std::string& path, const Lines& lines) {
+  program.files().WriteWhole(path, program.platform().system.ToAnsi(lines.text()));
 }
 
 std::string ItemKey(const Session& session, size_t index) {
   return index < session.gBackupItemKeys.size() ? session.gBackupItemKeys[index] : "";
 }
 
-void AddHead(Application& app, Lines* lines) {
-  const Session& session = app.session();
+void AddHead(Program& program, Lines* lines) {
+  const Session& session = program.session();
   lines->Add("<?xml version='1.0'?>");
   lines->Add("<BackupSettings>");
   lines->Add("<Main Process='" + session.gBackupProcessName + "'>");
   lines->Element("ProcessDesc", session.gBackupProcessDesc);
-  lines->Element("DateTime", DateStamp(app.platform().system.Now()));
+  lines->Element("DateTime", DateStamp(program.platform().system.Now()));
   lines->Element("BackupFolder", session.gBackupFolder);
   lines->Add("<ItemsForBackup>");
 }
@@ -88,16 +86,10 @@ void AddAdvancedSettings(const Session& session, Lines* lines) {
   lines->Add("</AdvancedSettings>");
 }
 
-std::string JobKind(Application& app) {
-  return app.Get<frmOne>().OptCustBackup.value ? "Custom" : "Quick";
-}
-
-std::string JobName(Application& app) { return app.Get<frmOne>().txtBackupname.text; }
-
 // False if an old hand-over file stays.
-bool RemoveOld(Application& app, const std::string& path) {
-  if (app.files().FileExists(path)) app.platform().files.RemoveFile(path, true);
-  return !app.files().FileExists(path);
+bool RemoveOld(Program& program, const std::string& path) {
+  if (program.files().FileExists(path)) program.platform().files.RemoveFile(path, true);
+  return !program.files().FileExists(path);
 }
 
 void AddElement(Lines* lines, const std::string& name, const std::string& text) {
@@ -123,22 +115,22 @@ void AddLoggedItem(const std::string& path, const std::string& key, const std::s
   if (Contains(path, kAddedFiles.substring)) AddElement(lines, "Add More Files", key);
 }
 
-std::string LogMoment(Application& app) {
-  SystemInfo& system = app.platform().system;
+std::string LogMoment(Program& program) {
+  SystemInfo& system = program.platform().system;
   const LocalTime now = system.Now();
   return system.WeekdayName(now.weekday) + "_" + std::to_string(now.month) + "/" +
          std::to_string(now.day) + "/" + std::to_string(now.year) + "_" + system.TimeText(now);
 }
 
 // The log up to its option block; `closing` ends the line of an Outlook item.
-Lines LogLines(Application& app, const std::string& closing) {
-  const Session& session = app.session();
+Lines LogLines(Program& program, const std::string& closing) {
+  const Session& session = program.session();
   Lines lines;
   lines.Add("<?xml version='1.0'?>");
   lines.Add("<BackupSettings>");
   lines.Add("<Main Process: " + session.gBackupProcessName + ">");
   lines.Element("Process Description", session.gBackupProcessDesc);
-  lines.Element("DateTime", LogMoment(app));
+  lines.Element("DateTime", LogMoment(program));
   lines.Element("Backup Folder", session.gBackupFolder);
   lines.Add("");
   lines.Add("<ItemsForBackup>");
@@ -157,112 +149,113 @@ Lines LogLines(Application& app, const std::string& closing) {
 
 }  // namespace
 
-bool ReadSettingsFile(Application& app, const std::string& path, SettingsFile* settings) {
+bool ReadSettingsFile(Program& program, const std::string& path, SettingsFile* settings) {
   *settings = SettingsFile();
-  const std::optional<std::string> bytes = app.files().ReadWhole(path);
-  return bytes && ParseSettings(app.platform().system.FromAnsi(*bytes), settings);
+  const std::optional<std::string> bytes = program.files().ReadWhole(path);
+  return bytes && ParseSettings(program.platform().system.FromAnsi(*bytes), settings);
 }
 
-std::string StagedSettingsPath(const std::string& stage, const Application& app) {
-  const Session& session = app.session();
+std::string StagedSettingsPath(const std::string& stage, const Program& program) {
+  const Session& session = program.session();
   return WithBackslash(stage) + WithoutExtension(session.gBackupFileName) + session.gUniqueSuffix +
          ".xml";
 }
 
-void WriteBackupSettings(Application& app, const std::string& path) {
-  if (app.files().FileExists(path)) return;
+void WriteBackupSettings(Program& program, const std::string& path) {
+  if (program.files().FileExists(path)) return;
   Lines lines;
-  AddHead(app, &lines);
-  AddItems<7>(app.session(),
+  AddHead(program, &lines);
+  AddItems<7>(program.session(),
               {kOutlook, kWindowsMail, kOutlookExpress, kInternetExplorer, kOtherFiles,
                kAddedFolders, kAddedFiles},
               EmptyKey::kNamed, &lines);
   lines.Add("</ItemsForBackup>");
-  AddAdvancedSettings(app.session(), &lines);
+  AddAdvancedSettings(program.session(), &lines);
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
-void WriteQuickSettings(Application& app, const std::string& path) {
-  if (app.files().FileExists(path)) return;
+void WriteQuickSettings(Program& program, const std::string& path) {
+  if (program.files().FileExists(path)) return;
   Lines lines;
-  AddHead(app, &lines);
-  AddItems<4>(app.session(), {kOutlook, kOutlookExpress, kInternetExplorer, kOtherFiles},
+  AddHead(program, &lines);
+  AddItems<4>(program.session(), {kOutlook, kOutlookExpress, kInternetExplorer, kOtherFiles},
               EmptyKey::kKept, &lines);
   lines.Add("</ItemsForBackup>");
-  AddAdvancedSettings(app.session(), &lines);
+  AddAdvancedSettings(program.session(), &lines);
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
-void SaveJobState(Application& app, const std::string& path) {
-  if (!RemoveOld(app, path)) return;
+void SaveJobState(Program& program, const std::string& path, const HandOver& hand_over) {
+  if (!RemoveOld(program, path)) return;
   Lines lines;
-  AddHead(app, &lines);
+  AddHead(program, &lines);
   lines.Add("</ItemsForBackup>");
-  lines.Element("BackupName", JobName(app));
-  lines.Element("BackupType", JobKind(app));
+  lines.Element("BackupName", hand_over.name);
+  lines.Element("BackupType", hand_over.kind);
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
-void SaveTreeState(Application& app, const std::string& path) {
-  if (!RemoveOld(app, path)) return;
+void SaveTreeState(Program& program, const std::string& path, const HandOver& hand_over) {
+  if (!RemoveOld(program, path)) return;
   Lines lines;
-  AddHead(app, &lines);
-  AddItems<7>(app.session(),
+  AddHead(program, &lines);
+  AddItems<7>(program.session(),
               {kOutlook, kOutlookExpress, kWindowsMail, kInternetExplorer, kOtherFiles,
                kAddedFolders, kAddedFiles},
               EmptyKey::kNamed, &lines);
   lines.Add("</ItemsForBackup>");
-  lines.Element("BackupName", JobName(app));
-  lines.Element("BackupPath", app.Get<FrmTwo>().txtpath.text);
-  lines.Element("BackupType", JobKind(app));
+  lines.Element("BackupName", hand_over.name);
+  lines.Element("BackupPath", hand_over.path);
+  lines.Element("BackupType", hand_over.kind);
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
-void WriteRestartSettings(Application& app, const std::string& path, const std::string& word) {
-  if (!RemoveOld(app, path)) return;
+void WriteRestartSettings(Program& program, const std::string& path, const HandOver& hand_over) {
+  if (!RemoveOld(program, path)) return;
   Lines lines;
-  AddHead(app, &lines);
+  AddHead(program, &lines);
   lines.Add("</ItemsForBackup>");
-  lines.Element("BackupName", JobName(app));
-  lines.Element("BackupType", word);
+  lines.Element("BackupName", hand_over.name);
+  lines.Element("BackupType", hand_over.kind);
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
-void SaveScheduleState(Application& app, const std::string& path, const std::string& word) {
-  if (!RemoveOld(app, path)) return;
+void SaveScheduleState(Program& program, const std::string& path, const HandOver& hand_over) {
+  if (!RemoveOld(program, path)) return;
   Lines lines;
-  AddHead(app, &lines);
+  AddHead(program, &lines);
   lines.Add("</ItemsForBackup>");
-  lines.Element("BackupType", word);
+  lines.Element("BackupType", hand_over.kind);
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
-std::string BackupLogPath(const Application& app) {
-  return LogFolder(app) + "Settings_" + WithoutExtension(app.session().gBackupFileName) + ".xml";
+std::string BackupLogPath(const Program& program) {
+  return LogFolder(program) + "Settings_" + WithoutExtension(program.session().gBackupFileName) +
+         ".xml";
 }
 
-void WriteReviewLog(Application& app, const std::string& path) {
-  Lines lines = LogLines(app, ">");
+void WriteReviewLog(Program& program, const std::string& path) {
+  Lines lines = LogLines(program, ">");
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
-void WriteRunLog(Application& app, const std::string& path,
+void WriteRunLog(Program& program, const std::string& path,
                  const std::vector<std::string>& skipped) {
-  Lines lines = LogLines(app, kAttributeEnd);
+  Lines lines = LogLines(program, kAttributeEnd);
   lines.Add("<Skipped File/Folders>");
   for (const std::string& source : skipped) {
     if (!source.empty()) lines.Add(source);
   }
   lines.Add("</Skipped File/Folder>");
   AddTail(&lines);
-  WriteAnsi(app, path, lines);
+  WriteAnsi(program, path, lines);
 }
 
 }  // namespace quorvale

@@ -9,7 +9,7 @@
 
 namespace quorvale {
 
-class Application;
+class Program;
 
 struct SettingsItem {
   std::string path;  // the tree path
@@ -31,25 +31,34 @@ struct SettingsFile {
 // keys are read as they stand. False if there is no Main element.
 bool ParseSettings(std::string_view text, SettingsFile* settings);
 // The same from a file in the system's code page. False also if it is missing.
-bool ReadSettingsFile(Application& app, const std::string& path, SettingsFile* settings);
+bool ReadSettingsFile(Program& program, const std::string& path, SettingsFile* settings);
 
 // Where the settings file of the present job lies in its staging folder.
-std::string StagedSettingsPath(const std::string& stage, const Application& app);
+std::string StagedSettingsPath(const std::string& stage, const Program& program);
 
 // The canonical file from the session; nothing is written if the file exists.
-void WriteBackupSettings(Application& app, const std::string& path);
+void WriteBackupSettings(Program& program, const std::string& path);
 // The variant of the quick page.
-void WriteQuickSettings(Application& app, const std::string& path);
-// Hand-over files; an existing one is deleted first, and nothing is written if it stays.
-void SaveJobState(Application& app, const std::string& path);
-void SaveTreeState(Application& app, const std::string& path);
-void WriteRestartSettings(Application& app, const std::string& path, const std::string& word);
-void SaveScheduleState(Application& app, const std::string& path, const std::string& word);
+void WriteQuickSettings(Program& program, const std::string& path);
+// What a copy that asks for raised rights tells the next one, beside the job in the session.
+struct HandOver {
+  std::string name{};  // the job's name
+  std::string
+      kind{};  // the word of the action that the next copy replays: "Custom", "Restore", ...
+  std::string path{};  // the destination of a custom backup
+};
+// Hand-over files; an existing one is deleted first, and nothing is written if it stays. They
+// differ in which fields of the hand-over they hold: name and kind; all, and the items; name and
+// kind; the kind alone.
+void SaveJobState(Program& program, const std::string& path, const HandOver& hand_over);
+void SaveTreeState(Program& program, const std::string& path, const HandOver& hand_over);
+void WriteRestartSettings(Program& program, const std::string& path, const HandOver& hand_over);
+void SaveScheduleState(Program& program, const std::string& path, const HandOver& hand_over);
 // Logs for the log page; an existing one is replaced.
 // Both kinds of log of a job stand in one file, the later in place of the earlier.
-std::string BackupLogPath(const Application& app);
-void WriteReviewLog(Application& app, const std::string& path);
-void WriteRunLog(Application& app, const std::string& path,
+std::string BackupLogPath(const Program& program);
+void WriteReviewLog(Program& program, const std::string& path);
+void WriteRunLog(Program& program, const std::string& path,
                  const std::vector<std::string>& skipped);
 
 }  // namespace quorvale

@@ -6,8 +6,8 @@
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
 
@@ -304,18 +304,15 @@ void FrmBackupMedia::ShowReview() {
   review.FillReview();
   if (review.RunStarted()) return;
   review.Show();
-  app_.Get<FrmWelcome>().MarkBackupStep(4);
+  app_.page_host().MarkStep(StepSide::kBackup, 4);
 }
 
 void FrmBackupMedia::cmdBack_Click() {
   app_.Get<frmThree>().Show();
-  app_.Get<FrmWelcome>().MarkBackupStep(2);
+  app_.page_host().MarkStep(StepSide::kBackup, 2);
   Hide();
 }
 
-void FrmBackupMedia::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetBackupPages(app_);
-}
+void FrmBackupMedia::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
 
 }  // namespace quorvale

@@ -8,9 +8,9 @@
 #include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
 #include "discovery/products/process_watch.h"
@@ -163,7 +163,7 @@ void frmFinish::cmdNext_Click() {
   }
   // A page that the user has left already must not take the pages of a new job with it.
   if (app_.Loaded<frmFinish>() != this) return;
-  FrmWelcome& main_window = app_.Get<FrmWelcome>();
+  PageHost& main_window = app_.page_host();
   main_window.HomePage();
   main_window.EnableSideButtons(true);
 }
@@ -175,7 +175,7 @@ void frmFinish::Command2_Click() {
   app_.session().gStopRequested = true;
   archive.abort = true;
   app_.Pump();
-  if (!app_.Ended()) app_.Get<FrmWelcome>().EnableSideButtons(true);
+  if (!app_.Ended()) app_.page_host().EnableSideButtons(true);
 }
 
 // --- The run ------------------------------------------------------------------------------------
@@ -266,7 +266,7 @@ void frmFinish::EndGoodRun() {
   Frame3.visible = false;
   Label7.visible = false;
   Label7.caption = "DONE !";
-  app_.Get<FrmWelcome>().CmdWC_Home.enabled = true;
+  app_.page_host().EnableHomeButton();
   Command2.enabled = false;
   app_.Inform("Backup successfully completed");
   RemoveStage();

@@ -5,7 +5,6 @@
 #include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/program/ModGlobal.h"
@@ -71,7 +70,13 @@ void frmOne::savedetails() {
   session.gBackupName = txtBackupname.text;
 }
 
-void frmOne::SaveJobState(const std::string& path) { quorvale::SaveJobState(app_, path); }
+HandOver frmOne::JobHandOver() const {
+  return {.name = txtBackupname.text, .kind = OptCustBackup.value ? "Custom" : "Quick"};
+}
+
+void frmOne::SaveJobState(const std::string& path) {
+  quorvale::SaveJobState(app_, path, JobHandOver());
+}
 
 void frmOne::OptCustBackup_Click() {
   app_.session().gBackupProcessName = kMainBackup;
@@ -133,13 +138,13 @@ bool frmOne::MayUseName(const std::string& name) {
 void frmOne::GoToItems() {
   if (NameIsBlank()) return;
   app_.Get<FrmTwo>().Show();
-  app_.Get<FrmWelcome>().MarkBackupStep(1);
+  app_.page_host().MarkStep(StepSide::kBackup, 1);
   Hide();
 }
 
 void frmOne::PrepareQuickBackup() {
   if (NameIsBlank()) return;
-  FrmWelcome& main_window = app_.Get<FrmWelcome>();
+  PageHost& main_window = app_.page_host();
   main_window.SetEnabled(false);
   if (!RaiseRights()) return;
   main_window.SetEnabled(true);
@@ -157,14 +162,14 @@ void frmOne::PrepareQuickBackup() {
   review.FillReview();
   if (review.RunStarted()) return;
   review.Show();
-  main_window.MarkBackupStep(4);
+  main_window.MarkStep(StepSide::kBackup, 4);
 }
 
 bool frmOne::RaiseRights() {
   if (!NeedsElevation(app_)) return true;
   SaveJobState(HandOverPath(app_));
   if (RestartElevated(app_) == Elevation::kRefused) {
-    app_.Get<FrmWelcome>().SetEnabled(true);
+    app_.page_host().SetEnabled(true);
     app_.Inform(
         "Administrator privileges are required for this action. You do not have sufficient access "
         "privileges to perform this action.");
@@ -172,9 +177,6 @@ bool frmOne::RaiseRights() {
   return false;
 }
 
-void frmOne::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetBackupPages(app_);
-}
+void frmOne::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
 
 }  // namespace quorvale

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "backup/format/settings_file.h"
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
 
@@ -25,6 +26,8 @@ class frmOne : public ui::Form {
 
   // Commits the job's name; the kind becomes the main one.
   void savedetails();
+  // The job as a run with raised rights needs it.
+  HandOver JobHandOver() const;
   // Writes the hand-over file for a run with raised rights.
   void SaveJobState(const std::string& path);
 

@@ -4,9 +4,9 @@
 #include "backup/pages/frmOne.h"
 #include "backup/pages/frmfour.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
 
@@ -189,7 +189,7 @@ bool frmThree::PasswordIsUsable() {
 void frmThree::cmdNext_Click() {
   if (!FileNameIsUsable() || !PasswordIsUsable()) return;
   savedetails();
-  app_.Get<FrmWelcome>().MarkBackupStep(3);
+  app_.page_host().MarkStep(StepSide::kBackup, 3);
   // A main backup has its review page made before the media page comes on top.
   if (app_.session().gBackupProcessName == kMainBackup) app_.Get<frmfour>();
   app_.Get<FrmBackupMedia>().Show();
@@ -198,13 +198,10 @@ void frmThree::cmdNext_Click() {
 
 void frmThree::cmdBack_Click() {
   app_.Get<FrmTwo>().Show();
-  app_.Get<FrmWelcome>().MarkBackupStep(1);
+  app_.page_host().MarkStep(StepSide::kBackup, 1);
   Hide();
 }
 
-void frmThree::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetBackupPages(app_);
-}
+void frmThree::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
 
 }  // namespace quorvale

@@ -8,8 +8,9 @@
 #include "backup/pages/frmFinish.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
+#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
 
@@ -183,7 +184,7 @@ void frmfour::cmdNext_Click() {
   if (!SpaceSuffices()) return BackToItems();
   run_started_ = true;
   cmdNext.enabled = false;
-  app_.Get<FrmWelcome>().EnableSideButtons(false);
+  app_.page_host().EnableSideButtons(false);
   WriteFiles();
   ShowRunPage();
 }
@@ -200,14 +201,14 @@ bool frmfour::SpaceSuffices() {
 void frmfour::BackToItems() {
   FrmTwo& items = app_.Get<FrmTwo>();
   items.Show();
-  app_.Get<FrmWelcome>().MarkBackupStep(1);
+  app_.page_host().MarkStep(StepSide::kBackup, 1);
   Hide();
   items.tvwMain_Click();
 }
 
 void frmfour::WriteFiles() {
   Session& session = app_.session();
-  session.gUniqueSuffix = UniqueBackupName(app_);
+  session.gUniqueSuffix = UniqueBackupName(app_, app_.Get<frmSettings>().txtBackup.text);
   MakeDirectoryPath(app_, session.gBackupBasePath + "\\");
   WriteBackupSettings(app_, StagedSettingsPath(session.gBackupBasePath, app_));
   MakeDirectoryPath(app_, LogFolder(app_));
@@ -218,7 +219,7 @@ void frmfour::ShowRunPage() {
   frmFinish& run = app_.Get<frmFinish>();
   run.Show();
   Hide();
-  app_.Get<FrmWelcome>().MarkBackupStep(5);
+  app_.page_host().MarkStep(StepSide::kBackup, 5);
   run.ResetRunPage();
   app_.Pump();
   run.DisableInterface();
@@ -232,13 +233,10 @@ void frmfour::Timer2_Timer() {
 
 void frmfour::cmdBack_Click() {
   app_.Get<FrmBackupMedia>().Show();
-  app_.Get<FrmWelcome>().MarkBackupStep(3);
+  app_.page_host().MarkStep(StepSide::kBackup, 3);
   Hide();
 }
 
-void frmfour::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetBackupPages(app_);
-}
+void frmfour::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
 
 }  // namespace quorvale

@@ -13,8 +13,10 @@
 #include "core/main/frmAbout.h"
 #include "core/main/frmSettings.h"
 #include "core/main/frmStartUp.h"
+#include "core/main/page_sets.h"
 #include "core/main/run_modes.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
 #include "logs/pages/frmLogs.h"
@@ -105,7 +107,7 @@ void PlaceSteps(FrmWelcome::Labels<N>& labels, const char* const (&captions)[N],
 }
 
 template <size_t N>
-void MarkStep(const FrmWelcome::Labels<N>& labels, ui::PictureBox& arrow, int index) {
+void MarkLabel(const FrmWelcome::Labels<N>& labels, ui::PictureBox& arrow, int index) {
   for (size_t i = 0; i < N; ++i) {
     const bool active = static_cast<int>(i) == index;
     labels[i]->bold = active;
@@ -482,15 +484,20 @@ void FrmWelcome::CmdWC_Minimize_Click() { SetState(ui::WindowState::kMinimized);
 
 // --- Steps and panels ---------------------------------------------------------------------------
 
-void FrmWelcome::MarkBackupStep(int index) { MarkStep(lblBackupOptions, ImgStepArrow, index); }
-
-void FrmWelcome::MarkRestoreStep(int index) {
-  MarkStep(lblRestoreOptions, ImgStepArrowRestore, index);
+void FrmWelcome::MarkStep(StepSide side, int step) {
+  switch (side) {
+    case StepSide::kBackup:
+      return MarkLabel(lblBackupOptions, ImgStepArrow, step);
+    case StepSide::kRestore:
+      return MarkLabel(lblRestoreOptions, ImgStepArrowRestore, step);
+    case StepSide::kSettings:
+      return MarkLabel(lblSettings, ImgSettingsSteps, step);
+    case StepSide::kSchedule:
+      return MarkLabel(lblSchedule, ImgStepsSchedule, step);
+    case StepSide::kLog:
+      return MarkLabel(lblLog, ImgLogSteps, step);
+  }
 }
-
-void FrmWelcome::MarkSettingsStep(int index) { MarkStep(lblSettings, ImgSettingsSteps, index); }
-
-void FrmWelcome::MarkScheduleStep(int index) { MarkStep(lblSchedule, ImgStepsSchedule, index); }
 
 void FrmWelcome::ShowStepPanel() {
   PicMainBackupBase.bounds = kHostPanel;
@@ -513,7 +520,7 @@ void FrmWelcome::OpenPages(StepSide side) {
   MarkRestoreStep(0);
   MarkSettingsStep(0);
   MarkScheduleStep(0);
-  MarkStep(lblLog, ImgLogSteps, 0);
+  MarkStep(StepSide::kLog, 0);
   ShowSide(side);
 }
 
@@ -529,9 +536,15 @@ void FrmWelcome::EnableSideButtons(bool enabled) {
   }
 }
 
-void FrmWelcome::LeavePages() {
+void FrmWelcome::HidePanels() {
   PicMainBackupBase.visible = false;
   EnableMainButtons(true);
+}
+
+void FrmWelcome::LeavePages(StepSide side) {
+  HidePanels();
+  if (side == StepSide::kBackup) ResetBackupPages(app_);
+  if (side == StepSide::kRestore) ResetRestorePages(app_);
 }
 
 void FrmWelcome::HideAllPages() {
@@ -544,7 +557,7 @@ void FrmWelcome::HideAllPages() {
 
 void FrmWelcome::cmdWC_Home_Click() {
   HideAllPages();
-  LeavePages();
+  HidePanels();
   ResetBackupPages(app_);
   ResetRestorePages(app_);
   GetLastBackupandRestore();
@@ -617,7 +630,8 @@ void FrmWelcome::QuickLink(int index) {
 
 bool FrmWelcome::HasRights(const std::string& action_word) {
   if (!NeedsElevation(app_)) return true;
-  WriteRestartSettings(app_, HandOverPath(app_), action_word);
+  WriteRestartSettings(app_, HandOverPath(app_),
+                       {.name = app_.Get<frmOne>().txtBackupname.text, .kind = action_word});
   mQuickCancelled = true;
   if (RestartElevated(app_) == Elevation::kRestarted) return false;
   SetEnabled(true);

@@ -15,10 +15,7 @@ inline constexpr char kMakerHomePage[] = "https://www.tarnwick.example/";
 inline constexpr char kMakerProductsPage[] = "https://www.tarnwick.example/products";
 inline constexpr char kMakerSupportMail[] = "mailto:support@tarnwick.example";
 
-// The five lists of steps, each with a background of its own in the step panel.
-enum class StepSide { kBackup, kRestore, kSettings, kSchedule, kLog };
-
-class FrmWelcome : public ui::Form {
+class FrmWelcome : public ui::Form, public PageHost {
  public:
   static constexpr char kName[] = "FrmWelcome";
   explicit FrmWelcome(Application& app);
@@ -73,20 +70,28 @@ class FrmWelcome : public ui::Form {
   bool mQuickCancelled = false;
 
   // What the pages use.
-  void MarkBackupStep(int index);  // bold on that label, plain on the others, the arrow beside it
-  void MarkRestoreStep(int index);
-  void MarkSettingsStep(int index);
-  void MarkScheduleStep(int index);
+  ui::Control& panel() override { return PicMainBackupBase; }
+  void MarkStep(StepSide side, int step) override;
+  void EnableSideButtons(bool enabled) override;
+  void EnableHomeButton() override { CmdWC_Home.enabled = true; }
+  void LeavePages(StepSide side) override;
+  void HomePage() override { cmdWC_Home_Click(); }
+  void ShowNextSchedule() override { NextSchedule(); }
+  void SetEnabled(bool enabled) override { ui::Form::SetEnabled(enabled); }
+  bool IsEnabled() const override { return ui::Form::Enabled(); }
+
+  // The same as MarkStep, for one side each.
+  void MarkBackupStep(int index) { MarkStep(StepSide::kBackup, index); }
+  void MarkRestoreStep(int index) { MarkStep(StepSide::kRestore, index); }
+  void MarkSettingsStep(int index) { MarkStep(StepSide::kSettings, index); }
+  void MarkScheduleStep(int index) { MarkStep(StepSide::kSchedule, index); }
   // Shows the host panel and the step panel at their places.
   void ShowStepPanel();
   // Shows the background of one side and hides the four others.
   void ShowSide(StepSide side);
   void EnableMainButtons(bool enabled);  // backup, restore, log
-  void EnableSideButtons(bool enabled);  // home, support, website, other products, about
-  // Hides the panels and gives the main buttons back: the first half of a page's cancel.
-  void LeavePages();
-  // The home page from anywhere: all pages hidden, both page sets reset, the status read again.
-  void HomePage() { cmdWC_Home_Click(); }
+  // Hides the panels and gives the main buttons back.
+  void HidePanels();
   void HideAllPages();
   void GetLastBackupandRestore();
   void NextSchedule();

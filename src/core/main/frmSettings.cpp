@@ -5,6 +5,7 @@
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmStartUp.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 
 namespace quorvale {
@@ -270,7 +271,7 @@ void frmSettings::SaveFolders() {
 
 void frmSettings::LeavePage() {
   FrmWelcome& welcome = app_.Get<FrmWelcome>();
-  welcome.LeavePages();
+  welcome.HidePanels();
   welcome.Show();
 }
 

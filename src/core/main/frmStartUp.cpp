@@ -3,6 +3,7 @@
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 
 namespace quorvale {

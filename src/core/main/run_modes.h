@@ -4,16 +4,12 @@
 #include <string>
 
 #include "core/pages/application.h"
+#include "core/program/command_words.h"
 
 namespace quorvale {
 
 // The name that marks a running copy.
 inline constexpr char kInstanceMutex[] = "Quorvale_312B2478-3EA4-4e76-BED7-F460AB3BA64E";
-
-// Words of the command line.
-inline constexpr char kQuickBackupWord[] = "qbackup";
-inline constexpr char kCustomWord[] = "custom";
-inline constexpr char kAutoWord[] = "auto";
 
 // The entry of a run: marks the copy, loads the main window (which does what the command line
 // asks) and shows it. Returns when the message loop may begin; Application::Ended tells if there is

@@ -4,11 +4,8 @@
 
 namespace quorvale {
 
-Application::Application(Platform& platform)
-    : platform_(platform),
-      registry_(platform.registry, platform.system),
-      files_(platform.files, [this] { Pump(); }),
-      registry_editor_(platform.shell, platform.system, [this] { Pump(); }) {}
+Application::Application(Platform& platform, const PageTable& pages)
+    : Program(platform), pages_(pages) {}
 
 Application::~Application() {
   CollectUnloaded();
@@ -60,11 +57,6 @@ bool Application::Ask(const std::string& text, ui::Icon icon, bool no_is_default
                           .icon = icon,
                           .buttons = ui::Buttons::kYesNo,
                           .second_is_default = no_is_default}) == ui::Answer::kYes;
-}
-
-void Application::End() {
-  ended_ = true;
-  ui().Quit();
 }
 
 }  // namespace quorvale

@@ -1,4 +1,4 @@
-// One run of the program: the computer it runs on, the session, and the forms.
+// One run of the program with its windows: a Program, its forms and its message boxes.
 //
 // Every form is a lazily made singleton: naming it creates and loads it, unloading it forgets its
 // control states. A test makes as many applications as it likes.
@@ -9,35 +9,22 @@
 #include <string>
 #include <vector>
 
-#include "core/program/session.h"
-#include "platform/file_toolkit.h"
-#include "platform/platform.h"
-#include "platform/registry.h"
-#include "platform/registry_editor.h"
+#include "core/pages/page_host.h"
+#include "core/program/program.h"
 #include "platform/ui/form.h"
+#include "platform/ui/ui.h"
 
 namespace quorvale {
 
-inline constexpr char kApplicationTitle[] = "Quorvale";
-
-class Application {
+class Application : public Program {
  public:
-  explicit Application(Platform& platform);
+  // `pages` is what the main room tells the pages; it outlives the application.
+  Application(Platform& platform, const PageTable& pages);
   ~Application();
-  Application(const Application&) = delete;
-  Application& operator=(const Application&) = delete;
 
-  Platform& platform() const { return platform_; }
-  ui::Ui& ui() const { return platform_.ui; }
-  Session& session() { return session_; }
-  const Session& session() const { return session_; }
-  Registry& registry() { return registry_; }
-  FileToolkit& files() { return files_; }
-  RegistryEditor& registry_editor() { return registry_editor_; }
-
-  // The whole argument text of this process.
-  std::string CommandLine() const { return platform_.system.CommandLine(); }
-  void Pump() { platform_.ui.Pump(); }
+  ui::Ui& ui() const { return platform().ui; }
+  // The window that pages stand in.
+  PageHost& page_host() { return pages_.host(*this); }
 
   // The form of a page class T, made and loaded on first use. T has `static constexpr char
   // kName[]` and a constructor that takes the application.
@@ -81,20 +68,11 @@ class Application {
   bool Ask(const std::string& text, ui::Icon icon = ui::Icon::kQuestion,
            bool no_is_default = false);
 
-  // Ends the run: the message loop stops after the present message.
-  void End();
-  bool Ended() const { return ended_; }
-
  private:
-  Platform& platform_;
-  Session session_;
-  Registry registry_;
-  FileToolkit files_;
-  RegistryEditor registry_editor_;
+  const PageTable& pages_;
   std::map<std::string, std::unique_ptr<ui::Form>> forms_;
   std::vector<std::string> order_;
   std::vector<std::unique_ptr<ui::Form>> unloaded_;
-  bool ended_ = false;
 };
 
 }  // namespace quorvale

@@ -1,6 +1,6 @@
 #include "core/pages/page_layout.h"
 
-#include "core/main/FrmWelcome.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 
 namespace quorvale::page_layout {
@@ -24,7 +24,7 @@ ui::Bounds ButtonInRow(int row, int left, int width) {
 }
 
 void HostPage(Application& app, ui::Form& page) {
-  page.host_panel = &app.Get<FrmWelcome>().PicMainBackupBase;
+  page.host_panel = &app.page_host().panel();
   page.borderless = true;
   page.back_color = ui::Rgb(255, 255, 255);
   page.SetCaption("Quorvale - Backup Data");

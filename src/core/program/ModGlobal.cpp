@@ -4,9 +4,7 @@
 #include <cmath>
 
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
-#include "core/main/frmSettings.h"
-#include "core/main/run_modes.h"
+#include "core/program/command_words.h"
 
 namespace quorvale {
 namespace {
@@ -38,15 +36,10 @@ size_t CountCharacters(const std::string& text) {
   return count;
 }
 
-bool IsTaken(Application& app, const std::string& candidate) {
-  FileToolkit& files = app.files();
+bool IsTaken(Program& program, const std::string& candidate) {
+  FileToolkit& files = program.files();
   return files.FolderExists(candidate) || files.FileExists(candidate) ||
          files.FileExists(candidate + ".obk");
-}
-
-// A run that was closed in the middle of its work gets no new main window.
-void ShowMainWindow(Application& app) {
-  if (!app.Ended()) app.Get<FrmWelcome>().Show();
 }
 
 bool IsRunModeWord(const std::string& command_line) {
@@ -66,9 +59,9 @@ std::string GroupFolder(std::string programs, const std::string& group) {
 }
 
 // A name for the probe that is not a file of the user's.
-std::string FreeProbePath(Application& app, const std::string& folder) {
+std::string FreeProbePath(Program& program, const std::string& folder) {
   std::string path = folder + "\\QVL.txt";
-  for (int n = 1; app.platform().files.Stat(path) && n < 100; ++n) {
+  for (int n = 1; program.platform().files.Stat(path) && n < 100; ++n) {
     path = folder + "\\QVL" + std::to_string(n) + ".txt";
   }
   return path;
@@ -83,33 +76,15 @@ std::string GetOSName(const SystemVersion& version) {
   return "";
 }
 
-bool IsVista(const Application& app) { return app.session().gOSName == kWindowsVista; }
+bool IsVista(const Program& program) { return program.session().gOSName == kWindowsVista; }
 
-std::string DocumentsWord(const Application& app) {
-  return IsVista(app) ? "Documents" : "My Documents";
+std::string DocumentsWord(const Program& program) {
+  return IsVista(program) ? "Documents" : "My Documents";
 }
 
-bool MakeDirectoryPath(Application& app, const std::string& path) {
-  // What stands behind the last "\" is a file's name, not a folder to make.
-  const std::string folder = ParentFolder(path);
-  if (!folder.empty() && app.files().MakeFolderChain(folder)) return true;
-  app.Inform("Sorry Could not make the directory [" + path + "] path. ");
-  return false;
-}
-
-void OpenUrl(Application& app, const std::string& url) {
-  const std::string browser = DefaultBrowser(app);
-  if (browser == "Invalid") {
-    app.Inform("Unable to open URL. Install browser first!");
-    return;
-  }
-  app.platform().shell.Run(browser + " " + url, WindowStyle::kNormal);
-  app.Pump();
-}
-
-std::string DefaultBrowser(Application& app) {
+std::string DefaultBrowser(Program& program) {
   const std::vector<NamedValue> values =
-      app.registry().RegListValues(RegistryRoot::kClassesRoot, "http\\shell\\open\\command");
+      program.registry().RegListValues(RegistryRoot::kClassesRoot, "http\\shell\\open\\command");
   if (values.empty()) return "Invalid";
   const std::string& command = values.front().value;
   const size_t first = command.find('"');
@@ -124,8 +99,8 @@ int OnlyDigitKey(int code) {
   return (code >= '0' && code <= '9') || code == kBackspace ? code : 0;
 }
 
-std::string GetWinUserName(Application& app) {
-  std::string name = app.platform().system.UserName();
+std::string GetWinUserName(Program& program) {
+  std::string name = program.platform().system.UserName();
   name = name.substr(0, std::min(name.find('\0'), kLongestUserName));
   return Trim(name);
 }
@@ -163,48 +138,25 @@ std::string ToHexText(const std::string& bytes) {
   return hex;
 }
 
-std::string OutlookCurVer(Application& app) {
-  return app.registry().RegGetValue(RegistryRoot::kClassesRoot, "Outlook.Application\\CurVer", "");
+std::string OutlookCurVer(Program& program) {
+  return program.registry().RegGetValue(RegistryRoot::kClassesRoot, "Outlook.Application\\CurVer",
+                                        "");
 }
 
-void ShowHelp(Application& app, const std::string& topic) {
-  app.platform().shell.ShowHelp(app.platform().system.ProgramFolder() + "\\Quorvale.chm", topic);
+void ShowHelp(Program& program, const std::string& topic) {
+  program.platform().shell.ShowHelp(program.platform().system.ProgramFolder() + "\\Quorvale.chm",
+                                    topic);
 }
 
-void OpenHelpOnF1(Application& app, ui::Form& page, const std::string& topic) {
-  page.on_key_down = [&app, topic](int code, int) {
-    constexpr int kF1 = 112;
-    if (code == kF1) ShowHelp(app, topic);
-    return code == kF1;
-  };
-}
-
-std::string UniqueBackupName(Application& app) {
-  Session& session = app.session();
+std::string UniqueBackupName(Program& program, const std::string& folder) {
+  Session& session = program.session();
   session.gBackupBasePath.clear();
   // A drive's root comes with its "\".
-  const std::string folder = WithBackslash(app.Get<frmSettings>().txtBackup.text);
-  const std::string wanted = folder + WithoutExtension(session.gBackupFileName);
+  const std::string wanted = WithBackslash(folder) + WithoutExtension(session.gBackupFileName);
   std::string suffix;
-  for (int n = 1; IsTaken(app, wanted + suffix); ++n) suffix = "_" + std::to_string(n);
+  for (int n = 1; IsTaken(program, wanted + suffix); ++n) suffix = "_" + std::to_string(n);
   session.gBackupBasePath = wanted + suffix;
   return suffix;
-}
-
-void ResetBackupPages(Application& app) {
-  ShowMainWindow(app);
-  for (const char* page : {"frmOne", "FrmTwo", "frmThree", "frmfour", "frmFinish", "FrmProcess",
-                           "FrmBackupMedia", "FrmQuickSteps"}) {
-    app.Unload(page);
-  }
-  app.session().gStopRequested = false;
-}
-
-void ResetRestorePages(Application& app) {
-  ShowMainWindow(app);
-  for (const char* page : {"frmROne", "frmRTwo", "frmRfour", "frmRFinish"}) app.Unload(page);
-  app.session().gOutlookProfileEdited = false;
-  app.session().gStopRequested = false;
 }
 
 bool IsValidName(std::string& name) {
@@ -213,20 +165,15 @@ bool IsValidName(std::string& name) {
   return name.find_first_of("/:\\?*<>\"|") == std::string::npos;
 }
 
-bool FolderIsWritable(Application& app, const std::string& folder) {
-  const std::string path = FreeProbePath(app, WithoutBackslash(folder));
-  if (app.files().WriteWhole(path, "testQVL") != FileStatus::kOk) return false;
-  return app.platform().files.RemoveFile(path, false) == FileStatus::kOk;
+bool FolderIsWritable(Program& program, const std::string& folder) {
+  const std::string path = FreeProbePath(program, WithoutBackslash(folder));
+  if (program.files().WriteWhole(path, "testQVL") != FileStatus::kOk) return false;
+  return program.platform().files.RemoveFile(path, false) == FileStatus::kOk;
 }
 
 int ScaleForDpi(int value, int dpi) {
   if (dpi == 96) return value;
   return static_cast<int>(std::nearbyint(value * (15 - (dpi - 96) * 0.125) / 15));
-}
-
-void RoundPage(const Application& app, ui::Form& page) {
-  if (page.State() == ui::WindowState::kMinimized) return;
-  page.corner = IsVista(app) ? 10 : 11;
 }
 
 std::string DateStamp(const LocalTime& time) {
@@ -237,113 +184,114 @@ std::string DateStamp(const LocalTime& time) {
   return stamp;
 }
 
-std::string HistoryStamp(Application& app, const LocalTime& time) {
+std::string HistoryStamp(Program& program, const LocalTime& time) {
   const auto padded = [](int number, size_t width) {
     const std::string digits = std::to_string(number);
     return digits.size() < width ? std::string(width - digits.size(), '0') + digits : digits;
   };
   return padded(time.month, 2) + "/" + padded(time.day, 2) + "/" + padded(time.year, 4) + " " +
-         app.platform().system.TimeText(time);
+         program.platform().system.TimeText(time);
 }
 
 int CheckValue(const std::string& text) { return Val(text) == 1 ? 1 : 0; }
 
-void PlayEndSound(Application& app) {
+void PlayEndSound(Program& program) {
   const std::string off =
-      app.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "chkSound");
+      program.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "chkSound");
   if (off != "0" && !off.empty()) return;
-  const std::string sound = app.platform().system.ProgramFolder() + "\\chimes.wav";
-  if (app.files().FileExists(sound)) app.platform().shell.PlaySoundFile(sound);
+  const std::string sound = program.platform().system.ProgramFolder() + "\\chimes.wav";
+  if (program.files().FileExists(sound)) program.platform().shell.PlaySoundFile(sound);
 }
 
-void OpenFolder(Application& app, const std::string& path) {
-  app.platform().shell.Run("Explorer " + path, WindowStyle::kNormal);
+void OpenFolder(Program& program, const std::string& path) {
+  program.platform().shell.Run("Explorer " + path, WindowStyle::kNormal);
 }
 
-std::string ShortcutPath(Application& app, int folder) {
-  return WithBackslash(app.platform().shell.SpecialFolder(folder)) + "Quorvale.lnk";
+std::string ShortcutPath(Program& program, int folder) {
+  return WithBackslash(program.platform().shell.SpecialFolder(folder)) + "Quorvale.lnk";
 }
 
-bool CreateShellLink(Application& app, const std::string& target, const std::string& link_name,
+bool CreateShellLink(Program& program, const std::string& target, const std::string& link_name,
                      const std::string& arguments, const std::string& group) {
   const std::string folder =
-      GroupFolder(app.platform().shell.SpecialFolder(special_folder::kPrograms), group);
+      GroupFolder(program.platform().shell.SpecialFolder(special_folder::kPrograms), group);
   const std::string name = ReplaceAll(link_name, "\"", "");
   if (folder.empty() || name.empty()) return false;
   ShellLink link;
   link.link_path = WithBackslash(folder) + name + ".lnk";
   link.target = ReplaceAll(target, "\"", "");
   link.arguments = arguments;
-  return app.platform().shell.CreateLink(link);
+  return program.platform().shell.CreateLink(link);
 }
 
-bool CreateShortcutVista(Application& app, const ShellLink& link) {
-  Shell& shell = app.platform().shell;
+bool CreateShortcutVista(Program& program, const ShellLink& link) {
+  Shell& shell = program.platform().shell;
   return shell.CreateScriptedLink(link) || shell.CreateLink(link);
 }
 
-bool StartMenuShortcut(Application& app) {
-  return CreateShellLink(app, ProgramPath(app), kApplicationTitle, "", kProgramsGroup);
+bool StartMenuShortcut(Program& program) {
+  return CreateShellLink(program, ProgramPath(program), kApplicationTitle, "", kProgramsGroup);
 }
 
-void RegisterOpenedFile(Application& app) {
-  const std::string command_line = Trim(app.CommandLine());
+void RegisterOpenedFile(Program& program) {
+  const std::string command_line = Trim(program.CommandLine());
   if (command_line.empty() || command_line == "%1" || IsRunModeWord(command_line)) return;
-  app.session().gBackupFileName = command_line;
-  CreateShellLink(app, command_line, FileNameOf(command_line), "", "..\\..\\Recent");
+  program.session().gBackupFileName = command_line;
+  CreateShellLink(program, command_line, FileNameOf(command_line), "", "..\\..\\Recent");
 }
 
-void SetShortcut(Application& app, int folder, bool wanted) {
-  if (app.platform().shell.SpecialFolder(folder).empty()) return;
-  const std::string path = ShortcutPath(app, folder);
+void SetShortcut(Program& program, int folder, bool wanted) {
+  if (program.platform().shell.SpecialFolder(folder).empty()) return;
+  const std::string path = ShortcutPath(program, folder);
   if (!wanted) {
-    app.platform().files.RemoveFile(path, false);
+    program.platform().files.RemoveFile(path, false);
   } else if (folder == special_folder::kPrograms) {
-    StartMenuShortcut(app);
+    StartMenuShortcut(program);
   } else {
     ShellLink link;
     link.link_path = path;
-    link.target = ProgramPath(app);
-    link.working_folder = app.platform().system.ProgramFolder();
+    link.target = ProgramPath(program);
+    link.working_folder = program.platform().system.ProgramFolder();
     link.description = kApplicationTitle;
-    CreateShortcutVista(app, link);
+    CreateShortcutVista(program, link);
   }
 }
 
-bool NeedsElevation(const Application& app) {
-  return IsVista(app) && app.CommandLine() != kElevatedWord;
+bool NeedsElevation(const Program& program) {
+  return IsVista(program) && program.CommandLine() != kElevatedWord;
 }
 
-Elevation RestartElevated(Application& app) {
-  if (!NeedsElevation(app)) return Elevation::kNotNeeded;
+Elevation RestartElevated(Program& program) {
+  if (!NeedsElevation(program)) return Elevation::kNotNeeded;
   constexpr int kFirstSuccess = 32;
-  const int result = app.platform().shell.Execute("Runas", ProgramPath(app), kElevatedWord, "", 0);
+  const int result =
+      program.platform().shell.Execute("Runas", ProgramPath(program), kElevatedWord, "", 0);
   if (result >= kFirstSuccess) {
-    app.End();
+    program.End();
     return Elevation::kRestarted;
   }
-  app.platform().files.RemoveFile(HandOverPath(app), true);
+  program.platform().files.RemoveFile(HandOverPath(program), true);
   return Elevation::kRefused;
 }
 
-std::string DataFolder(const Application& app) {
-  return app.platform().system.Environment("appdata") + "\\Tarnwick\\Quorvale";
+std::string DataFolder(const Program& program) {
+  return program.platform().system.Environment("appdata") + "\\Tarnwick\\Quorvale";
 }
 
-std::string HandOverPath(const Application& app) {
-  return app.session().gAppDataPath + "\\temp.xml";
+std::string HandOverPath(const Program& program) {
+  return program.session().gAppDataPath + "\\temp.xml";
 }
 
-std::string LogFolder(const Application& app) {
-  return app.session().gAppDataPath + "\\Files\\Logs\\";
+std::string LogFolder(const Program& program) {
+  return program.session().gAppDataPath + "\\Files\\Logs\\";
 }
 
-std::string TempXmlFolder(const Application& app) {
-  return app.session().gAppDataPath + "\\tempXML";
+std::string TempXmlFolder(const Program& program) {
+  return program.session().gAppDataPath + "\\tempXML";
 }
 
-std::string ProgramPath(Application& app) {
-  return app.platform().system.ProgramFolder() + "\\Quorvale.exe";
+std::string ProgramPath(Program& program) {
+  return program.platform().system.ProgramFolder() + "\\Quorvale.exe";
 }
 
 }  // namespace quorvale

@@ -7,10 +7,11 @@
 #include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/command_words.h"
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/outlook_profile.h"
 #include "discovery/products/process_watch.h"
@@ -493,8 +494,8 @@ bool FrmTwo::savedetails() {
 
 double FrmTwo::sizeCount() {
   // Many files take their time: the window repaints meanwhile, but nothing can be pressed.
-  FrmWelcome& main = app_.Get<FrmWelcome>();
-  const bool was_enabled = main.Enabled();
+  PageHost& main = app_.page_host();
+  const bool was_enabled = main.IsEnabled();
   std::uint64_t last_pump = app_.platform().system.Ticks();
   double total = 0;
   for (const std::string& untrimmed : app_.session().gBackupItemKeys) {
@@ -512,7 +513,7 @@ double FrmTwo::sizeCount() {
       total += IsDriveRoot(key) ? OnlyDriveSize(key) : app_.files().FolderSize(key);
     }
   }
-  if (main.Enabled() != was_enabled) main.SetEnabled(was_enabled);
+  if (main.IsEnabled() != was_enabled) main.SetEnabled(was_enabled);
   app_.session().gSelectedFolderBytes = total;
   return total;
 }
@@ -631,9 +632,11 @@ bool FrmTwo::CheckSpace(const std::string& path) {
 
 bool FrmTwo::RaiseRights() {
   if (!needs_elevation_ || !NeedsElevation(app_)) return true;
-  SaveTreeState(app_, HandOverPath(app_));
+  HandOver hand_over = app_.Get<frmOne>().JobHandOver();
+  hand_over.path = txtpath.text;
+  SaveTreeState(app_, HandOverPath(app_), hand_over);
   if (RestartElevated(app_) == Elevation::kRefused) {
-    app_.Get<FrmWelcome>().SetEnabled(true);
+    app_.page_host().SetEnabled(true);
     app_.Inform(
         "Administrator privileges are required for this action. You do not have sufficient access "
         "privileges to perform this action.");
@@ -648,12 +651,12 @@ void FrmTwo::cmdNext_Click() {
   savedetails();
   if (!CheckSpace(path)) return;
   if (CheckIfOpen()) return;
-  app_.Get<FrmWelcome>().SetEnabled(false);
+  app_.page_host().SetEnabled(false);
   if (RaiseRights()) ShowNextPage();
 }
 
 void FrmTwo::ShowNextPage() {
-  FrmWelcome& welcome = app_.Get<FrmWelcome>();
+  PageHost& welcome = app_.page_host();
   welcome.SetEnabled(true);
   app_.Get<FrmBackupMedia>().txtpath.text = txtpath.text.get();
   app_.Get<frmfour>().cmdNext.enabled = true;
@@ -661,7 +664,7 @@ void FrmTwo::ShowNextPage() {
   next.txtcurrent.text = app_.Get<frmOne>().txtBackupname.text.get();
   next.Show();
   Hide();
-  welcome.MarkBackupStep(2);
+  welcome.MarkStep(StepSide::kBackup, 2);
   next.chklogdetails.value = app_.session().gLogDetails == "True" ? 1 : 0;
   next.cmdNext.enabled = true;
 }
@@ -669,12 +672,9 @@ void FrmTwo::ShowNextPage() {
 void FrmTwo::cmdBack_Click() {
   app_.Get<frmOne>().Show();
   Hide();
-  app_.Get<FrmWelcome>().MarkBackupStep(0);
+  app_.page_host().MarkStep(StepSide::kBackup, 0);
 }
 
-void FrmTwo::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetBackupPages(app_);
-}
+void FrmTwo::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
 
 }  // namespace quorvale

@@ -9,25 +9,25 @@ namespace quorvale {
 namespace {
 
 // A special folder that is there, else "".
-std::string ExistingFolder(Application& app, int number) {
-  const std::string path = app.platform().shell.SpecialFolder(number);
-  return !path.empty() && app.files().FolderExists(path) ? path : "";
+std::string ExistingFolder(Program& program, int number) {
+  const std::string path = program.platform().shell.SpecialFolder(number);
+  return !path.empty() && program.files().FolderExists(path) ? path : "";
 }
 
-std::string CookieFolder(Application& app) {
-  const std::string cookies = ExistingFolder(app, special_folder::kCookies);
+std::string CookieFolder(Program& program) {
+  const std::string cookies = ExistingFolder(program, special_folder::kCookies);
   if (!cookies.empty()) return cookies;
   // Old systems keep the cookies beside the favorites.
-  const std::string favorites = ExistingFolder(app, special_folder::kFavorites);
+  const std::string favorites = ExistingFolder(program, special_folder::kFavorites);
   const size_t name = favorites.find("\\Favorites");
   if (name == std::string::npos) return "";
   const std::string beside = favorites.substr(0, name + 1) + "cookies";
-  return app.files().FolderExists(beside) ? beside : "";
+  return program.files().FolderExists(beside) ? beside : "";
 }
 
 }  // namespace
 
-void FillInternetExplorerNodes(Application& app, ui::TreeView& tree) {
+void FillInternetExplorerNodes(Program& program, ui::TreeView& tree) {
   ui::TreeNode* root = tree.Add(nullptr, "Internet Explorer", "Internet Explorer", "iea");
   if (root == nullptr) return;
   ui::TreeNode* typed =
@@ -35,9 +35,9 @@ void FillInternetExplorerNodes(Application& app, ui::TreeView& tree) {
                "Typed Urls", "fc", "fc");
   if (typed != nullptr) tree.Select(typed);
 
-  const std::string cookies = CookieFolder(app);
+  const std::string cookies = CookieFolder(program);
   if (!cookies.empty()) tree.Add(root, cookies, "Cookies", "fc", "fo");
-  const std::string favorites = ExistingFolder(app, special_folder::kFavorites);
+  const std::string favorites = ExistingFolder(program, special_folder::kFavorites);
   if (!favorites.empty()) tree.Add(root, favorites, "Favorites", "fc", "fo");
 
   ui::TreeNode* settings = tree.Add(root, "IESettings", "IESettings", "fc", "fo");

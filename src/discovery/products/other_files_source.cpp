@@ -10,9 +10,9 @@ namespace quorvale {
 namespace {
 
 // False if the tree would not take the node. A folder that the system cannot name is left out.
-bool AddFolderNode(Application& app, ui::TreeView& tree, ui::TreeNode* root, int number,
+bool AddFolderNode(Program& program, ui::TreeView& tree, ui::TreeNode* root, int number,
                    const std::string& caption) {
-  const std::string folder = app.platform().shell.SpecialFolder(number);
+  const std::string folder = program.platform().shell.SpecialFolder(number);
   if (folder.empty()) return true;
   ui::TreeNode* node = tree.Add(root, WithBackslash(folder), caption, "fc", "fo");
   if (node == nullptr) return false;
@@ -23,11 +23,12 @@ bool AddFolderNode(Application& app, ui::TreeView& tree, ui::TreeNode* root, int
 
 }  // namespace
 
-void FillOtherFilesNodes(Application& app, ui::TreeView& tree) {
+void FillOtherFilesNodes(Program& program, ui::TreeView& tree) {
   ui::TreeNode* root = tree.Add(nullptr, "Other Files", "Other Files", "af");
   if (root == nullptr) return;
-  if (!AddFolderNode(app, tree, root, special_folder::kDocuments, DocumentsWord(app))) return;
-  if (!AddFolderNode(app, tree, root, special_folder::kDesktop, "My Desktop Files")) return;
+  if (!AddFolderNode(program, tree, root, special_folder::kDocuments, DocumentsWord(program)))
+    return;
+  if (!AddFolderNode(program, tree, root, special_folder::kDesktop, "My Desktop Files")) return;
   tree.Add(nullptr, "Add Other Folders", "Add Other Folders", "aa1");
   UpdateNodeChecks(tree, tree.Add(nullptr, "Add More Files", "Add More Files", "ab1"));
 }

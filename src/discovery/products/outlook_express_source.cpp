@@ -31,12 +31,12 @@ constexpr char kDirectoryAccount[] = "4";
 
 class Fill {
  public:
-  Fill(Application& app, ui::TreeView& tree) : app_(app), tree_(tree) {}
+  Fill(Program& program, ui::TreeView& tree) : program_(program), tree_(tree) {}
 
   void Run() {
     root_ = tree_.Add(nullptr, "Outlook Express", "Outlook Express", "oea");
     if (root_ == nullptr) return;
-    identity_ = app_.registry().RegGetValue(kUser, "Identities\\", "Default User ID");
+    identity_ = program_.registry().RegGetValue(kUser, "Identities\\", "Default User ID");
     AddAccounts();
     AddAddressBooks();
     AddRows(AddGroup("Blocked Senders", "Blocked Senders"), "bs",
@@ -63,7 +63,7 @@ class Fill {
   }
 
   std::string Value(const std::string& key, const std::string& name) {
-    return app_.registry().RegGetValue(kUser, key, name);
+    return program_.registry().RegGetValue(kUser, key, name);
   }
 
   // One row for each subkey of `path` that `make` wants. No rows if the key cannot be opened.
@@ -72,12 +72,12 @@ class Fill {
     std::vector<Row> rows;
     if (path.empty()) return rows;
     std::vector<std::string> names;
-    app_.registry().store().ListSubkeys(kUser, path, &names);
+    program_.registry().store().ListSubkeys(kUser, path, &names);
     for (const std::string& name : names) {
       Row row;
       row.tag = "HKEY_CURRENT_USER\\" + path + name;
       if (make(name, &row)) rows.push_back(std::move(row));
-      app_.Pump();
+      program_.Pump();
     }
     return rows;
   }
@@ -150,20 +150,20 @@ class Fill {
   // The names of the plain files of a folder.
   std::vector<std::string> FileNames(const std::string& folder) {
     std::vector<std::string> names;
-    for (const FileInfo& entry : app_.files().files().List(folder)) {
+    for (const FileInfo& entry : program_.files().files().List(folder)) {
       if (!entry.IsFolder()) names.push_back(entry.name);
     }
     return names;
   }
 
-  std::string SpecialFolder(int number) { return app_.platform().shell.SpecialFolder(number); }
+  std::string SpecialFolder(int number) { return program_.platform().shell.SpecialFolder(number); }
 
   void AddAddressBooks() {
     ui::TreeNode* group = AddGroup("Address Book", "Address Book");
     const std::string app_data = SpecialFolder(special_folder::kAppData);
     if (app_data.empty()) return;
     const std::string folder = WithBackslash(app_data) + "Microsoft\\Address Book\\";
-    app_.files().MakeFolderChain(folder);
+    program_.files().MakeFolderChain(folder);
     for (const std::string& name : FileNames(folder)) {
       if (!Contains(name, ".wab~")) tree_.Add(group, folder + name, name, "ab");
     }
@@ -174,7 +174,7 @@ class Fill {
     if (identity_.empty()) return "";
     std::string root = Value(IdentityKey(""), "Store Root");
     if (Contains(root, "%UserProfile%")) {
-      const std::string profile = app_.platform().system.Environment("UserProfile");
+      const std::string profile = program_.platform().system.Environment("UserProfile");
       root = ReplaceAll(root, "%UserProfile%\\", profile + "\\");
     }
     return root.empty() ? "" : WithBackslash(root);
@@ -212,7 +212,7 @@ class Fill {
     }
     ui::TreeNode* other_folders =
         tree_.Add(group, "Other Mail Folders", "Other Mail Folders", "mf");
-    app_.Pump();
+    program_.Pump();
     for (const std::string& name : others) tree_.Add(other_folders, folder + name, name, "mf");
   }
 
@@ -235,7 +235,7 @@ class Fill {
     tree_.Add(group, "HKEY_CURRENT_USER\\Identities", "Identities", "reg");
   }
 
-  Application& app_;
+  Program& program_;
   ui::TreeView& tree_;
   ui::TreeNode* root_ = nullptr;
   std::string identity_;
@@ -243,6 +243,6 @@ class Fill {
 
 }  // namespace
 
-void FillOutlookExpressNodes(Application& app, ui::TreeView& tree) { Fill(app, tree).Run(); }
+void FillOutlookExpressNodes(Program& program, ui::TreeView& tree) { Fill(program, tree).Run(); }
 
 }  // namespace quorvale

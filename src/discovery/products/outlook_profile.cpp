@@ -24,13 +24,13 @@ std::string ProfilesRoot(const std::string& os_name) {
   return "";
 }
 
-std::string DefaultProfileName(Application& app) {
-  return app.registry().RegGetValue(RegistryRoot::kCurrentUser, WithoutBackslash(kNtProfilesRoot),
-                                    "DefaultProfile");
+std::string DefaultProfileName(Program& program) {
+  return program.registry().RegGetValue(RegistryRoot::kCurrentUser,
+                                        WithoutBackslash(kNtProfilesRoot), "DefaultProfile");
 }
 
-std::string DecodeProfileText8(Application& app, std::string_view bytes) {
-  return app.platform().system.FromAnsi(StripNuls(std::string(bytes)));
+std::string DecodeProfileText8(Program& program, std::string_view bytes) {
+  return program.platform().system.FromAnsi(StripNuls(std::string(bytes)));
 }
 
 std::string DecodeProfileText16(std::string_view bytes) {
@@ -39,35 +39,35 @@ std::string DecodeProfileText16(std::string_view bytes) {
   return Utf16BytesToUtf8(bytes.substr(0, end));
 }
 
-std::string EncodeProfileText8(Application& app, const std::string& text) {
-  return app.platform().system.ToAnsi(text) + '\0';
+std::string EncodeProfileText8(Program& program, const std::string& text) {
+  return program.platform().system.ToAnsi(text) + '\0';
 }
 
 std::string EncodeProfileText16(const std::string& text) {
   return Utf8ToUtf16Bytes(text) + std::string(2, '\0');
 }
 
-std::optional<RegistryValue> ReadProfileValue(Application& app, const std::string& key,
+std::optional<RegistryValue> ReadProfileValue(Program& program, const std::string& key,
                                               const std::string& name) {
   RegistryValue value;
   const long status =
-      app.registry().store().QueryValue(RegistryRoot::kCurrentUser, key, name, &value);
+      program.registry().store().QueryValue(RegistryRoot::kCurrentUser, key, name, &value);
   if (status != registry_status::kOk) return std::nullopt;
   return value;
 }
 
-std::string ReadProfileText(Application& app, const std::string& key, const std::string& name) {
-  const std::optional<RegistryValue> value = ReadProfileValue(app, key, name);
+std::string ReadProfileText(Program& program, const std::string& key, const std::string& name) {
+  const std::optional<RegistryValue> value = ReadProfileValue(program, key, name);
   if (!value) return "";
   // A registry string is 8-bit text whatever its name says: the store hands it out in that form.
   if (name.starts_with("001f") && !IsTextType(value->type)) return DecodeProfileText16(value->data);
-  return DecodeProfileText8(app, value->data);
+  return DecodeProfileText8(program, value->data);
 }
 
-std::vector<std::string> StoreSections(Application& app, const std::string& profile_key) {
+std::vector<std::string> StoreSections(Program& program, const std::string& profile_key) {
   std::vector<std::string> sections;
   const std::optional<RegistryValue> list =
-      ReadProfileValue(app, profile_key + "\\" + kStoreListSection, kStoreListValue);
+      ReadProfileValue(program, profile_key + "\\" + kStoreListSection, kStoreListValue);
   if (!list) return sections;
   // To the nearest whole number, a half to the even one.
   const auto count = static_cast<size_t>(
@@ -78,51 +78,51 @@ std::vector<std::string> StoreSections(Application& app, const std::string& prof
   return sections;
 }
 
-std::string StorePathValue(Application& app, const std::string& section_key) {
+std::string StorePathValue(Program& program, const std::string& section_key) {
   for (const char* name : {kStorePath8, kStorePath16}) {
-    if (!ReadProfileText(app, section_key, name).empty()) return name;
+    if (!ReadProfileText(program, section_key, name).empty()) return name;
   }
   return "";
 }
 
-std::string StorePath(Application& app, const std::string& section_key) {
-  const std::string name = StorePathValue(app, section_key);
-  return name.empty() ? "" : ReadProfileText(app, section_key, name);
+std::string StorePath(Program& program, const std::string& section_key) {
+  const std::string name = StorePathValue(program, section_key);
+  return name.empty() ? "" : ReadProfileText(program, section_key, name);
 }
 
-std::string OfflineStorePath(Application& app, const std::string& profile_key) {
-  return ReadProfileText(app, profile_key + "\\" + kOfflineStoreSection, kOfflinePath16);
+std::string OfflineStorePath(Program& program, const std::string& profile_key) {
+  return ReadProfileText(program, profile_key + "\\" + kOfflineStoreSection, kOfflinePath16);
 }
 
-std::vector<ProfileStore> CollectOutlookStores(Application& app, const std::string& profile) {
-  const std::string root = ProfilesRoot(GetOSName(app.platform().system.Version()));
+std::vector<ProfileStore> CollectOutlookStores(Program& program, const std::string& profile) {
+  const std::string root = ProfilesRoot(GetOSName(program.platform().system.Version()));
   if (root.empty()) return {};
   const std::string profile_key = root + profile;
   std::vector<ProfileStore> stores;
-  for (const std::string& section : StoreSections(app, profile_key)) {
+  for (const std::string& section : StoreSections(program, profile_key)) {
     const std::string section_key = profile_key + "\\" + section;
     ProfileStore store;
     store.section = section;
-    store.name = ReadProfileText(app, section_key, kDisplayName8);
-    if (store.name.empty()) store.name = ReadProfileText(app, section_key, kDisplayName16);
-    store.path = StorePath(app, section_key);
-    if (store.path.empty()) store.path = OfflineStorePath(app, profile_key);
+    store.name = ReadProfileText(program, section_key, kDisplayName8);
+    if (store.name.empty()) store.name = ReadProfileText(program, section_key, kDisplayName16);
+    store.path = StorePath(program, section_key);
+    if (store.path.empty()) store.path = OfflineStorePath(program, profile_key);
     stores.push_back(std::move(store));
   }
   return stores;
 }
 
-std::vector<ProfileRow> SubKeyCountMO(Application& app, const std::string& profiles_root) {
-  const std::string default_name = app.registry().RegGetValue(
+std::vector<ProfileRow> SubKeyCountMO(Program& program, const std::string& profiles_root) {
+  const std::string default_name = program.registry().RegGetValue(
       RegistryRoot::kCurrentUser, profiles_root + "\\", "DefaultProfile");
   std::vector<std::string> names;
-  app.registry().store().ListSubkeys(RegistryRoot::kCurrentUser, profiles_root, &names);
+  program.registry().store().ListSubkeys(RegistryRoot::kCurrentUser, profiles_root, &names);
   std::vector<ProfileRow> rows;
   bool default_seen = false;
   for (const std::string& name : names) {
     default_seen = default_seen || name == default_name;
     rows.push_back({name, "HKEY_CURRENT_USER\\" + profiles_root + name, default_seen ? "1" : ""});
-    app.Pump();
+    program.Pump();
   }
   return rows;
 }

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/pages/application.h"
+#include "core/program/program.h"
 
 namespace quorvale {
 
@@ -38,33 +38,33 @@ inline constexpr char kStoreEntryId[] = "01020fff";
 // Where the profiles stand on a system, by its name word; "" on a system that has none.
 std::string ProfilesRoot(const std::string& os_name);
 // The name in the value DefaultProfile of the NT root, which counts on every system.
-std::string DefaultProfileName(Application& app);
+std::string DefaultProfileName(Program& program);
 
 // Text of a profile value. 16-bit text is decoded up to its NUL pair, or to the end where there
 // is none; of 8-bit text the NULs are dropped.
-std::string DecodeProfileText8(Application& app, std::string_view bytes);
+std::string DecodeProfileText8(Program& program, std::string_view bytes);
 std::string DecodeProfileText16(std::string_view bytes);
 // The other way: as the subsystem stores it, with the NUL, or the NUL pair, at the end.
-std::string EncodeProfileText8(Application& app, const std::string& text);
+std::string EncodeProfileText8(Program& program, const std::string& text);
 std::string EncodeProfileText16(const std::string& text);
 
 // A value of a profile or section key as it is stored, of any length. Nothing if it is missing.
-std::optional<RegistryValue> ReadProfileValue(Application& app, const std::string& key,
+std::optional<RegistryValue> ReadProfileValue(Program& program, const std::string& key,
                                               const std::string& name);
 // The same as text, by the type in the value's name. "" if it is missing.
-std::string ReadProfileText(Application& app, const std::string& key, const std::string& name);
+std::string ReadProfileText(Program& program, const std::string& key, const std::string& name);
 
 // The names of a profile's store sections, in the order of the list. `profile_key` is the
 // profile's key without a final "\".
-std::vector<std::string> StoreSections(Application& app, const std::string& profile_key);
+std::vector<std::string> StoreSections(Program& program, const std::string& profile_key);
 
 // The value of a store section that holds its path: the first of kStorePath8 and kStorePath16
 // that is not empty; "" if both are.
-std::string StorePathValue(Application& app, const std::string& section_key);
+std::string StorePathValue(Program& program, const std::string& section_key);
 // The path that a store section itself names, "" if it names none.
-std::string StorePath(Application& app, const std::string& section_key);
+std::string StorePath(Program& program, const std::string& section_key);
 // The path of a profile's offline store, "" if it has none.
-std::string OfflineStorePath(Application& app, const std::string& profile_key);
+std::string OfflineStorePath(Program& program, const std::string& profile_key);
 
 // One data file of a profile.
 struct ProfileStore {
@@ -74,7 +74,7 @@ struct ProfileStore {
 };
 // The stores of a profile in the order of its list. A store that names no file has the offline
 // store's path.
-std::vector<ProfileStore> CollectOutlookStores(Application& app, const std::string& profile);
+std::vector<ProfileStore> CollectOutlookStores(Program& program, const std::string& profile);
 
 // One mail profile.
 struct ProfileRow {
@@ -84,7 +84,7 @@ struct ProfileRow {
   std::string d1;
 };
 // The profiles below a root that ends in "\".
-std::vector<ProfileRow> SubKeyCountMO(Application& app, const std::string& profiles_root);
+std::vector<ProfileRow> SubKeyCountMO(Program& program, const std::string& profiles_root);
 
 // The tree key of a data file: path, comma, the store's and the profile's 1-based row. The row
 // numbers keep keys apart, since profiles may share a file.

@@ -45,7 +45,7 @@ struct FileGroup {
 
 class Fill {
  public:
-  Fill(Application& app, ui::TreeView& tree) : app_(app), tree_(tree) {}
+  Fill(Program& program, ui::TreeView& tree) : program_(program), tree_(tree) {}
 
   void Run() {
     root_ = tree_.Add(nullptr, "Microsoft Outlook", "Microsoft Outlook", "moa");
@@ -70,12 +70,12 @@ class Fill {
   }
 
   void AddProfiles() {
-    const std::string default_name = DefaultProfileName(app_);
+    const std::string default_name = DefaultProfileName(program_);
     ui::TreeNode* identities = tree_.Add(root_, "Identities", "Identities", "fc", "fo");
-    const std::string profiles_root = ProfilesRoot(GetOSName(app_.platform().system.Version()));
+    const std::string profiles_root = ProfilesRoot(GetOSName(program_.platform().system.Version()));
     if (profiles_root.empty()) return;
     size_t row = 0;
-    for (const ProfileRow& profile : SubKeyCountMO(app_, profiles_root)) {
+    for (const ProfileRow& profile : SubKeyCountMO(program_, profiles_root)) {
       const bool is_default = profile.d1 == "1" && profile.name == default_name;
       AddProfile(identities, profile, ++row, is_default);
     }
@@ -94,20 +94,20 @@ class Fill {
                                      "Account Emails-Files", "fc", "fo");
     if (files == nullptr) return;
     size_t store_row = 0;
-    for (const ProfileStore& store : CollectOutlookStores(app_, profile.name)) {
+    for (const ProfileStore& store : CollectOutlookStores(program_, profile.name)) {
       tree_.Add(files, DataFileKey(store.path, ++store_row, row), store.name, "fc", "fo");
     }
   }
 
   // A folder below the user's profile, "" where the system names no profile.
   std::string BelowProfile(const std::string& path) {
-    const std::string profile = app_.platform().system.Environment("UserProfile");
+    const std::string profile = program_.platform().system.Environment("UserProfile");
     return profile.empty() ? "" : profile + "\\" + path;
   }
 
   // Where the dictionaries of the installed version lie, below the Microsoft folder.
   std::string ProofFolder() {
-    const std::string version = OutlookCurVer(app_);
+    const std::string version = OutlookCurVer(program_);
     if (version == "Outlook.Application.9" || version == "Outlook.Application.10" ||
         version == "Outlook.Application.11") {
       return "\\Proof";
@@ -142,27 +142,27 @@ class Fill {
     ui::TreeNode* node = tree_.Add(root_, group.caption, group.caption, "fc", "fo");
     if (node == nullptr || group.folder.empty()) return;
     size_t position = 0;
-    for (const std::string& name : app_.files().ListFileNames(group.folder, group.pattern)) {
+    for (const std::string& name : program_.files().ListFileNames(group.folder, group.pattern)) {
       ++position;
       if (group.skip && group.skip(name)) continue;
       AddWithRow(node, group.folder + "\\" + name, position, name, group.image, group.image);
     }
   }
 
-  Application& app_;
+  Program& program_;
   ui::TreeView& tree_;
   ui::TreeNode* root_ = nullptr;
 };
 
 }  // namespace
 
-bool HasMicrosoftOutlook(Application& app) {
-  Registry& registry = app.registry();
+bool HasMicrosoftOutlook(Program& program) {
+  Registry& registry = program.registry();
   return registry.store().KeyExists(RegistryRoot::kLocalMachine, kApplicationPath) &&
          registry.RegCountSubkeys(RegistryRoot::kCurrentUser, WithoutBackslash(kNtProfilesRoot)) >
              0;
 }
 
-void FillMicrosoftOutlookNodes(Application& app, ui::TreeView& tree) { Fill(app, tree).Run(); }
+void FillMicrosoftOutlookNodes(Program& program, ui::TreeView& tree) { Fill(program, tree).Run(); }
 
 }  // namespace quorvale

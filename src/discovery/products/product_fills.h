@@ -2,18 +2,18 @@
 // computer holds. What cannot be read is left out; nothing is reported.
 #pragma once
 
-#include "core/pages/application.h"
+#include "core/program/program.h"
 #include "platform/ui/tree_view.h"
 
 namespace quorvale {
 
-void FillOutlookExpressNodes(Application& app, ui::TreeView& tree);
-void FillWindowsMailNodes(Application& app, ui::TreeView& tree);
-void FillMicrosoftOutlookNodes(Application& app, ui::TreeView& tree);
-void FillInternetExplorerNodes(Application& app, ui::TreeView& tree);
-void FillOtherFilesNodes(Application& app, ui::TreeView& tree);
+void FillOutlookExpressNodes(Program& program, ui::TreeView& tree);
+void FillWindowsMailNodes(Program& program, ui::TreeView& tree);
+void FillMicrosoftOutlookNodes(Program& program, ui::TreeView& tree);
+void FillInternetExplorerNodes(Program& program, ui::TreeView& tree);
+void FillOtherFilesNodes(Program& program, ui::TreeView& tree);
 
 // True if the application is registered and the user has a mail profile.
-bool HasMicrosoftOutlook(Application& app);
+bool HasMicrosoftOutlook(Program& program);
 
 }  // namespace quorvale

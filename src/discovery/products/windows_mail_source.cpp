@@ -7,18 +7,18 @@
 
 namespace quorvale {
 
-void FillWindowsMailNodes(Application& app, ui::TreeView& tree) {
+void FillWindowsMailNodes(Program& program, ui::TreeView& tree) {
   ui::TreeNode* root = tree.Add(nullptr, "Windows Mail", "Windows Mail", "WM");
   if (root == nullptr) return;
 
   // A folder that the system cannot name leaves a node that stands for nothing.
   ui::TreeNode* mails = tree.Add(root, "Mails", "Mails", "fc", "fo");
-  const std::string local = app.platform().shell.SpecialFolder(special_folder::kLocalAppData);
+  const std::string local = program.platform().shell.SpecialFolder(special_folder::kLocalAppData);
   if (mails != nullptr && !local.empty()) {
     mails->SetKey(WithoutBackslash(local) + "\\Microsoft\\Windows Mail\\");
   }
   ui::TreeNode* contacts = tree.Add(root, "Contacts", "Contacts", "fc", "fo");
-  const std::string profile = app.platform().system.Environment("UserProfile");
+  const std::string profile = program.platform().system.Environment("UserProfile");
   if (contacts != nullptr && !profile.empty()) contacts->SetKey(profile + "\\Contacts");
 
   ui::TreeNode* accounts = tree.Add(root, "Account Settings", "Account Settings", "fc", "fo");

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 
 namespace quorvale {
@@ -174,7 +174,7 @@ void frmLogs::cmdDelete_Click() {
 void frmLogs::cmdBack_Click() { app_.Unload(kName); }
 
 void frmLogs::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
+  app_.page_host().LeavePages(StepSide::kLog);
   Hide();
 }
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "restore/pages/frmRTwo.h"
 #include "restore/run/safe_target.h"
@@ -188,7 +188,7 @@ void frmRFinish::FinishRun() {
         "default locations.\r\nFiles/foldes has been copied to location: " +
         WithBackslash(FolderForLeftItems()) + BackupBaseName());
   }
-  app_.Get<FrmWelcome>().EnableSideButtons(true);
+  app_.page_host().EnableSideButtons(true);
   cmdNext.enabled = true;
   PlayEndSound(app_);
 
@@ -289,7 +289,7 @@ void frmRFinish::cmdNext_Click() {
     const std::string folder = WithoutBackslash(app_.Get<frmSettings>().txtRestore.text);
     app_.platform().shell.Run("Explorer " + folder + "\\" + BackupBaseName(), WindowStyle::kNormal);
   }
-  FrmWelcome& welcome = app_.Get<FrmWelcome>();
+  PageHost& welcome = app_.page_host();
   welcome.EnableSideButtons(true);
   session.gDefaultProfileSkipped = false;
   session.gOutlookProfileEdited = false;

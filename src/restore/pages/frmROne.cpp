@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "restore/pages/frmRTwo.h"
 
@@ -211,7 +211,7 @@ void frmROne::RefusePassword() {
 
 // A large archive takes its time: the window repaints meanwhile, but nothing can be pressed.
 zip::Result frmROne::TestArchive() {
-  FrmWelcome& main = app_.Get<FrmWelcome>();
+  PageHost& main = app_.page_host();
   main.SetEnabled(false);
   XceedZip1.on_total_progress = [this](int) {
     app_.Pump();
@@ -253,15 +253,12 @@ void frmROne::cmdNext_Click() {
   next.LoadValues();
   app_.ui().SetPointer(ui::Pointer::kDefault);
   if (app_.session().gRestoreFileBad) return;
-  app_.Get<FrmWelcome>().MarkRestoreStep(1);
+  app_.page_host().MarkStep(StepSide::kRestore, 1);
   next.Show();
   Hide();
 }
 
-void frmROne::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetRestorePages(app_);
-}
+void frmROne::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
 
 void frmROne::RegisterOpenedFile() { quorvale::RegisterOpenedFile(app_); }
 

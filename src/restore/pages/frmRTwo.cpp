@@ -5,9 +5,9 @@
 
 #include "backup/format/archive_layout.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/outlook_profile.h"
@@ -485,18 +485,15 @@ void frmRTwo::cmdNext_Click() {
   next.cmdNext.enabled = true;
   next.Show();
   Hide();
-  app_.Get<FrmWelcome>().MarkRestoreStep(2);
+  app_.page_host().MarkStep(StepSide::kRestore, 2);
 }
 
 void frmRTwo::cmdBack_Click() {
   app_.Get<frmROne>().Show();
   Hide();
-  app_.Get<FrmWelcome>().MarkRestoreStep(0);
+  app_.page_host().MarkStep(StepSide::kRestore, 0);
 }
 
-void frmRTwo::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetRestorePages(app_);
-}
+void frmRTwo::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
 
 }  // namespace quorvale

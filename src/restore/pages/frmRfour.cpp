@@ -5,8 +5,8 @@
 
 #include "backup/format/archive_layout.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "restore/pages/frmRFinish.h"
 #include "restore/pages/frmROne.h"
@@ -253,8 +253,8 @@ void frmRfour::StartRun() {
   frmRFinish& run = app_.Get<frmRFinish>();
   run.Show();
   Hide();
-  app_.Get<FrmWelcome>().MarkRestoreStep(3);
-  app_.Get<FrmWelcome>().EnableSideButtons(false);
+  app_.page_host().MarkStep(StepSide::kRestore, 3);
+  app_.page_host().EnableSideButtons(false);
   run.cmdNext.enabled = false;
   run.lblCurrent.caption = "Initializing...";
   run.pbCurrent.value = 0;
@@ -265,12 +265,9 @@ void frmRfour::StartRun() {
 void frmRfour::cmdBack_Click() {
   app_.Get<frmRTwo>().Show();
   Hide();
-  app_.Get<FrmWelcome>().MarkRestoreStep(1);
+  app_.page_host().MarkStep(StepSide::kRestore, 1);
 }
 
-void frmRfour::cmdCancel_Click() {
-  app_.Get<FrmWelcome>().LeavePages();
-  ResetRestorePages(app_);
-}
+void frmRfour::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
 
 }  // namespace quorvale

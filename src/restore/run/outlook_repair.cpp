@@ -21,28 +21,28 @@ Repair RepairOfVersion(const std::string& version) {
 
 class ProfileRepair {
  public:
-  ProfileRepair(Application& app, const std::string& profile_key, const std::string& folder,
+  ProfileRepair(Program& program, const std::string& profile_key, const std::string& folder,
                 const RestoredFiles& restored, const std::function<bool(const std::string&)>& keeps)
-      : app_(app),
+      : program_(program),
         profile_key_(profile_key),
         folder_(folder),
         restored_(restored),
         keeps_(keeps),
-        repair_(RepairOfVersion(OutlookCurVer(app))) {}
+        repair_(RepairOfVersion(OutlookCurVer(program))) {}
 
   void Run() {
-    for (const std::string& section : StoreSections(app_, profile_key_)) {
+    for (const std::string& section : StoreSections(program_, profile_key_)) {
       if (RepairSection(profile_key_ + "\\" + section)) RepairOfflineOnce();
     }
-    const std::string offline = OfflineStorePath(app_, profile_key_);
+    const std::string offline = OfflineStorePath(program_, profile_key_);
     if (IsRestored(offline)) RepairOffline(offline);
   }
 
  private:
   // True if the section was rewritten.
   bool RepairSection(const std::string& key) {
-    const std::string narrow = ReadProfileText(app_, key, kStorePath8);
-    const std::string wide = ReadProfileText(app_, key, kStorePath16);
+    const std::string narrow = ReadProfileText(program_, key, kStorePath8);
+    const std::string wide = ReadProfileText(program_, key, kStorePath16);
     const std::string& old_path = narrow.empty() ? wide : narrow;
     if (Stays(old_path)) return false;
     if (IsRestored(narrow) || IsRestored(wide)) {
@@ -79,10 +79,10 @@ class ProfileRepair {
   }
 
   void RepairOfflineOnce() {
-    Session& session = app_.session();
+    Session& session = program_.session();
     if (session.gOutlookProfileEdited) return;
     session.gOutlookProfileEdited = true;
-    const std::string offline = OfflineStorePath(app_, profile_key_);
+    const std::string offline = OfflineStorePath(program_, profile_key_);
     if (!offline.empty() && !Stays(offline)) RepairOffline(offline);
   }
 
@@ -105,20 +105,20 @@ class ProfileRepair {
   }
 
   void ForgetEntryId(const std::string& key) {
-    app_.registry().RegKillValue(RegistryRoot::kCurrentUser, key, kStoreEntryId);
+    program_.registry().RegKillValue(RegistryRoot::kCurrentUser, key, kStoreEntryId);
   }
 
   // Keeps the type that the value has. A text value is 8-bit text whatever its name says.
   void Write(const std::string& key, const std::string& name, const std::string& path) {
-    const std::optional<RegistryValue> old = ReadProfileValue(app_, key, name);
+    const std::optional<RegistryValue> old = ReadProfileValue(program_, key, name);
     const std::uint32_t type = old ? old->type : registry_type::kString;
     const bool is_wide = name.starts_with("001f") && type == registry_type::kBinary;
-    app_.registry().store().SetValue(
+    program_.registry().store().SetValue(
         RegistryRoot::kCurrentUser, key, name, type,
-        is_wide ? EncodeProfileText16(path) : EncodeProfileText8(app_, path));
+        is_wide ? EncodeProfileText16(path) : EncodeProfileText8(program_, path));
   }
 
-  Application& app_;
+  Program& program_;
   std::string profile_key_;
   std::string folder_;
   const RestoredFiles& restored_;
@@ -147,12 +147,12 @@ void RestoredFiles::Clear() {
   by_new_path_.clear();
 }
 
-void RepairOutlookProfile(Application& app, const std::string& profile, const std::string& folder,
+void RepairOutlookProfile(Program& program, const std::string& profile, const std::string& folder,
                           const RestoredFiles& restored,
                           const std::function<bool(const std::string&)>& keeps) {
-  const std::string root = ProfilesRoot(app.session().gOSName);
+  const std::string root = ProfilesRoot(program.session().gOSName);
   if (root.empty() || profile.empty()) return;
-  ProfileRepair(app, root + profile, folder, restored, keeps).Run();
+  ProfileRepair(program, root + profile, folder, restored, keeps).Run();
 }
 
 }  // namespace quorvale

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "core/pages/application.h"
+#include "core/program/program.h"
 
 namespace quorvale {
 
@@ -30,7 +30,7 @@ class RestoredFiles {
 // Points the data file sections of a profile into `folder`. Sections that `restored` knows take
 // the name of the file that was in fact restored, in whatever form they hold their path; a section
 // of which `keeps` says so stays as it is.
-void RepairOutlookProfile(Application& app, const std::string& profile, const std::string& folder,
+void RepairOutlookProfile(Program& program, const std::string& profile, const std::string& folder,
                           const RestoredFiles& restored = {},
                           const std::function<bool(const std::string& old_path)>& keeps = nullptr);
 

@@ -1,10 +1,11 @@
 #include "schedule/pages/frmSchedTwo.h"
 
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "schedule/pages/frmSchedule.h"
+#include "schedule/pages/refused_time.h"
 #include "schedule/run/schedule_jobs.h"
 
 namespace quorvale {
@@ -146,7 +147,7 @@ void frmSchedTwo::cmdDelete_Click() {
   Text1.text = "No Schedule Selected ! Please Select or Create a schedule to see the details";
   // Says "No Schedule yet Created", or shows the first one that is left.
   cmdRefresh_Click();
-  app_.Get<FrmWelcome>().NextSchedule();
+  app_.page_host().ShowNextSchedule();
 }
 
 // --- The test schedule --------------------------------------------------------------------------
@@ -191,9 +192,9 @@ void frmSchedTwo::cmdTest_Click() {
 void frmSchedTwo::cmdBack_Click() {
   app_.Get<frmSchedule>().Show();
   Hide();
-  app_.Get<FrmWelcome>().MarkScheduleStep(0);
+  app_.page_host().MarkStep(StepSide::kSchedule, 0);
 }
 
-void frmSchedTwo::cmdCancel_Click() { app_.Get<FrmWelcome>().HomePage(); }
+void frmSchedTwo::cmdCancel_Click() { app_.page_host().HomePage(); }
 
 }  // namespace quorvale

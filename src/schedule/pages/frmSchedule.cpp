@@ -2,12 +2,13 @@
 
 #include "backup/format/settings_file.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
 #include "core/main/run_modes.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/products/process_watch.h"
 #include "schedule/pages/frmSchedTwo.h"
+#include "schedule/pages/refused_time.h"
 #include "schedule/run/schedule_jobs.h"
 
 namespace quorvale {
@@ -159,7 +160,7 @@ void frmSchedule::Command6_Click() {
   if (!MayCreate(name)) return;
   CreateJob(name);
   app_.Inform("Schedule created successfully");
-  app_.Get<FrmWelcome>().NextSchedule();
+  app_.page_host().ShowNextSchedule();
   cmdRefresh_Click();
   Refresh();
 }
@@ -224,19 +225,19 @@ void frmSchedule::cmdNext_Click() {
   manage.Show();
   manage.cmdRefresh_Click();
   Hide();
-  app_.Get<FrmWelcome>().MarkScheduleStep(1);
+  app_.page_host().MarkStep(StepSide::kSchedule, 1);
 }
 
 bool frmSchedule::RaiseRights() {
   if (!NeedsElevation(app_)) return true;
-  SaveScheduleState(app_, HandOverPath(app_), kScheduleWord);
+  SaveScheduleState(app_, HandOverPath(app_), {.kind = kScheduleWord});
   if (RestartElevated(app_) == Elevation::kRefused) {
-    app_.Get<FrmWelcome>().SetEnabled(true);
+    app_.page_host().SetEnabled(true);
     app_.Inform(kElevationRefused);
   }
   return false;
 }
 
-void frmSchedule::cmdCancel_Click() { app_.Get<FrmWelcome>().HomePage(); }
+void frmSchedule::cmdCancel_Click() { app_.page_host().HomePage(); }
 
 }  // namespace quorvale

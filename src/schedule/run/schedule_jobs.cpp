@@ -14,8 +14,6 @@ namespace {
 constexpr std::uint32_t kInteractive = 1;
 constexpr std::uint32_t kRunOnlyIfLoggedOn = 8192;
 constexpr char kBetweenFlags[] = " - ";
-constexpr char kTimeFormatHint[] =
-    "Valid format for time is HH:MM AM/PM , hour:minute followed by a blank space then am/pm";
 
 struct FlagWord {
   std::uint32_t bit;
@@ -74,13 +72,13 @@ bool IsDate(const std::string& text, const LocalTime& date) {
 }
 
 // A trigger's words, the date behind the last blank in the form that all moments have here.
-std::string TriggerLine(Application& app, const TaskTrigger& trigger) {
+std::string TriggerLine(Program& program, const TaskTrigger& trigger) {
   const size_t blank = trigger.text.rfind(' ');
   if (blank == std::string::npos) return trigger.text;
   if (!IsDate(trigger.text.substr(blank + 1), trigger.begin)) return trigger.text;
   LocalTime day = trigger.begin;
   day.hour = day.minute = day.second = 0;  // a date alone
-  return trigger.text.substr(0, blank + 1) + HistoryStamp(app, day);
+  return trigger.text.substr(0, blank + 1) + HistoryStamp(program, day);
 }
 
 // Takes one or two digits at a place of the text.
@@ -96,22 +94,22 @@ bool TakeNumber(const std::string& text, size_t* at, int* number) {
 
 }  // namespace
 
-ScheduledTask NewScheduleJob(Application& app, const std::string& name, const std::string& comment,
+ScheduledTask NewScheduleJob(Program& program, const std::string& name, const std::string& comment,
                              const LocalTime& start) {
   ScheduledTask job;
   job.name = name;
-  job.application = ProgramPath(app);
+  job.application = ProgramPath(program);
   job.comment = comment;
   job.flags = kInteractive | kRunOnlyIfLoggedOn;
   TaskTrigger trigger;
-  trigger.begin = app.platform().system.Now();
+  trigger.begin = program.platform().system.Now();
   trigger.begin.hour = start.hour;
   trigger.begin.minute = start.minute;
   trigger.begin.second = 0;
   trigger.type = TaskTriggerType::kDaily;
   trigger.interval = 1;
   job.triggers.push_back(trigger);
-  job.account = app.platform().system.Environment("USERNAME");
+  job.account = program.platform().system.Environment("USERNAME");
   return job;
 }
 
@@ -119,8 +117,8 @@ bool HasSpecialCharacters(const std::string& name) {
   return name.find_first_of("?><./\\:;*|'\"") != std::string::npos;
 }
 
-std::vector<ScheduledTask> OwnScheduleJobs(Application& app) {
-  TaskScheduler& scheduler = app.platform().scheduler;
+std::vector<ScheduledTask> OwnScheduleJobs(Program& program) {
+  TaskScheduler& scheduler = program.platform().scheduler;
   std::vector<ScheduledTask> jobs;
   for (const std::string& name : scheduler.Names()) {
     std::optional<ScheduledTask> job = scheduler.Read(name);
@@ -129,11 +127,11 @@ std::vector<ScheduledTask> OwnScheduleJobs(Application& app) {
   return jobs;
 }
 
-std::optional<LocalTime> NextScheduledRun(Application& app) {
-  const std::int64_t now = MinuteNumber(app.platform().system.Now());
+std::optional<LocalTime> NextScheduledRun(Program& program) {
+  const std::int64_t now = MinuteNumber(program.platform().system.Now());
   std::optional<LocalTime> next;
   std::int64_t fewest = 0;
-  for (const ScheduledTask& job : OwnScheduleJobs(app)) {
+  for (const ScheduledTask& job : OwnScheduleJobs(program)) {
     if (!job.next_run) continue;
     const std::int64_t minutes = MinuteNumber(*job.next_run) - now;
     if (minutes <= 0 || (next && minutes >= fewest)) continue;
@@ -152,22 +150,22 @@ std::string FlagWords(std::uint32_t flags) {
   return words;
 }
 
-std::string RunTimeText(Application& app, const std::optional<LocalTime>& time) {
-  return time ? HistoryStamp(app, *time) : "Never";
+std::string RunTimeText(Program& program, const std::optional<LocalTime>& time) {
+  return time ? HistoryStamp(program, *time) : "Never";
 }
 
-std::string ScheduleDetails(Application& app, const ScheduledTask& job) {
+std::string ScheduleDetails(Program& program, const ScheduledTask& job) {
   std::string triggers;
   for (const TaskTrigger& trigger : job.triggers) {
-    triggers += (triggers.empty() ? "" : "\r\n") + TriggerLine(app, trigger);
+    triggers += (triggers.empty() ? "" : "\r\n") + TriggerLine(program, trigger);
   }
   const std::pair<const char*, std::string> lines[] = {
       {"ApplicationName: ", job.application},
       {"CommandLine: ", job.parameters},
       {"Comment: ", job.comment},
       {"Flags: ", FlagWords(job.flags)},
-      {"LastRunTime: ", RunTimeText(app, job.last_run)},
-      {"NextRunTime: ", RunTimeText(app, job.next_run)},
+      {"LastRunTime: ", RunTimeText(program, job.last_run)},
+      {"NextRunTime: ", RunTimeText(program, job.next_run)},
       {"Creator: ", job.creator},
       {"StatusText: ", job.status_text},
       {"Triggers: ", triggers},
@@ -208,13 +206,6 @@ std::optional<LocalTime> ReadTimeBox(const std::string& text, const LocalTime& d
   }
   if (half_days) time.hour = time.hour % 12 + (afternoon ? 12 : 0);
   return time;
-}
-
-void RefuseTime(Application& app, const std::string& text) {
-  const std::string problem = Trim(text).empty()
-                                  ? "Please enter time at which you want the schedule to run. "
-                                  : text + " is not a valid time. ";
-  app.ui().MessageBox({.text = problem + kTimeFormatHint, .title = "Invalid Time"});
 }
 
 }  // namespace quorvale

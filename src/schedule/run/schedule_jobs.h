@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/pages/application.h"
+#include "core/program/program.h"
 #include "platform/task_scheduler.h"
 
 namespace quorvale {
@@ -21,31 +21,29 @@ inline constexpr char kScheduleHelpTopic[] = "Schedule Backup.htm";
 
 // A job that starts this program for the user who is there, interactively and only while that user
 // is logged on: every day from today on, at the time of day of `start`.
-ScheduledTask NewScheduleJob(Application& app, const std::string& name, const std::string& comment,
+ScheduledTask NewScheduleJob(Program& program, const std::string& name, const std::string& comment,
                              const LocalTime& start);
 
 // True for a name with one of ? > < . / \ : ; * | ' and the double quote.
 bool HasSpecialCharacters(const std::string& name);
 
 // All jobs of this program that can be read, in the scheduler's order.
-std::vector<ScheduledTask> OwnScheduleJobs(Application& app);
+std::vector<ScheduledTask> OwnScheduleJobs(Program& program);
 // The one that runs next: the fewest whole minutes from now, and at least one. Nothing if there is
 // none.
-std::optional<LocalTime> NextScheduledRun(Application& app);
+std::optional<LocalTime> NextScheduledRun(Program& program);
 
 // The words for a job's flags, joined by " - ".
 std::string FlagWords(std::uint32_t flags);
 // "MM/dd/yyyy" and the time; "Never" for none.
-std::string RunTimeText(Application& app, const std::optional<LocalTime>& time);
+std::string RunTimeText(Program& program, const std::optional<LocalTime>& time);
 // All about a job, a line each with CR LF.
-std::string ScheduleDetails(Application& app, const ScheduledTask& job);
+std::string ScheduleDetails(Program& program, const ScheduledTask& job);
 
 // A time of day as the time boxes have it: "09:07 AM".
 std::string TimeBoxText(const LocalTime& time);
 // Such a text, also without seconds or AM/PM ("21:07"), as that time of `day`. Nothing if it is
 // none.
 std::optional<LocalTime> ReadTimeBox(const std::string& text, const LocalTime& day);
-// Tells the user about a time that cannot be read.
-void RefuseTime(Application& app, const std::string& text);
 
 }  // namespace quorvale

@@ -191,9 +191,7 @@ TEST_F(SettingsWriter, AnExistingSettingsFileStays) {
 TEST_F(SettingsWriter, JobStateFileHasNoItems) {
   AddOneOfEach();
   machine_.WriteFile(kPath, "old");
-  frmOne& job = machine_.app().Get<frmOne>();
-  job.txtBackupname.text = "Mine";
-  SaveJobState(machine_.app(), kPath);
+  SaveJobState(machine_.app(), kPath, {.name = "Mine", .kind = "Custom"});
   EXPECT_EQ(machine_.ReadFile(kPath),
             Text({Head(),
                   end_items_,
@@ -202,14 +200,13 @@ TEST_F(SettingsWriter, JobStateFileHasNoItems) {
 }
 
 TEST_F(SettingsWriter, JobStateOfACompleteBackupSaysQuick) {
-  machine_.app().Get<frmOne>().OptQuick.value = true;
-  SaveJobState(machine_.app(), kPath);
+  frmOne& job = machine_.app().Get<frmOne>();
+  job.OptQuick.value = true;
+  job.SaveJobState(kPath);
   EXPECT_NE(machine_.ReadFile(kPath).find("<BackupType>Quick</BackupType>"), std::string::npos);
 }
 
 TEST_F(SettingsWriter, TreeStateFileHasItemsAndPath) {
-  FrmTwo& items = machine_.app().Get<FrmTwo>();
-  items.txtpath.text = "D:\\Elsewhere";
   Session& session = machine_.session();
   session.gBackupProcessName = kMainBackup;
   session.gBackupProcessDesc = kMainBackupDescription;
@@ -218,7 +215,8 @@ TEST_F(SettingsWriter, TreeStateFileHasItemsAndPath) {
   session.gBackupItemKeys.clear();
   Add("Windows Mail\\Outlook Express\\x", "C:\\x");
   Add("Microsoft Outlook\\a", "");
-  SaveTreeState(machine_.app(), kPath);
+  SaveTreeState(machine_.app(), kPath,
+                {.name = "Backup file", .kind = "Custom", .path = "D:\\Elsewhere"});
   EXPECT_EQ(machine_.ReadFile(kPath),
             Text({Head(),
                   {"<OE Key='C:\\x' >Windows Mail\\Outlook Express\\x", "</OE>",
@@ -231,20 +229,20 @@ TEST_F(SettingsWriter, TreeStateFileHasItemsAndPath) {
 }
 
 TEST_F(SettingsWriter, PageStateFilesOfTheMainWindowAndTheSchedulePage) {
-  WriteRestartSettings(machine_.app(), kPath, "auto");
+  WriteRestartSettings(machine_.app(), kPath, {.name = "Backup file", .kind = "auto"});
   EXPECT_EQ(machine_.ReadFile(kPath),
             Text({Head(),
                   end_items_,
                   {"<BackupName>Backup file</BackupName>", "<BackupType>auto</BackupType>"},
                   tail_}));
-  SaveScheduleState(machine_.app(), kPath, "Schedule");
+  SaveScheduleState(machine_.app(), kPath, {.kind = "Schedule"});
   EXPECT_EQ(machine_.ReadFile(kPath),
             Text({Head(), end_items_, {"<BackupType>Schedule</BackupType>"}, tail_}));
 }
 
 TEST_F(SettingsWriter, NothingIsWrittenWhereAnOldHandOverFileStays) {
   machine_.MakeFolder("C:\\Out\\file.xml");  // a folder cannot be deleted as a file
-  SaveScheduleState(machine_.app(), kPath, "Schedule");
+  SaveScheduleState(machine_.app(), kPath, {.kind = "Schedule"});
   EXPECT_TRUE(machine_.AllBelow(kPath).empty());
   EXPECT_EQ(machine_.AllBelow("C:\\Out").size(), 1u);
 }

@@ -10,6 +10,7 @@
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
 #include "core/main/FrmWelcome.h"
+#include "core/main/page_sets.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
 #include "support/test_machine.h"
@@ -34,7 +35,7 @@ class MediaPage : public testing::Test {
                   discs_,
                   machine_.platform().scheduler,
                   machine_.platform().ui},
-        app_(platform_) {
+        app_(platform_, ProgramPages()) {
     app_.Get<FrmWelcome>().Show();
     app_.session().gBackupItemPaths = {"Other Files", "Other Files\\My Documents"};
     app_.session().gBackupItemKeys = {"Other Files", "C:\\Nothing\\"};

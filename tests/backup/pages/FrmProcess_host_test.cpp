@@ -8,6 +8,7 @@
 #include "backup/pages/frmFinish.h"
 #include "backup/pages/frmOne.h"
 #include "core/main/FrmWelcome.h"
+#include "core/main/page_sets.h"
 #include "discovery/pages/FrmTwo.h"
 #include "support/test_machine.h"
 
@@ -35,7 +36,7 @@ class Delivery : public testing::Test {
                   discs_,
                   machine_.platform().scheduler,
                   machine_.platform().ui},
-        app_(platform_) {
+        app_(platform_, ProgramPages()) {
     machine_.ui().loaded_forms = [this] { return app_.LoadedForms(); };
     machine_.ui().after_step = [this] { app_.CollectUnloaded(); };
     app_.Get<FrmWelcome>().Show();

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "backup/pages/frmOne.h"
-#include "backup/pages/frmThree.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "platform/host/host_platform.h"
@@ -17,13 +15,14 @@ constexpr char kSettings[] = "HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale\\S
 
 class ModGlobalTest : public testing::Test {
  protected:
-  // Jobs go to D:\Jobs.
   void UseJobFolder(const std::string& folder) {
     machine_.SetDrive("D", DriveKind::kFixed);
     machine_.MakeFolder("D:\\Jobs");
-    machine_.app().Get<FrmWelcome>();
-    machine_.app().Get<frmSettings>().txtBackup.text = folder;
+    folder_ = folder;
   }
+  std::string UniqueName() { return UniqueBackupName(machine_.app(), folder_); }
+
+  std::string folder_;
 
   TestMachine machine_;
 };
@@ -33,7 +32,7 @@ class ModGlobalTest : public testing::Test {
 TEST_F(ModGlobalTest, AFreeJobNameGetsNoSuffix) {
   UseJobFolder("D:\\Jobs");
   machine_.session().gBackupFileName = "Mail.obk";
-  EXPECT_EQ(UniqueBackupName(machine_.app()), "");
+  EXPECT_EQ(UniqueName(), "");
   EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Jobs\\Mail");
 }
 
@@ -41,10 +40,10 @@ TEST_F(ModGlobalTest, TheSecondRunOfANameGets1AndTheThird2) {
   UseJobFolder("D:\\Jobs");
   machine_.session().gBackupFileName = "Mail.obk";
   machine_.WriteFile("D:\\Jobs\\Mail.obk", "x");
-  EXPECT_EQ(UniqueBackupName(machine_.app()), "_1");
+  EXPECT_EQ(UniqueName(), "_1");
   EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Jobs\\Mail_1");
   machine_.WriteFile("D:\\Jobs\\Mail_1.obk", "x");
-  EXPECT_EQ(UniqueBackupName(machine_.app()), "_2");
+  EXPECT_EQ(UniqueName(), "_2");
   EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Jobs\\Mail_2");
 }
 
@@ -52,33 +51,19 @@ TEST_F(ModGlobalTest, AFolderOrAFileOfTheNameTakesItToo) {
   UseJobFolder("D:\\Jobs");
   machine_.session().gBackupFileName = "Mail.obk";
   machine_.MakeFolder("D:\\Jobs\\Mail");
-  EXPECT_EQ(UniqueBackupName(machine_.app()), "_1");
+  EXPECT_EQ(UniqueName(), "_1");
   machine_.WriteFile("D:\\Jobs\\Mail_1", "a file without extension");
-  EXPECT_EQ(UniqueBackupName(machine_.app()), "_2");
+  EXPECT_EQ(UniqueName(), "_2");
 }
 
 TEST_F(ModGlobalTest, ADriveRootAsJobFolderGetsNoSecondBackslash) {
   UseJobFolder("D:\\");
   machine_.session().gBackupFileName = "Mail.obk";
-  EXPECT_EQ(UniqueBackupName(machine_.app()), "");
+  EXPECT_EQ(UniqueName(), "");
   EXPECT_EQ(machine_.session().gBackupBasePath, "D:\\Mail");
 }
 
 // --- Folders ------------------------------------------------------------------------------------
-
-TEST_F(ModGlobalTest, MakeDirectoryPathMakesEveryFolderBeforeTheLastBackslash) {
-  EXPECT_TRUE(MakeDirectoryPath(machine_.app(), "C:\\a\\b\\c\\"));
-  EXPECT_TRUE(machine_.Exists("C:\\a\\b\\c"));
-  EXPECT_TRUE(MakeDirectoryPath(machine_.app(), "C:\\p\\q"));
-  EXPECT_TRUE(machine_.Exists("C:\\p"));
-  EXPECT_FALSE(machine_.Exists("C:\\p\\q"));
-}
-
-TEST_F(ModGlobalTest, AFolderThatCannotBeMadeIsTold) {
-  machine_.WriteFile("C:\\a", "a file in the way");
-  machine_.Expect(ui::Answer::kOk, "Sorry Could not make the directory [C:\\a\\b\\] path. ");
-  EXPECT_FALSE(MakeDirectoryPath(machine_.app(), "C:\\a\\b\\"));
-}
 
 TEST_F(ModGlobalTest, FolderIsWritableLeavesNothingBehind) {
   machine_.MakeFolder("C:\\work");
@@ -106,15 +91,6 @@ TEST_F(ModGlobalTest, TheBrowserIsWhatStandsBetweenTheQuotes) {
   EXPECT_EQ(DefaultBrowser(machine_.app()), "Invalid");
   machine_.SetString(key, "", "\"C:\\Program Files\\Web\\web.exe\" -nohome");
   EXPECT_EQ(DefaultBrowser(machine_.app()), "C:\\Program Files\\Web\\web.exe");
-}
-
-TEST_F(ModGlobalTest, OpenUrlStartsTheBrowserOrTellsThatThereIsNone) {
-  machine_.Expect(ui::Answer::kOk, "Unable to open URL. Install browser first!");
-  OpenUrl(machine_.app(), "https://a.example/");
-  EXPECT_TRUE(machine_.Started().empty());
-  machine_.SetString("HKEY_CLASSES_ROOT\\http\\shell\\open\\command", "", "\"C:\\web.exe\" %1");
-  OpenUrl(machine_.app(), "https://a.example/");
-  EXPECT_EQ(machine_.Started(), std::vector<std::string>{"run|C:\\web.exe https://a.example/"});
 }
 
 TEST_F(ModGlobalTest, TheUserNameIsTrimmed) {
@@ -209,62 +185,6 @@ TEST_F(ModGlobalTest, TheEndSoundPlaysUnlessItIsTurnedOff) {
     machine_.SetString(kSettings, "chkSound", off);
     EXPECT_EQ(sounds(), 2u) << off;
   }
-}
-
-// --- Resets -------------------------------------------------------------------------------------
-
-TEST_F(ModGlobalTest, ResetBackupPagesKeepsTheSessionAndForgetsTheControls) {
-  Application& app = machine_.app();
-  app.Get<FrmWelcome>();
-  app.Get<frmOne>().txtBackupname.text = "Typed";
-  app.Get<frmThree>().txtcurrent.text = "Typed";
-  app.session().gBackupName = "Kept";
-  app.session().gArchivePassword = "Kept too";
-  app.session().gStopRequested = true;
-  ResetBackupPages(app);
-  EXPECT_EQ(app.Loaded<frmOne>(), nullptr);
-  EXPECT_EQ(app.Loaded<frmThree>(), nullptr);
-  EXPECT_EQ(app.Get<frmOne>().txtBackupname.text.get(), "Backup file");
-  EXPECT_EQ(app.session().gBackupName, "Kept");
-  EXPECT_EQ(app.session().gArchivePassword, "Kept too");
-  EXPECT_FALSE(app.session().gStopRequested);
-  EXPECT_TRUE(app.Get<FrmWelcome>().Visible());
-}
-
-TEST_F(ModGlobalTest, ResetRestorePagesClearsItsTwoFlags) {
-  Application& app = machine_.app();
-  app.session().gOutlookProfileEdited = true;
-  app.session().gStopRequested = true;
-  app.session().gRestoreFolder = "Kept";
-  ResetRestorePages(app);
-  EXPECT_FALSE(app.session().gOutlookProfileEdited);
-  EXPECT_FALSE(app.session().gStopRequested);
-  EXPECT_EQ(app.session().gRestoreFolder, "Kept");
-}
-
-TEST_F(ModGlobalTest, AClosedRunGetsNoNewMainWindow) {
-  Application& app = machine_.app();
-  app.Get<FrmWelcome>().CmdWC_Close_Click();
-  ASSERT_TRUE(app.Ended());
-  ResetBackupPages(app);
-  ResetRestorePages(app);
-  EXPECT_EQ(app.Loaded<FrmWelcome>(), nullptr);
-}
-
-// --- Corners ------------------------------------------------------------------------------------
-
-TEST_F(ModGlobalTest, RoundPageDependsOnTheSystemAndSparesAMinimisedPage) {
-  Application& app = machine_.app();
-  ui::Form page(app.ui(), "page");
-  page.SetState(ui::WindowState::kMinimized);
-  RoundPage(app, page);
-  EXPECT_EQ(page.corner, 0);
-  page.SetState(ui::WindowState::kNormal);
-  RoundPage(app, page);
-  EXPECT_EQ(page.corner, 11);
-  app.session().gOSName = kWindowsVista;
-  RoundPage(app, page);
-  EXPECT_EQ(page.corner, 10);
 }
 
 }  // namespace

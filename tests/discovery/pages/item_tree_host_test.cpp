@@ -7,6 +7,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/main/FrmWelcome.h"
+#include "core/main/page_sets.h"
 #include "discovery/products/ImgExplore.h"
 #include "discovery/seed.h"
 
@@ -380,7 +381,7 @@ TEST(ItemTree, TenThousandMailFilesAreListedAndTickedInUnderASecond) {
   FilesAndManyMore files(real.files, StoreFolder(machine));
   Platform platform{real.registry, files,    real.shell, real.system,    real.processes,
                     real.services, real.ftp, real.discs, real.scheduler, real.ui};
-  Application app(platform);
+  Application app(platform, ProgramPages());
   app.Get<FrmWelcome>();
   // Time of the processor, so that a busy computer fails no test.
   const std::clock_t start = std::clock();

@@ -1,5 +1,5 @@
 // What becomes of an error that nothing else has caught.
-#include "core/program/unexpected_error.h"
+#include "core/pages/unexpected_error.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "core/program/unexpected_error.h"
+#include "core/pages/unexpected_error.h"
 
 #include "core/program/ModGlobal.h"
 

@@ -1,0 +1,47 @@
+// What a page may ask of the window it stands in, and what the pages are given of the main room
+// without knowing it.
+#pragma once
+
+#include <functional>
+
+namespace quorvale {
+
+class Application;
+namespace ui {
+class Control;
+}
+
+// The five lists of steps, each with a background of its own in the step panel.
+enum class StepSide { kBackup, kRestore, kSettings, kSchedule, kLog };
+
+class PageHost {
+ public:
+  virtual ~PageHost() = default;
+
+  // The control that pages lie over.
+  virtual ui::Control& panel() = 0;
+  // Bold on that step's label, plain on the others, the arrow beside it. Steps count from 0.
+  virtual void MarkStep(StepSide side, int step) = 0;
+  // Home, support, website, other products, about.
+  virtual void EnableSideButtons(bool enabled) = 0;
+  // A run has ended: its page can be left.
+  virtual void EnableHomeButton() = 0;
+  // A page's cancel: hides the panels, gives the main buttons back, and unloads the pages of a
+  // backup or restore wizard with what was entered there. The calling page's object outlives it.
+  virtual void LeavePages(StepSide side) = 0;
+  // The home page from anywhere: all pages hidden, both wizards unloaded, the status read again.
+  virtual void HomePage() = 0;
+  // Reads the next scheduled run again and shows it.
+  virtual void ShowNextSchedule() = 0;
+  // A window that is not enabled takes neither mouse nor keyboard.
+  virtual void SetEnabled(bool enabled) = 0;
+  virtual bool IsEnabled() const = 0;
+};
+
+// What the main room tells the pages.
+struct PageTable {
+  // The main window, made and loaded if it is not there.
+  std::function<PageHost&(Application&)> host;
+};
+
+}  // namespace quorvale

@@ -1,0 +1,39 @@
+#include "core/pages/page_procedures.h"
+
+#include "base/paths.h"
+#include "core/program/ModGlobal.h"
+
+namespace quorvale {
+
+bool MakeDirectoryPath(Application& app, const std::string& path) {
+  // What stands behind the last "\" is a file's name, not a folder to make.
+  const std::string folder = ParentFolder(path);
+  if (!folder.empty() && app.files().MakeFolderChain(folder)) return true;
+  app.Inform("Sorry Could not make the directory [" + path + "] path. ");
+  return false;
+}
+
+void OpenUrl(Application& app, const std::string& url) {
+  const std::string browser = DefaultBrowser(app);
+  if (browser == "Invalid") {
+    app.Inform("Unable to open URL. Install browser first!");
+    return;
+  }
+  app.platform().shell.Run(browser + " " + url, WindowStyle::kNormal);
+  app.Pump();
+}
+
+void OpenHelpOnF1(Application& app, ui::Form& page, const std::string& topic) {
+  page.on_key_down = [&app, topic](int code, int) {
+    constexpr int kF1 = 112;
+    if (code == kF1) ShowHelp(app, topic);
+    return code == kF1;
+  };
+}
+
+void RoundPage(const Application& app, ui::Form& page) {
+  if (page.State() == ui::WindowState::kMinimized) return;
+  page.corner = IsVista(app) ? 10 : 11;
+}
+
+}  // namespace quorvale
