@@ -49,25 +49,34 @@ struct RestoreRow {
   size_t place = 0;      // the row of gRestoreItemOrigins that belongs to it
 };
 
-struct Session {
-  // Run-wide.
+// What the program is and where: committed once, by the main window's load; read everywhere.
+struct ProgramFacts {
   std::string gAppDataPath;  // no trailing backslash
   std::string gOSName;
-  bool gStopRequested = false;
+};
 
-  // Backup job.
+// What a person asks of a backup: committed by the pages of the backup, each as it is left; read by
+// the pages after it, by the settings file and its log form, and by the run.
+struct BackupJob {
   std::string gBackupProcessName;
   std::string gBackupProcessDesc;
-  std::string gBackupName;
-  std::string gBackupFolder;
-  std::vector<std::string> gBackupItemPaths;
-  std::vector<std::string> gBackupItemKeys;
+  std::string gBackupFolder;                  // the restore's tree page commits its folder here too
+  std::vector<std::string> gBackupItemPaths;  // the ticked nodes, in the order of the tree
+  std::vector<std::string> gBackupItemKeys;   // parallel to gBackupItemPaths
   std::string gLogDetails;
   std::string gUseCompression;
   std::string gCompressionLevel;
   std::string gArchivePassword;
   std::string gProtectWithPassword;
-  std::string gBackupFileName;
+  std::string gBackupFileName;  // the first page of a restore names the file it opens here too
+  bool gMediaFtp = false;
+  bool gMediaDisc = false;
+  int gMediaDiscCount = 0;
+};
+
+// What the program finds out and does for a backup: committed by FrmTwo (sizes), frmfour (where the
+// backup is staged), frmFinish and FrmProcess (the run and its delivery); read by the same.
+struct BackupState {
   std::string gBackupBasePath;
   std::string gUniqueSuffix;
   std::string gDeliverySource;
@@ -77,15 +86,15 @@ struct Session {
   double gFreeBytes = 0;
   bool gDriveInfoFailed = false;
   bool gAnyItemChecked = false;
-  bool gBackupTreeChanged = false;
-  bool gMediaFtp = false;
-  bool gMediaDisc = false;
-  int gMediaDiscCount = 0;
   bool gDelivered = false;  // the server has the whole file, or every disc is written
   bool gBackupZipBusy = false;
   FileCollection gFileCollection;
+};
 
-  // Restore job.
+// What a person asks of a restore: committed by the pages of the restore, each as it is left (the
+// options of the backup by the page that reads its settings file); read by the pages after it and
+// by the run.
+struct RestoreJob {
   std::string gRestoreProcessName;
   std::string gRestoreProcessDesc;
   std::string gRestoreFilePath;
@@ -95,19 +104,34 @@ struct Session {
   std::string gRestoreUseCompression;
   std::string gRestoreSelfExtracting;
   std::string gRestoreProtectWithPassword;
-  std::string gRestoreSettingsField;
-  std::string gRestoreBackupFolder;
   std::vector<std::string> gRestoreItemPaths;
-  std::vector<std::string> gRestoreItemKeys;
-  std::vector<std::string> gRestoreItemAux;
-  std::vector<std::string> gRestoreItemDest;
   std::vector<RestoreOrigin> gRestoreItemOrigins;  // parallel to gRestoreItemPaths
   std::vector<RestoreRow> gRestoreSelection;
   bool gNoRestoreFolder = false;
-  bool gDefaultProfileSkipped = false;
   bool gRestoreToDefaultFolders = false;
+};
+
+// What the program finds out for a restore: committed and read by the tree page (a file that can't
+// be read, the default profile unticked) and by the run (the Outlook profile that it edits).
+struct RestoreState {
+  bool gDefaultProfileSkipped = false;
   bool gRestoreFileBad = false;
   bool gOutlookProfileEdited = false;
 };
+
+// Named by the design and kept up to date; nothing in the program reads them.
+struct UnreadFields {
+  bool gStopRequested = false;
+  std::string gBackupName;
+  bool gBackupTreeChanged = false;
+  std::string gRestoreSettingsField;
+  std::string gRestoreBackupFolder;
+  std::vector<std::string> gRestoreItemKeys;
+  std::vector<std::string> gRestoreItemAux;
+  std::vector<std::string> gRestoreItemDest;
+};
+
+// All of it, under the names that the pages write. An engine takes the part that it needs.
+struct Session : ProgramFacts, BackupJob, BackupState, RestoreJob, RestoreState, UnreadFields {};
 
 }  // namespace quorvale
