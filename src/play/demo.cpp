@@ -85,7 +85,7 @@ class Demo {
   bool Backup() {
     Say() << "\nEverything on it is backed up:\n" << std::flush;
     const ConsoleScreen screen(*source_, terminal_, true);
-    BackupJob job;
+    BackupWishes job;
     job.name = "Everything of " + source_plan_.user;
     job.all = true;
     job.to = folder_.string();
@@ -119,7 +119,7 @@ class Demo {
     Say() << "\nIt is restored onto a new computer, its user " << target_plan_.user << ":\n"
           << std::flush;
     const ConsoleScreen screen(*target_, terminal_, true);
-    RestoreJob job;
+    RestoreWishes job;
     job.file = archive_;
     job.all = true;
     Wizard wizard(*target_);

@@ -82,7 +82,7 @@ bool Wizard::AddAll(const std::string& root, const std::vector<std::string>& pat
   return true;
 }
 
-bool Wizard::FillItemPage(const BackupJob& job) {
+bool Wizard::FillItemPage(const BackupWishes& job) {
   if (!job.to.empty() && !Act(hands().Set("FrmTwo", "txtpath", ComputerPath(job.to)))) {
     return false;
   }
@@ -91,7 +91,7 @@ bool Wizard::FillItemPage(const BackupJob& job) {
          AddAll("Add More Files", job.add_files, false);
 }
 
-bool Wizard::FillOptionsPage(const BackupJob& job) {
+bool Wizard::FillOptionsPage(const BackupWishes& job) {
   if (job.log && !Act(hands().Check("frmThree", "chklogdetails", true))) return false;
   if (!job.level.empty()) {
     const bool none = job.level == "No Compression";
@@ -137,7 +137,7 @@ Outcome Wizard::UploadEnding(Outcome outcome) {
   return Outcome::kRefused;
 }
 
-bool Wizard::FillMediaPage(const BackupJob& job) {
+bool Wizard::FillMediaPage(const BackupWishes& job) {
   if (job.ftp) return FillServer(*job.ftp);
   if (job.disc.empty()) return true;
   const size_t boxes = computer_.ui().boxes.size();
@@ -169,7 +169,7 @@ Outcome Wizard::Ending(const std::string& good, const std::string& stopped) {
   return outcome;
 }
 
-Outcome Wizard::Backup(const BackupJob& job) {
+Outcome Wizard::Backup(const BackupWishes& job) {
   Begin();
   const bool ready = ClickTo("FrmWelcome", "cmdWC_TakeBackup", "frmOne") &&
                      Act(hands().Set("frmOne", "txtBackupname", job.name)) &&
@@ -192,7 +192,7 @@ Outcome Wizard::QuickBackup() {
   return Ending("Backup successfully completed", "Backup Process Aborted by User");
 }
 
-bool Wizard::SelectFile(const RestoreJob& job) {
+bool Wizard::SelectFile(const RestoreWishes& job) {
   Begin();
   if (!ClickTo("FrmWelcome", "cmdWC_Restore", "frmROne")) return false;
   if (!ChooseFile(job.file) || !Act(hands().Click("frmROne", "Command1"))) return false;
@@ -208,7 +208,7 @@ bool Wizard::SelectFile(const RestoreJob& job) {
   return job.to.empty() || Act(hands().Set("frmROne", "txtRestore", ComputerPath(job.to)));
 }
 
-Outcome Wizard::Restore(const RestoreJob& job) {
+Outcome Wizard::Restore(const RestoreWishes& job) {
   if (!SelectFile(job) || !ClickTo("frmROne", "cmdNext", "frmRTwo")) return Outcome::kRefused;
   if (job.all && !TickRoots("frmRTwo", "tvwMain")) return Outcome::kRefused;
   if (!TickPaths("frmRTwo", job.ticks) || !ClickTo("frmRTwo", "cmdNext", "frmRfour")) {
@@ -222,7 +222,7 @@ Outcome Wizard::Restore(const RestoreJob& job) {
 }
 
 const ui::TreeView* Wizard::ShowBackup(const std::string& file, const std::string& password) {
-  RestoreJob job;
+  RestoreWishes job;
   job.file = file;
   job.password = password;
   if (!SelectFile(job) || !ClickTo("frmROne", "cmdNext", "frmRTwo")) return nullptr;

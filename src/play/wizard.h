@@ -12,7 +12,7 @@
 
 namespace quorvale {
 
-struct BackupJob {
+struct BackupWishes {
   std::string name;
   bool all = false;                // every root but those for added folders and files
   std::vector<std::string> ticks;  // full paths of nodes
@@ -27,7 +27,7 @@ struct BackupJob {
   std::optional<FtpAddress> ftp;  // the server that gets a copy
 };
 
-struct RestoreJob {
+struct RestoreWishes {
   std::string file;
   bool all = false;
   std::vector<std::string> ticks;
@@ -44,9 +44,9 @@ class Wizard {
   explicit Wizard(Computer& computer) : computer_(computer) {}
 
   // Each starts the program afresh. kRefused: a message box, or problem(), says why.
-  Outcome Backup(const BackupJob& job);
+  Outcome Backup(const BackupWishes& job);
   Outcome QuickBackup();
-  Outcome Restore(const RestoreJob& job);
+  Outcome Restore(const RestoreWishes& job);
   // Goes as far as the page of items; the tree, or null if that was refused.
   const ui::TreeView* ShowBackup(const std::string& file, const std::string& password);
   // The tree of what can be backed up.
@@ -67,16 +67,16 @@ class Wizard {
   bool ClickTo(const std::string& form, const std::string& control, const std::string& next_form);
   bool TickRoots(const std::string& form, const std::string& tree);
   bool TickPaths(const std::string& form, const std::vector<std::string>& paths);
-  bool FillItemPage(const BackupJob& job);
-  bool FillOptionsPage(const BackupJob& job);
-  bool FillMediaPage(const BackupJob& job);
+  bool FillItemPage(const BackupWishes& job);
+  bool FillOptionsPage(const BackupWishes& job);
+  bool FillMediaPage(const BackupWishes& job);
   bool ChooseDrive(const std::string& drive);
   bool FillServer(const FtpAddress& server);
   // What an upload came to.
   Outcome UploadEnding(Outcome outcome);
   // What a burn came to.
   Outcome BurnEnding(Outcome outcome);
-  bool SelectFile(const RestoreJob& job);
+  bool SelectFile(const RestoreWishes& job);
   bool ChooseFile(const std::string& path);
   bool AddAll(const std::string& root, const std::vector<std::string>& paths, bool folders);
   bool IsShown(const std::string& form);

@@ -73,7 +73,7 @@ class DiscBackup : public testing::Test {
                 [this, part_size] { Running<frmFinish>()->disc_part_size = part_size; });
     screen.When([this] { return Running<FrmProcess>() != nullptr; },
                 [this] { parts_ = FilesBelow(HostPath("CDBackup")); });
-    BackupJob job;
+    BackupWishes job;
     job.name = "Big";
     job.to = kBackupFolder;
     job.add_files = {kData};
@@ -116,7 +116,7 @@ class DiscBackup : public testing::Test {
     Files& files = computer_->platform().files;
     ASSERT_EQ(files.RemoveFile(kData, true), FileStatus::kOk);
     Expect(ui::Answer::kOk, "Backup successfully restored");
-    RestoreJob job;
+    RestoreWishes job;
     job.file = Folder("copied/Big.obk");
     job.all = true;
     Wizard wizard(*computer_);
@@ -187,7 +187,7 @@ TEST_F(DiscBackup, OnMediaThatAreTooSmallIsGivenUp) {
 }
 
 TEST_F(DiscBackup, CannotGoToADriveThatIsNotThere) {
-  BackupJob job;
+  BackupWishes job;
   job.name = "Big";
   job.add_files = {kData};
   job.disc = "Q:";

@@ -76,7 +76,7 @@ TEST_F(FtpBackup, LandsOnTheServerAndIsRestoredFromTheCopy) {
   target->ui().box_handler = [](const ui::MessageBoxRequest& request) {
     return request.buttons == ui::Buttons::kOk ? ui::Answer::kOk : ui::Answer::kYes;
   };
-  RestoreJob job;
+  RestoreWishes job;
   job.file = Copy();
   job.all = true;
   Wizard wizard(*target);

@@ -48,7 +48,7 @@ class Machines {
     return Verdict(kinds);
   }
   void Backup(const std::set<SampleKind>& kinds) {
-    BackupJob job;
+    BackupWishes job;
     job.name = "Round trip";
     job.to = scratch_.path();
     const bool vista = LayoutOf(source_plan_.like, "x")->IsVista();
@@ -69,7 +69,7 @@ class Machines {
     EXPECT_EQ(wizard.Backup(job), Outcome::kDone) << wizard.problem() << LastBox(*source_);
   }
   void Restore() {
-    RestoreJob job;
+    RestoreWishes job;
     job.file = scratch_.path() + "/Round trip.obk";
     job.all = true;
     target_->ui().box_handler = AnswerYes;

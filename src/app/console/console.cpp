@@ -45,7 +45,7 @@ class Console {
   ExitStatus PrintTree(const ui::TreeView* tree, const Wizard& wizard);
   ExitStatus Status(Outcome outcome, const Wizard& wizard);
   void PrintWhereItIs(const Wizard& wizard);
-  BackupJob JobOfOptions() const;
+  BackupWishes JobOfOptions() const;
 
   const ConsoleOptions& options_;
   Terminal& terminal_;
@@ -126,8 +126,8 @@ ExitStatus Console::PlayScenario() {
   return ExitStatus::kDone;
 }
 
-BackupJob Console::JobOfOptions() const {
-  BackupJob job;
+BackupWishes Console::JobOfOptions() const {
+  BackupWishes job;
   job.name = options_.target;
   job.all = options_.all;
   job.ticks = options_.ticks;
@@ -256,7 +256,7 @@ ExitStatus Console::RunCommand(Computer& computer) {
       status = RunPageCommand(computer);
       break;
     default: {
-      RestoreJob job;
+      RestoreWishes job;
       job.file = options_.target;
       job.all = options_.all;
       job.ticks = options_.ticks;

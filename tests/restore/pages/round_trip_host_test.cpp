@@ -60,7 +60,7 @@ class Machine {
   std::string BackUp(const std::vector<std::string>& ticks,
                      const std::string& name = "Round trip") {
     Wizard wizard(*computer);
-    BackupJob job;
+    BackupWishes job;
     job.name = name;
     job.all = ticks.empty();
     job.ticks = ticks;
@@ -76,7 +76,7 @@ class Machine {
   void Restore(const std::string& archive, const std::vector<std::string>& ticks,
                bool keep = false) {
     Wizard wizard(*computer);
-    RestoreJob job;
+    RestoreWishes job;
     job.file = archive;
     job.all = ticks.empty();
     job.ticks = ticks;
@@ -486,7 +486,7 @@ TEST(RoundTripOfFiles, AFolderOnADriveThatIsGoneIsKept) {
   toolkit.MakeFolderChain("F:\\Far\\Deep");
   toolkit.WriteWhole("F:\\Far\\Deep\\x.txt", "far away");
   Wizard wizard(*a.computer);
-  BackupJob job;
+  BackupWishes job;
   job.name = "Far";
   job.add_folders = {"F:\\Far"};
   a.computer->ui().box_handler = [](const ui::MessageBoxRequest&) { return ui::Answer::kOk; };
