@@ -10,9 +10,12 @@
 #include "platform/shell.h"
 #include "platform/system_info.h"
 #include "platform/task_scheduler.h"
-#include "platform/ui/ui.h"
 
 namespace quorvale {
+
+namespace ui {
+class Ui;
+}
 
 struct Platform {
   RegistryStore& registry;

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "app/console/ftp_address.h"
 #include "play/computer.h"
+#include "play/ftp_address.h"
 #include "play/hands.h"
 
 namespace quorvale {

@@ -10,7 +10,7 @@
 
 #include "app/console/console.h"
 #include "app/console/console_options.h"
-#include "app/console/ftp_address.h"
+#include "play/ftp_address.h"
 #include "play/round_trip.h"
 #include "play/sample_machine.h"
 #include "play/scratch_folder.h"

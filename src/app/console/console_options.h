@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/console/ftp_address.h"
+#include "play/ftp_address.h"
 
 namespace quorvale {
 

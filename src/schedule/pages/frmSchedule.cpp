@@ -2,10 +2,10 @@
 
 #include "backup/format/settings_file.h"
 #include "base/text.h"
-#include "core/main/run_modes.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/command_words.h"
 #include "discovery/products/process_watch.h"
 #include "schedule/pages/frmSchedTwo.h"
 #include "schedule/pages/refused_time.h"

@@ -1,4 +1,4 @@
-#include "app/console/ftp_address.h"
+#include "play/ftp_address.h"
 
 #include "base/text.h"
 

@@ -1,4 +1,4 @@
-#include "play/demo.h"
+#include "app/console/demo.h"
 
 #include <stdlib.h>
 
