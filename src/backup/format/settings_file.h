@@ -16,12 +16,22 @@ struct SettingsItem {
   std::string key;   // the first attribute
 };
 
-// What a reader finds, by position.
+// The advanced settings, which a file tells by the places of their lines: a file that is cut, or a
+// hand-over file, tells the first few or none.
+struct SettingsOptions {
+  std::optional<std::string> log;
+  std::optional<std::string> compression;
+  std::optional<std::string> level;
+  std::optional<std::string> password;
+  std::optional<std::string> protection;
+};
+
+// What a reader finds.
 struct SettingsFile {
   std::string process_name;
   std::string backup_folder;               // child 2 of Main
   std::vector<SettingsItem> items;         // child 3
-  std::vector<std::string> options;        // child 4: log, compression, level, password, protection
+  SettingsOptions options;                 // child 4
   std::optional<std::string> backup_name;  // these three only in hand-over files
   std::optional<std::string> backup_type;
   std::optional<std::string> backup_path;

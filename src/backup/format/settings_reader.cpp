@@ -1,3 +1,4 @@
+#include <iterator>
 #include <utility>
 
 #include "backup/format/settings_file.h"
@@ -91,11 +92,18 @@ void ParseItems(std::string_view* text, std::vector<SettingsItem>* items) {
   }
 }
 
-void ParseOptions(std::string_view* text, std::vector<std::string>* options) {
+// The elements' names are not looked at: their places count, and what follows the last one is not
+// kept.
+void ParseOptions(std::string_view* text, SettingsOptions* options) {
+  std::optional<std::string>* const places[] = {&options->log, &options->compression,
+                                                &options->level, &options->password,
+                                                &options->protection};
+  size_t place = 0;
   while (!text->empty()) {
     const std::string_view line = TakeLine(text);
     if (line == "</AdvancedSettings>") return;
-    if (std::optional<std::string> value = AnyElementText(line)) options->push_back(*value);
+    std::optional<std::string> value = AnyElementText(line);
+    if (value && place < std::size(places)) *places[place++] = std::move(value);
   }
 }
 

@@ -176,11 +176,7 @@ void frmfour::FillGrid() {
 void frmfour::cmdNext_Click() {
   FrmTwo& items = app_.Get<FrmTwo>();
   if (items.CheckIfOpen()) return;
-  items.getDriveSize(DriveOf(Trim(items.txtpath.text.get())));
-  if (app_.session().gDriveInfoFailed) {
-    app_.session().gDriveInfoFailed = false;
-    return;
-  }
+  if (!items.ReadFreeSpace(DriveOf(Trim(items.txtpath.text.get())))) return;
   if (!SpaceSuffices()) return BackToItems();
   run_started_ = true;
   cmdNext.enabled = false;

@@ -1,5 +1,7 @@
 #include "discovery/pages/FrmTwo.h"
 
+#include <utility>
+
 #include "backup/format/settings_file.h"
 #include "backup/pages/FrmBackupMedia.h"
 #include "backup/pages/frmOne.h"
@@ -209,12 +211,14 @@ void FrmTwo::LoadTreeState(const std::string& path) {
       TickFromItems(root, settings.items);
     }
     tvwMain.EndUpdate();
-    std::string* const options[] = {&session.gRestoreLogDetails, &session.gRestoreUseCompression,
-                                    &session.gRestoreSelfExtracting, &session.gRestorePassword,
-                                    &session.gRestoreProtectWithPassword};
-    for (size_t i = 0; i < std::size(options) && i < settings.options.size(); ++i) {
-      *options[i] = settings.options[i];
-    }
+    // What the file does not tell stays as it was.
+    const SettingsOptions& told = settings.options;
+    session.gRestoreLogDetails = told.log.value_or(session.gRestoreLogDetails);
+    session.gRestoreUseCompression = told.compression.value_or(session.gRestoreUseCompression);
+    session.gRestoreSelfExtracting = told.level.value_or(session.gRestoreSelfExtracting);
+    session.gRestorePassword = told.password.value_or(session.gRestorePassword);
+    session.gRestoreProtectWithPassword =
+        told.protection.value_or(session.gRestoreProtectWithPassword);
     if (settings.backup_path) txtpath.text = *settings.backup_path;
   }
   app_.files().files().RemoveFile(HandOverPath(app_), true);
@@ -527,6 +531,11 @@ void FrmTwo::getDriveSize(const std::string& drive) {
   app_.session().gFreeBytes = static_cast<double>(space->free_bytes);
 }
 
+bool FrmTwo::ReadFreeSpace(const std::string& drive) {
+  getDriveSize(drive);
+  return !std::exchange(app_.session().gDriveInfoFailed, false);
+}
+
 double FrmTwo::OnlyDriveSize(const std::string& drive) {
   const std::optional<DiskSpace> space = app_.files().files().Space(drive);
   if (!space) {
@@ -614,11 +623,7 @@ bool FrmTwo::CheckDestination(const std::string& path) {
 
 bool FrmTwo::CheckSpace(const std::string& path) {
   Session& session = app_.session();
-  getDriveSize(DriveOf(path));
-  if (session.gDriveInfoFailed) {
-    session.gDriveInfoFailed = false;
-    return false;
-  }
+  if (!ReadFreeSpace(DriveOf(path))) return false;
   const double needed = session.gSelectedFolderBytes;  // as savedetails() has just found it
   if (session.gFreeBytes / 1024 < needed / 1024) {
     app_.Inform(

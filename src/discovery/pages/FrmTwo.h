@@ -47,6 +47,9 @@ class FrmTwo : public ui::Form {
   // Free bytes of a drive ("C:") or network path into gFreeBytes; gDriveInfoFailed if it can't be
   // read.
   void getDriveSize(const std::string& drive);
+  // The same. False if this or a drive measured since the last call can't be read; the failure is
+  // taken out of gDriveInfoFailed.
+  bool ReadFreeSpace(const std::string& drive);
   // Used bytes of a drive; 0 and gDriveInfoFailed if it can't be read.
   double OnlyDriveSize(const std::string& drive);
   // Refills LvW with the running processes.

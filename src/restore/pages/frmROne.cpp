@@ -248,11 +248,10 @@ void frmROne::cmdNext_Click() {
   }
   cmdNext.enabled = true;
   SaveRestoreSession();
-  app_.session().gRestoreFileBad = false;
   frmRTwo& next = app_.Get<frmRTwo>();
-  next.LoadValues();
+  const bool loaded = next.LoadValues();
   app_.ui().SetPointer(ui::Pointer::kDefault);
-  if (app_.session().gRestoreFileBad) return;
+  if (!loaded) return;
   app_.page_host().MarkStep(StepSide::kRestore, 1);
   next.Show();
   Hide();

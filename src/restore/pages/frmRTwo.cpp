@@ -156,9 +156,11 @@ std::string frmRTwo::SettingsFilePath(const std::string& base) const {
   return CollapseBackslashes(StagingFolder() + "\\" + base + "\\" + base + ".xml");
 }
 
-void frmRTwo::LoadValues() {
+bool frmRTwo::LoadValues() {
+  app_.session().gRestoreFileBad = false;
   Label32_Click();
   txtpath.text = app_.Get<frmSettings>().txtRestore.text;
+  return !app_.session().gRestoreFileBad;
 }
 
 void frmRTwo::Label32_Click() {
@@ -236,15 +238,13 @@ void frmRTwo::LoadRestoreTree(const std::string& base) {
 
 void frmRTwo::ReadOptions(const SettingsFile& settings) {
   Session& session = app_.session();
-  const auto option = [&settings](size_t place) {
-    return place < settings.options.size() ? settings.options[place] : std::string();
-  };
-  session.gRestoreLogDetails = option(0);
-  session.gRestoreUseCompression = option(1);
-  session.gRestoreSelfExtracting = option(2);
+  const SettingsOptions& told = settings.options;
+  session.gRestoreLogDetails = told.log.value_or("");
+  session.gRestoreUseCompression = told.compression.value_or("");
+  session.gRestoreSelfExtracting = told.level.value_or("");
   // The password that opened the archive counts; the stored one may be of another time.
-  if (session.gRestorePassword.empty()) session.gRestorePassword = option(3);
-  session.gRestoreProtectWithPassword = option(4);
+  if (session.gRestorePassword.empty()) session.gRestorePassword = told.password.value_or("");
+  session.gRestoreProtectWithPassword = told.protection.value_or("");
 }
 
 bool frmRTwo::CheckIfOpen() {

@@ -38,8 +38,9 @@ class frmRTwo : public ui::Form {
 
   void Load() override;
 
-  // Entry from frmROne: reads the backup's settings and builds the tree.
-  void LoadValues();
+  // Entry from frmROne: reads the backup's settings and builds the tree. False if the settings
+  // can't be taken out of the archive: the user was told, and gRestoreFileBad is set.
+  bool LoadValues();
   // Takes the settings file `member` out of the archive. On failure the user is told and
   // gRestoreFileBad is set.
   bool ExtractSettingsFile(const std::string& member, const std::string& archive);
