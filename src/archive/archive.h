@@ -13,6 +13,11 @@
 
 #include "platform/files.h"
 #include "platform/system_info.h"
+#include "platform/threads.h"
+
+namespace quorvale {
+struct Platform;
+}
 
 namespace quorvale::zip {
 
@@ -53,7 +58,8 @@ struct BeforeFile {
 
 class Archive {
  public:
-  Archive(Files& files, SystemInfo& system);
+  explicit Archive(const Platform& platform);
+  Archive(Files& files, SystemInfo& system, Threads& threads);
   ~Archive();
   Archive(const Archive&) = delete;
   Archive& operator=(const Archive&) = delete;
@@ -119,6 +125,7 @@ class Archive {
 
   Files& files_;
   SystemInfo& system_;
+  Threads& threads_;
   Operation operation_ = Operation::kNone;
   // Of the archive that was read last, so that many small operations on it do not each read its
   // directory again.

@@ -35,18 +35,18 @@ struct EntryReader::Waiting {
   JobHandle job;  // null: nothing to wait for
 };
 
-EntryReader::EntryReader(const Directory& directory, WorkerPool& pool, OperationMonitor& monitor,
+EntryReader::EntryReader(const Directory& directory, Workers& workers, OperationMonitor& monitor,
                          std::vector<std::string> passwords)
     : directory_(directory),
-      pool_(pool),
+      workers_(workers),
       monitor_(monitor),
       passwords_(std::move(passwords)),
-      decoders_(static_cast<std::size_t>(pool.WorkerCount())) {}
+      decoders_(static_cast<std::size_t>(workers.Count())) {}
 
 EntryReader::~EntryReader() {
   // What the workers still use may go only when they are through.
   for (const std::shared_ptr<Waiting>& entry : waiting_) {
-    while (entry->job != nullptr && !pool_.Wait(entry->job, kWaitStep)) {
+    while (entry->job != nullptr && !workers_.Wait(entry->job, kWaitStep)) {
     }
   }
 }
@@ -130,7 +130,7 @@ void EntryReader::StartWhole(const Record& record) {
     entry->status = EntryStatus::kDamaged;
     return;
   }
-  entry->job = pool_.Start([this, entry = entry.get()](int worker) {
+  entry->job = workers_.Start([this, entry = entry.get()](int worker) {
     entry->status =
         DecoderOf(worker).Decode(*entry->record, &entry->packed, passwords_, &entry->data);
     entry->packed = Bytes();
@@ -138,7 +138,7 @@ void EntryReader::StartWhole(const Record& record) {
 }
 
 bool EntryReader::WaitFor(const JobHandle& job) {
-  while (!pool_.Wait(job, kWaitStep)) {
+  while (!workers_.Wait(job, kWaitStep)) {
     if (!monitor_.Beat()) return false;
   }
   return true;
@@ -234,7 +234,7 @@ EntryStatus EntryReader::RunStream(const Record& record, StreamDecoder& decoder,
     }
     bool good = false;
     Bytes& target = out[turn];
-    const JobHandle job = pool_.Start([&](int) { good = decoder.Unpack(in, &used, &target); });
+    const JobHandle job = workers_.Start([&](int) { good = decoder.Unpack(in, &used, &target); });
     Bytes& ready = out[1 - turn];
     bool goes_on = true;
     if (ready.size > 0) {
@@ -245,7 +245,7 @@ EntryStatus EntryReader::RunStream(const Record& record, StreamDecoder& decoder,
     read_ahead();
     // The worker uses this function's buffers: it is waited for even after an abort.
     WaitFor(job);
-    while (!pool_.Wait(job, kWaitStep)) {
+    while (!workers_.Wait(job, kWaitStep)) {
     }
     if (!monitor_.FileProgress(handed_on, record.size)) return EntryStatus::kGood;
     if (!good || !readable) return EntryStatus::kDamaged;
@@ -272,7 +272,7 @@ EntryStatus EntryReader::RunPieces(const Record& record, StreamDecoder& decoder,
   if (begun != EntryStatus::kGood) return begun;
 
   std::deque<std::shared_ptr<Piece>> ahead;
-  const std::size_t most_ahead = static_cast<std::size_t>(pool_.WorkerCount()) + 2;
+  const std::size_t most_ahead = static_cast<std::size_t>(workers_.Count()) + 2;
   std::uint64_t unread = record.size;
   std::uint64_t handed_on = 0;
   std::uint32_t crc = 0;
@@ -291,7 +291,7 @@ EntryStatus EntryReader::RunPieces(const Record& record, StreamDecoder& decoder,
       decoder.Decrypt(piece->packed.data.get(), size);
       piece->data = Bytes(static_cast<std::size_t>(std::min<std::uint64_t>(unread, kBlockSize)));
       unread -= piece->data.capacity;
-      piece->job = pool_.Start([this, piece = piece.get()](int worker) {
+      piece->job = workers_.Start([this, piece = piece.get()](int worker) {
         piece->good = DecoderOf(worker).DecodePiece(&piece->packed, &piece->data, &piece->crc);
         piece->packed = Bytes();
       });
@@ -311,7 +311,7 @@ EntryStatus EntryReader::RunPieces(const Record& record, StreamDecoder& decoder,
     goes_on = monitor_.FileProgress(handed_on, record.size) && goes_on;
   }
   for (const std::shared_ptr<Piece>& piece : ahead) {
-    while (!pool_.Wait(piece->job, kWaitStep)) {
+    while (!workers_.Wait(piece->job, kWaitStep)) {
     }
   }
   if (!good) return EntryStatus::kDamaged;

@@ -9,7 +9,7 @@
 #include "archive/directory_reader.h"
 #include "archive/entry_decoder.h"
 #include "archive/operation_monitor.h"
-#include "archive/worker_pool.h"
+#include "platform/workers.h"
 
 namespace quorvale::zip {
 
@@ -29,7 +29,7 @@ class EntrySink {
 
 class EntryReader {
  public:
-  EntryReader(const Directory& directory, WorkerPool& pool, OperationMonitor& monitor,
+  EntryReader(const Directory& directory, Workers& workers, OperationMonitor& monitor,
               std::vector<std::string> passwords);
   ~EntryReader();
 
@@ -62,7 +62,7 @@ class EntryReader {
   WholeDecoder& DecoderOf(int worker);
 
   const Directory& directory_;
-  WorkerPool& pool_;
+  Workers& workers_;
   OperationMonitor& monitor_;
   const std::vector<std::string> passwords_;
   std::vector<std::unique_ptr<WholeDecoder>> decoders_;  // one for each worker

@@ -70,23 +70,24 @@ struct ZipOperation::Block {
   JobHandle job;  // null: nothing to wait for
 };
 
-ZipOperation::ZipOperation(Archive& archive, Files& files, SystemInfo& system,
+ZipOperation::ZipOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
                            OperationMonitor& monitor)
     : archive_(archive),
       files_(files),
       system_(system),
       monitor_(monitor),
       output_(files, archive.archive_name, archive.split_size) {
-  const int processors = ProcessorCount();
+  const int processors = threads.ProcessorCount();
   const int wanted = archive.worker_threads;
-  pool_ = MakeWorkerPool(wanted >= 0 ? wanted : (processors > 1 ? processors : 0));
-  compressors_.resize(static_cast<std::size_t>(pool_->WorkerCount()));
+  workers_ =
+      std::make_unique<Workers>(threads, wanted >= 0 ? wanted : (processors > 1 ? processors : 0));
+  compressors_.resize(static_cast<std::size_t>(workers_->Count()));
 }
 
 ZipOperation::~ZipOperation() {
   cancelled_ = true;
   // What the workers still use may go only when they are through.
-  pool_.reset();
+  workers_.reset();
 }
 
 Result ZipOperation::Run() {
@@ -254,7 +255,7 @@ std::string ZipOperation::NewCipherHeader() {
   if (noise_.empty()) {
     Put64(&noise_, system_.Ticks());
     Put64(&noise_, reinterpret_cast<std::uintptr_t>(this));
-    Put64(&noise_, reinterpret_cast<std::uintptr_t>(pool_.get()));
+    Put64(&noise_, reinterpret_cast<std::uintptr_t>(workers_.get()));
     const LocalTime now = system_.Now();
     Put64(&noise_, DosTimeOf(now));
     noise_ += archive_.archive_name + archive_.password;
@@ -293,7 +294,7 @@ bool ZipOperation::Enqueue(std::shared_ptr<Block> block) {
   waiting_.push_back(block);
   if (block->data_size > 0) {
     block->job =
-        pool_->Start([this, block = block.get()](int worker) { Compress(*block, worker); });
+        workers_->Start([this, block = block.get()](int worker) { Compress(*block, worker); });
   }
   // Those that are ready need not wait for the memory to fill.
   while (!waiting_.empty() && (waiting_.front()->job == nullptr || waiting_.front()->job->done)) {
@@ -304,7 +305,7 @@ bool ZipOperation::Enqueue(std::shared_ptr<Block> block) {
 
 bool ZipOperation::WriteOldest() {
   const std::shared_ptr<Block> block = waiting_.front();
-  while (block->job != nullptr && !pool_->Wait(block->job, kWaitStep)) {
+  while (block->job != nullptr && !workers_->Wait(block->job, kWaitStep)) {
     if (!monitor_.Beat()) return false;
   }
   waiting_.pop_front();
@@ -478,7 +479,7 @@ bool ZipOperation::ReadsBack() {
     total += read.compressed_size;
   }
   monitor_.BeginStage(total, kPackedPercent, 100);
-  EntryReader reader(directory, *pool_, monitor_, Passwords());
+  EntryReader reader(directory, *workers_, monitor_, Passwords());
   ReadBack sink;
   reader.Run(records, sink);
   return sink.good() == records.size();

@@ -13,16 +13,17 @@
 #include "archive/block_compressor.h"
 #include "archive/classic_cipher.h"
 #include "archive/operation_monitor.h"
-#include "archive/worker_pool.h"
 #include "archive/zip_format.h"
 #include "platform/files.h"
 #include "platform/system_info.h"
+#include "platform/workers.h"
 
 namespace quorvale::zip {
 
 class ZipOperation {
  public:
-  ZipOperation(Archive& archive, Files& files, SystemInfo& system, OperationMonitor& monitor);
+  ZipOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
+               OperationMonitor& monitor);
   ~ZipOperation();
 
   Result Run();
@@ -67,7 +68,7 @@ class ZipOperation {
   Files& files_;
   SystemInfo& system_;
   OperationMonitor& monitor_;
-  std::unique_ptr<WorkerPool> pool_;
+  std::unique_ptr<Workers> workers_;
   std::vector<std::unique_ptr<BlockCompressor>> compressors_;  // one for each worker
   std::atomic<bool> cancelled_{false};  // blocks that still wait are not compressed any more
   ArchiveOutput output_;

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/system_info.h"
+#include "base/local_time.h"
 
 namespace quorvale {
 

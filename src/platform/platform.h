@@ -10,6 +10,7 @@
 #include "platform/shell.h"
 #include "platform/system_info.h"
 #include "platform/task_scheduler.h"
+#include "platform/threads.h"
 #include "platform/ui/ui.h"
 
 namespace quorvale {
@@ -24,6 +25,7 @@ struct Platform {
   FtpClient& ftp;
   DiscWriter& discs;
   TaskScheduler& scheduler;
+  Threads& threads;
   ui::Ui& ui;
 };
 

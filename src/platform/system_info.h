@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/local_time.h"
 #include "platform/files.h"
 
 namespace quorvale {
@@ -14,17 +15,6 @@ struct SystemVersion {
   int major = 0;
   int minor = 0;
   bool known = true;  // false: the call failed
-};
-
-// A moment by the computer's own clock and time zone.
-struct LocalTime {
-  int year = 1601;
-  int month = 1;
-  int day = 1;
-  int hour = 0;
-  int minute = 0;
-  int second = 0;
-  int weekday = 1;  // 1 is Sunday
 };
 
 class SystemInfo {

@@ -153,7 +153,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   FuzzFiles files(std::string(reinterpret_cast<const char*>(data + 1), size - 1));
   FuzzSystem system;
-  zip::Archive archive(files, system);
+  host::HostThreads threads;
+  zip::Archive archive(files, system, threads);
   archive.archive_name = kArchive;
   archive.unzip_folder = kTarget;
   if ((data[0] & 1) != 0) archive.password = "right";

@@ -57,7 +57,7 @@ class Ui {
   // Turns Caps Lock on or off.
   virtual void SetCapsLock(bool on) = 0;
   // While on, Alt and Tab are swallowed as long as a window of this process is in front (the rule
-  // is core/keyboard_guard.h). A second call with the same value changes nothing.
+  // is platform/ui/keyboard_guard.h). A second call with the same value changes nothing.
   virtual void GuardKeyboard(bool /*on*/) {}
   // Of the screen, as the system reports it.
   virtual int DotsPerInch() { return 96; }
