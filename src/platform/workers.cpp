@@ -67,6 +67,12 @@ bool Workers::Wait(const JobHandle& job, int milliseconds) {
   return job->done.load(std::memory_order_acquire);
 }
 
+void Workers::WaitOut(const JobHandle& job) {
+  constexpr int kStep = 1000;
+  while (!Wait(job, kStep)) {
+  }
+}
+
 JobHandle Workers::NextJob() {
   for (;;) {
     {

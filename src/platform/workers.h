@@ -37,6 +37,8 @@ class Workers {
   // Waits for a job, at most so long, and shorter when another job ends meanwhile. True when it is
   // done.
   bool Wait(const JobHandle& job, int milliseconds);
+  // Waits for a job, however long.
+  void WaitOut(const JobHandle& job);
 
  private:
   void StartThreads();
