@@ -1,4 +1,8 @@
 // The user interface of a computer: windows for forms, message boxes, dialogs, the message loop.
+//
+// This room, platform/ui/, is a toolkit-neutral model of forms and controls (form.h, control.h,
+// controls.h, tree_view.h) and this interface to whatever shows them; headless/ shows nothing. It
+// may use base/ alone, and knows neither Windows nor the program's pages. Start reading at form.h.
 #pragma once
 
 #include <string>
