@@ -3,6 +3,10 @@
 // It is used like a control: set the properties, call an operation, look at its result. Events
 // come on the caller's thread, whatever threads work inside. Names have "\" here and "/" on disk;
 // they are matched without regard to case.
+//
+// This room uses files, clock, randomness and threads of the seam (platform/) and nothing of
+// products. Start reading here; then zip_operation.h for the way in, unzip_operation.h and
+// entry_reader.h for the way out, zip_format.h for the bytes.
 #pragma once
 
 #include <cstdint>

@@ -12,6 +12,7 @@
 #include "archive/archive_output.h"
 #include "archive/block_compressor.h"
 #include "archive/classic_cipher.h"
+#include "archive/encryptor.h"
 #include "archive/operation_monitor.h"
 #include "archive/zip_format.h"
 #include "platform/files.h"
@@ -32,7 +33,6 @@ class ZipOperation {
   struct Source;
   struct Member;
   struct Block;
-  class ReadBack;
 
   std::vector<Source> FindSources();
   bool PassesAttributes(const FileInfo& info) const;
@@ -58,10 +58,11 @@ class ZipOperation {
   bool Check(FileStatus status);
 
   void Compress(Block& block, int worker);
-  std::string NewCipherHeader();
-  std::vector<std::string> Passwords() const { return {archive_.password}; }
-  // Compares what stands on the disk with what was meant to.
-  bool ReadsBack();
+  // Encrypts a whole member; a worker does it.
+  static void Protect(Block& block);
+  // Null if the system gives no random bytes.
+  std::unique_ptr<Encryptor> NewEncryptor();
+  std::string TakeRandom(std::size_t count);
   Result FailureResult() const;
 
   Archive& archive_;
@@ -77,8 +78,7 @@ class ZipOperation {
   std::deque<std::shared_ptr<Block>> waiting_;
   std::uint64_t waiting_bytes_ = 0;
   std::vector<Record> records_;  // of the stored members, in order
-  std::string noise_;
-  std::uint64_t noise_count_ = 0;
+  std::string random_;           // not used yet
 };
 
 }  // namespace quorvale::zip

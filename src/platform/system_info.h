@@ -1,6 +1,7 @@
-// Facts of the computer and the running program, its clock, and its code page.
+// Facts of the computer and the running program, its clock, its randomness, and its code page.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -41,6 +42,8 @@ class SystemInfo {
   // Milliseconds since some fixed moment; never goes back.
   virtual std::uint64_t Ticks() = 0;
   virtual void Sleep(int milliseconds) = 0;
+  // So many bytes that nobody foresees, fit for salts and keys. Empty if the system fails.
+  virtual std::string RandomBytes(std::size_t count) = 0;
 
   // Text by the user's regional settings: the long time ("10:05:09 PM"), the full weekday name.
   virtual std::string TimeText(const LocalTime& time) = 0;

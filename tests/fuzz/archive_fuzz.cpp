@@ -131,6 +131,7 @@ class FuzzSystem : public SystemInfo {
   LocalTime ToLocal(FileTime) override { return {2006, 1, 2, 3, 4, 5, 2}; }
   std::uint64_t Ticks() override { return 0; }
   void Sleep(int) override {}
+  std::string RandomBytes(std::size_t count) override { return std::string(count, 'r'); }
   std::string TimeText(const LocalTime&) override { return ""; }
   std::string WeekdayName(int) override { return ""; }
   std::string ToAnsi(const std::string& utf8) override { return utf8; }
