@@ -26,6 +26,7 @@
 #include "platform/host/files.h"
 #include "platform/host/machine_folder.h"
 #include "platform/host/system_info.h"
+#include "platform/host/threads.h"
 
 namespace {
 
@@ -116,7 +117,8 @@ int main(int count, char** words) {
   const auto code_page = quorvale::host::CodePage::Open(1252);
   if (code_page == nullptr) return 1;
   quorvale::host::HostSystemInfo system(machine, *code_page);
-  Archive archive(files, system);
+  quorvale::host::HostThreads threads;
+  Archive archive(files, system, threads);
   archive.archive_name = MachinePathOf(words[2]);
   archive.on_warning = [](const std::string& name, const std::string& reason) {
     std::fprintf(stderr, "%s: %s\n", name.c_str(), reason.c_str());

@@ -13,11 +13,11 @@ cache=$PWD/build/cache
 
 host_packages=(
   ca-certificates ccache clang clang-format cmake g++ groff-base libclang-rt-14-dev
-  libcurl4-openssl-dev libdeflate-dev libgtest-dev ninja-build p7zip-full pigz python3
+  libcurl4-openssl-dev libdeflate-dev libgtest-dev nettle-dev ninja-build p7zip-full pigz python3
   python3-pyftpdlib unzip xorriso zip zlib1g-dev)
 windows_packages=(
   dpkg-dev fonts-liberation fonts-wine fp-utils-3.2.2 g++-mingw-w64-i686-win32 googletest imagemagick
-  librsvg2-bin libz-mingw-w64-dev make nsis x11-utils xauth xdotool xvfb)
+  librsvg2-bin libz-mingw-w64-dev m4 make nsis x11-utils xauth xdotool xvfb)
 wine_packages=(
   wine wine32:i386 libxcomposite1:i386 libxcursor1:i386 libxfixes3:i386 libxi6:i386
   libxinerama1:i386 libxrandr2:i386 libxrender1:i386)
@@ -65,28 +65,49 @@ install_wine() {
   return 1
 }
 
-# The fast deflate library, built for Windows (TRIPLE) from the distribution's source package.
-build_libdeflate() {
-  local triple=$1 flags=$2 prefix=$cache/$1
-  [ -f "$prefix/lib/libdeflate.a" ] && [ -f "$prefix/include/libdeflate.h" ] && return 0
-  say "building libdeflate for $triple from the distribution's source package"
-  local work=$cache/libdeflate-source
+# Builds libNAME for Windows (TRIPLE) from the distribution's source package PACKAGE. The function
+# make_NAME gets the triple, the compiler's flags, and a folder for the headers and the library.
+build_library() {
+  local package=$1 name=$2 triple=$3 flags=$4 prefix=$cache/$3
+  [ -f "$prefix/lib/lib$name.a" ] && return 0
+  say "building $name for $triple from the distribution's source package"
+  local work=$cache/$name-source
   rm -rf "$work"
-  mkdir -p "$work" "$prefix/lib" "$prefix/include"
+  mkdir -p "$work/result" "$prefix/lib" "$prefix/include"
   write_private_sources "$cache/apt-source" deb-src
   private_apt_get "$cache/apt-source" update
   (
     cd "$work"
-    private_apt_get_as_user "$cache/apt-source" source --only-source libdeflate
-    cd libdeflate-*/
-    make CC=$triple-gcc-win32 AR=$triple-ar CFLAGS="-O2 $flags" \
-      libdeflatestatic.lib
-    cp libdeflate.h "$prefix/include/"
+    private_apt_get_as_user "$cache/apt-source" source --only-source "$package"
+    cd "$package"-*/
+    "make_$name" "$triple" "$flags" "$work/result"
+    cp -r "$work/result/include/." "$prefix/include/"
     # Takes its name last: a copy that was broken off is no library.
-    cp libdeflatestatic.lib "$prefix/lib/libdeflate.a.new"
-    mv "$prefix/lib/libdeflate.a.new" "$prefix/lib/libdeflate.a"
+    cp "$work/result/lib/lib$name.a" "$prefix/lib/lib$name.a.new"
+    mv "$prefix/lib/lib$name.a.new" "$prefix/lib/lib$name.a"
   )
   rm -rf "$work"
+}
+
+# The fast deflate library.
+make_deflate() {
+  make CC="$1-gcc-win32" AR="$1-ar" CFLAGS="-O2 $2" libdeflatestatic.lib
+  mkdir -p "$3/include" "$3/lib"
+  cp libdeflate.h "$3/include/"
+  cp libdeflatestatic.lib "$3/lib/libdeflate.a"
+}
+
+# Ciphers and hashes; of the library only what needs no big numbers.
+make_nettle() {
+  CC="$1-gcc-win32" AR="$1-ar" CFLAGS="-O2 -DNDEBUG $2" ./configure --host="$1" --prefix="$3" \
+    --libdir="$3/lib" --disable-public-key --disable-shared --disable-documentation --disable-openssl
+  # The source package comes with what these would make anew.
+  make AUTOCONF=: AUTOHEADER=: install-static install-headers
+}
+
+build_libraries() {
+  build_library libdeflate deflate "$@"
+  build_library nettle nettle "$@"
 }
 
 # FTP servers for the tests. As installed packages they would exclude each other and start as
@@ -118,13 +139,13 @@ case $level in
   windows)
     install_packages "${host_packages[@]}" "${windows_packages[@]}"
     fetch_ftp_servers
-    build_libdeflate i686-w64-mingw32 -march=i686
+    build_libraries i686-w64-mingw32 -march=i686
     if install_wine; then
       rm -f "$cache/windows-target"
     else
       say "*** the Windows tests will run as x86-64 programs under 64-bit Wine ***"
       install_packages "${wine64_packages[@]}"
-      build_libdeflate x86_64-w64-mingw32 ""
+      build_libraries x86_64-w64-mingw32 ""
       echo x86_64 > "$cache/windows-target"
     fi
     ;;

@@ -5,6 +5,7 @@
 #include "archive/operation_monitor.h"
 #include "archive/unzip_operation.h"
 #include "archive/zip_operation.h"
+#include "platform/platform.h"
 
 namespace quorvale::zip {
 namespace {
@@ -24,7 +25,11 @@ Entry EntryOf(const Record& record) {
 
 }  // namespace
 
-Archive::Archive(Files& files, SystemInfo& system) : files_(files), system_(system) {}
+Archive::Archive(const Platform& platform)
+    : Archive(platform.files, platform.system, platform.threads) {}
+
+Archive::Archive(Files& files, SystemInfo& system, Threads& threads)
+    : files_(files), system_(system), threads_(threads) {}
 
 Archive::~Archive() = default;
 
@@ -64,21 +69,21 @@ Result Archive::Zip() {
   known_directory_.reset();
   return Perform(Operation::kZipping, [this] {
     OperationMonitor monitor(*this, system_);
-    return ZipOperation(*this, files_, system_, monitor).Run();
+    return ZipOperation(*this, files_, system_, threads_, monitor).Run();
   });
 }
 
 Result Archive::Unzip() {
   return Perform(Operation::kUnzipping, [this] {
     OperationMonitor monitor(*this, system_);
-    return UnzipOperation(*this, files_, system_, monitor).Run();
+    return UnzipOperation(*this, files_, system_, threads_, monitor).Run();
   });
 }
 
 Result Archive::Test() {
   return Perform(Operation::kTesting, [this] {
     OperationMonitor monitor(*this, system_);
-    return TestOperation(*this, files_, system_, monitor).Run();
+    return TestOperation(*this, files_, system_, threads_, monitor).Run();
   });
 }
 

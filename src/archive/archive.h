@@ -3,6 +3,10 @@
 // It is used like a control: set the properties, call an operation, look at its result. Events
 // come on the caller's thread, whatever threads work inside. Names have "\" here and "/" on disk;
 // they are matched without regard to case.
+//
+// This room uses files, clock, randomness and threads of the seam (platform/) and nothing of
+// products. Start reading here; then zip_operation.h for the way in, unzip_operation.h and
+// entry_reader.h for the way out, zip_format.h for the bytes.
 #pragma once
 
 #include <cstdint>
@@ -13,6 +17,11 @@
 
 #include "platform/files.h"
 #include "platform/system_info.h"
+#include "platform/threads.h"
+
+namespace quorvale {
+struct Platform;
+}
 
 namespace quorvale::zip {
 
@@ -53,7 +62,8 @@ struct BeforeFile {
 
 class Archive {
  public:
-  Archive(Files& files, SystemInfo& system);
+  explicit Archive(const Platform& platform);
+  Archive(Files& files, SystemInfo& system, Threads& threads);
   ~Archive();
   Archive(const Archive&) = delete;
   Archive& operator=(const Archive&) = delete;
@@ -119,6 +129,7 @@ class Archive {
 
   Files& files_;
   SystemInfo& system_;
+  Threads& threads_;
   Operation operation_ = Operation::kNone;
   // Of the archive that was read last, so that many small operations on it do not each read its
   // directory again.

@@ -60,6 +60,12 @@ std::uint8_t ClassicCheckByte(const Record& record) {
   return static_cast<std::uint8_t>(record.crc >> 24);
 }
 
+std::string ClassicEncryptor::Begin(std::uint8_t check_byte) {
+  header_.back() = static_cast<char>(check_byte);
+  cipher_.Encrypt(reinterpret_cast<std::uint8_t*>(header_.data()), header_.size());
+  return header_;
+}
+
 ClassicDecryptor::ClassicDecryptor(const Record& record)
     : crc_byte_(static_cast<std::uint8_t>(record.crc >> 24)),
       check_byte_(ClassicCheckByte(record)),

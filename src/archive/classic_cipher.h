@@ -5,6 +5,7 @@
 #include <array>
 
 #include "archive/decryptor.h"
+#include "archive/encryptor.h"
 
 namespace quorvale::zip {
 
@@ -25,6 +26,20 @@ class ClassicCipher {
 // The byte of an entry that the last byte of the header repeats: of the check value, or, where that
 // follows the data, of the time.
 std::uint8_t ClassicCheckByte(const Record& record);
+
+class ClassicEncryptor : public Encryptor {
+ public:
+  // `noise`: kClassicHeaderSize bytes that nobody foresees.
+  ClassicEncryptor(const std::string& password, std::string noise)
+      : cipher_(password), header_(std::move(noise)) {}
+  std::string Begin(std::uint8_t check_byte) override;
+  void Apply(std::uint8_t* data, std::size_t count) override { cipher_.Encrypt(data, count); }
+  std::string End() override { return ""; }
+
+ private:
+  ClassicCipher cipher_;
+  std::string header_;
+};
 
 class ClassicDecryptor : public Decryptor {
  public:

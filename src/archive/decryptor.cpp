@@ -1,6 +1,6 @@
 #include "archive/decryptor.h"
 
-#include "archive/aes_decryptor.h"
+#include "archive/aes_cipher.h"
 #include "archive/classic_cipher.h"
 
 namespace quorvale::zip {

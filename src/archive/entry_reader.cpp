@@ -1,12 +1,6 @@
 #include "archive/entry_reader.h"
 
-#define ZLIB_CONST
-#include <zlib.h>
-
-#include <algorithm>
-#include <array>
-
-#include "archive/block_compressor.h"
+#include "archive/large_entry.h"
 
 namespace quorvale::zip {
 namespace {
@@ -14,9 +8,6 @@ namespace {
 // How much may be in memory at once for entries that wait for a worker or for their turn.
 constexpr std::uint64_t kMostWaitingBytes = 16 * 1024 * 1024;
 constexpr std::size_t kMostWaitingEntries = 256;
-constexpr int kWaitStep = 20;  // milliseconds
-constexpr std::size_t kStreamIn = 256 * 1024;
-constexpr std::size_t kStreamOut = 1024 * 1024;
 // With odds like this a password is the right one; with odds like that nothing more is looked at.
 constexpr std::uint64_t kSureOdds = 65536;
 constexpr std::uint64_t kMostOdds = 1ull << 32;
@@ -35,19 +26,18 @@ struct EntryReader::Waiting {
   JobHandle job;  // null: nothing to wait for
 };
 
-EntryReader::EntryReader(const Directory& directory, WorkerPool& pool, OperationMonitor& monitor,
+EntryReader::EntryReader(const Directory& directory, Workers& workers, OperationMonitor& monitor,
                          std::vector<std::string> passwords)
     : directory_(directory),
-      pool_(pool),
+      workers_(workers),
       monitor_(monitor),
       passwords_(std::move(passwords)),
-      decoders_(static_cast<std::size_t>(pool.WorkerCount())) {}
+      decoders_(static_cast<std::size_t>(workers.Count())) {}
 
 EntryReader::~EntryReader() {
   // What the workers still use may go only when they are through.
   for (const std::shared_ptr<Waiting>& entry : waiting_) {
-    while (entry->job != nullptr && !pool_.Wait(entry->job, kWaitStep)) {
-    }
+    if (entry->job != nullptr) workers_.WaitOut(entry->job);
   }
 }
 
@@ -130,23 +120,16 @@ void EntryReader::StartWhole(const Record& record) {
     entry->status = EntryStatus::kDamaged;
     return;
   }
-  entry->job = pool_.Start([this, entry = entry.get()](int worker) {
+  entry->job = workers_.Start([this, entry = entry.get()](int worker) {
     entry->status =
         DecoderOf(worker).Decode(*entry->record, &entry->packed, passwords_, &entry->data);
     entry->packed = Bytes();
   });
 }
 
-bool EntryReader::WaitFor(const JobHandle& job) {
-  while (!pool_.Wait(job, kWaitStep)) {
-    if (!monitor_.Beat()) return false;
-  }
-  return true;
-}
-
 bool EntryReader::FinishOldest(EntrySink& sink) {
   const std::shared_ptr<Waiting> entry = waiting_.front();
-  if (entry->job != nullptr && !WaitFor(entry->job)) return false;
+  if (entry->job != nullptr && !monitor_.WaitFor(workers_, entry->job)) return false;
   waiting_.pop_front();
   waiting_bytes_ -= MemoryOf(*entry->record);
   monitor_.NewFile();
@@ -182,8 +165,16 @@ bool EntryReader::ReadLarge(const Record& record, EntrySink& sink) {
   EntryStatus status = CheckRecord(record);
   if (status == EntryStatus::kGood) {
     StreamDecoder decoder(record, passwords_);
-    status =
-        record.pieces.empty() ? RunStream(record, decoder, sink) : RunPieces(record, decoder, sink);
+    std::uint64_t position = 0;
+    status = BeginData(record, decoder, &position);
+    if (status == EntryStatus::kGood) {
+      const LargeEntry entry = {record,   decoder, *directory_.input, position, workers_,
+                                monitor_, sink};
+      status = record.pieces.empty() ? StreamRun(entry).Run()
+                                     : PieceRun(entry, [this](int worker) -> WholeDecoder& {
+                                         return DecoderOf(worker);
+                                       }).Run();
+    }
   }
   return !monitor_.Aborted() && End(record, status, sink);
 }
@@ -197,134 +188,6 @@ EntryStatus EntryReader::BeginData(const Record& record, StreamDecoder& decoder,
   }
   *position += decoder.HeaderSize();
   return decoder.Begin(header.data());
-}
-
-// A worker unpacks into one buffer while this thread hands on the other and reads ahead.
-EntryStatus EntryReader::RunStream(const Record& record, StreamDecoder& decoder, EntrySink& sink) {
-  ArchiveInput& input = *directory_.input;
-  std::uint64_t position = 0;
-  const EntryStatus begun = BeginData(record, decoder, &position);
-  if (begun != EntryStatus::kGood) return begun;
-  std::uint64_t unread = record.compressed_size - decoder.HeaderSize() - decoder.TrailerSize();
-
-  Bytes in(kStreamIn);
-  Bytes next(kStreamIn);
-  std::size_t used = 0;
-  std::array<Bytes, 2> out = {Bytes(kStreamOut), Bytes(kStreamOut)};
-  std::size_t turn = 0;
-  std::uint64_t handed_on = 0;
-  bool readable = true;
-  const auto read_ahead = [&] {
-    if (next.size > 0 || unread == 0) return;
-    next.size = static_cast<std::size_t>(std::min<std::uint64_t>(unread, next.capacity));
-    readable = input.Read(position, next.data.get(), next.size);
-    position += next.size;
-    unread -= next.size;
-    monitor_.Advance(next.size);
-  };
-
-  read_ahead();
-  bool more = true;
-  while (more) {
-    if (used == in.size && next.size > 0) {
-      std::swap(in, next);
-      next.size = 0;
-      used = 0;
-      decoder.Decrypt(in.data.get(), in.size);
-    }
-    bool good = false;
-    Bytes& target = out[turn];
-    const JobHandle job = pool_.Start([&](int) { good = decoder.Unpack(in, &used, &target); });
-    Bytes& ready = out[1 - turn];
-    bool goes_on = true;
-    if (ready.size > 0) {
-      goes_on = sink.Take(record, ready.data.get(), ready.size);
-      handed_on += ready.size;
-      ready.size = 0;
-    }
-    read_ahead();
-    // The worker uses this function's buffers: it is waited for even after an abort.
-    WaitFor(job);
-    while (!pool_.Wait(job, kWaitStep)) {
-    }
-    if (!monitor_.FileProgress(handed_on, record.size)) return EntryStatus::kGood;
-    if (!good || !readable) return EntryStatus::kDamaged;
-    if (!goes_on) return EntryStatus::kGood;
-    more = target.size > 0 || used < in.size || next.size > 0 || unread > 0;
-    turn = 1 - turn;
-  }
-  std::vector<std::uint8_t> trailer(decoder.TrailerSize() + 1);
-  if (!input.Read(position, trailer.data(), decoder.TrailerSize())) return EntryStatus::kDamaged;
-  return decoder.End(trailer.data());
-}
-
-EntryStatus EntryReader::RunPieces(const Record& record, StreamDecoder& decoder, EntrySink& sink) {
-  struct Piece {
-    Bytes packed;
-    Bytes data;
-    std::uint32_t crc = 0;
-    bool good = false;
-    JobHandle job;
-  };
-  ArchiveInput& input = *directory_.input;
-  std::uint64_t position = 0;
-  const EntryStatus begun = BeginData(record, decoder, &position);
-  if (begun != EntryStatus::kGood) return begun;
-
-  std::deque<std::shared_ptr<Piece>> ahead;
-  const std::size_t most_ahead = static_cast<std::size_t>(pool_.WorkerCount()) + 2;
-  std::uint64_t unread = record.size;
-  std::uint64_t handed_on = 0;
-  std::uint32_t crc = 0;
-  bool good = true;
-  bool goes_on = true;
-  std::size_t next = 0;
-  while (good && goes_on && (next < record.pieces.size() || !ahead.empty())) {
-    if (next < record.pieces.size() && ahead.size() < most_ahead) {
-      auto piece = std::make_shared<Piece>();
-      const std::uint32_t size = record.pieces[next++];
-      piece->packed = Bytes(size + WholeDecoder::kPieceEnd);
-      piece->packed.size = size;
-      good = input.Read(position, piece->packed.data.get(), size);
-      if (!good) break;
-      position += size;
-      decoder.Decrypt(piece->packed.data.get(), size);
-      piece->data = Bytes(static_cast<std::size_t>(std::min<std::uint64_t>(unread, kBlockSize)));
-      unread -= piece->data.capacity;
-      piece->job = pool_.Start([this, piece = piece.get()](int worker) {
-        piece->good = DecoderOf(worker).DecodePiece(&piece->packed, &piece->data, &piece->crc);
-        piece->packed = Bytes();
-      });
-      ahead.push_back(std::move(piece));
-      goes_on = monitor_.Advance(size);
-      continue;
-    }
-    const std::shared_ptr<Piece> oldest = ahead.front();
-    if (!WaitFor(oldest->job)) break;
-    ahead.pop_front();
-    good = oldest->good;
-    if (!good) break;
-    crc = static_cast<std::uint32_t>(
-        crc32_combine(crc, oldest->crc, static_cast<z_off_t>(oldest->data.size)));
-    goes_on = sink.Take(record, oldest->data.data.get(), oldest->data.size);
-    handed_on += oldest->data.size;
-    goes_on = monitor_.FileProgress(handed_on, record.size) && goes_on;
-  }
-  for (const std::shared_ptr<Piece>& piece : ahead) {
-    while (!pool_.Wait(piece->job, kWaitStep)) {
-    }
-  }
-  if (!good) return EntryStatus::kDamaged;
-  if (!goes_on || monitor_.Aborted()) return EntryStatus::kGood;
-  // What is left is the end of the stream, and of the encryption.
-  std::vector<std::uint8_t> rest(kStreamEnd.size() + decoder.TrailerSize());
-  if (!input.Read(position, rest.data(), rest.size())) return EntryStatus::kDamaged;
-  decoder.Decrypt(rest.data(), kStreamEnd.size());
-  const bool ended =
-      std::equal(kStreamEnd.begin(), kStreamEnd.end(), rest.begin(),
-                 [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
-  if (!ended) return EntryStatus::kDamaged;
-  return decoder.EndOfPieces(rest.data() + kStreamEnd.size(), crc);
 }
 
 }  // namespace quorvale::zip

@@ -8,28 +8,15 @@
 
 #include "archive/directory_reader.h"
 #include "archive/entry_decoder.h"
+#include "archive/entry_sink.h"
 #include "archive/operation_monitor.h"
-#include "archive/worker_pool.h"
+#include "platform/workers.h"
 
 namespace quorvale::zip {
 
-// Takes what is read. All calls come on the thread of EntryReader::Run.
-class EntrySink {
- public:
-  virtual ~EntrySink() = default;
-  // Before the data of an entry is read. False: it is left out, and not heard of again. Entries
-  // are asked for ahead of the data of those before them.
-  virtual bool Wants(const Record& record) = 0;
-  // Data of an entry that was wanted; entries come in the order in which they were asked for.
-  // False: no more data of this entry, please.
-  virtual bool Take(const Record& record, const std::uint8_t* data, std::size_t count) = 0;
-  // The end of an entry that was wanted. False: the operation ends here.
-  virtual bool Done(const Record& record, EntryStatus status) = 0;
-};
-
 class EntryReader {
  public:
-  EntryReader(const Directory& directory, WorkerPool& pool, OperationMonitor& monitor,
+  EntryReader(const Directory& directory, Workers& workers, OperationMonitor& monitor,
               std::vector<std::string> passwords);
   ~EntryReader();
 
@@ -50,19 +37,14 @@ class EntryReader {
   // Waits for the oldest entry, and hands it over. False: the operation ends.
   bool FinishOldest(EntrySink& sink);
   bool FinishAll(EntrySink& sink);
-  // Waits for a job. False after an abort.
-  bool WaitFor(const JobHandle& job);
   bool ReadLarge(const Record& record, EntrySink& sink);
-  // The bytes of an entry as one stream; or, where its pieces are known, side by side.
-  EntryStatus RunStream(const Record& record, StreamDecoder& decoder, EntrySink& sink);
-  EntryStatus RunPieces(const Record& record, StreamDecoder& decoder, EntrySink& sink);
   // Begins to read the data of a large entry: looks at the header of its encryption.
   EntryStatus BeginData(const Record& record, StreamDecoder& decoder, std::uint64_t* position);
   bool End(const Record& record, EntryStatus status, EntrySink& sink);
   WholeDecoder& DecoderOf(int worker);
 
   const Directory& directory_;
-  WorkerPool& pool_;
+  Workers& workers_;
   OperationMonitor& monitor_;
   const std::vector<std::string> passwords_;
   std::vector<std::unique_ptr<WholeDecoder>> decoders_;  // one for each worker

@@ -33,6 +33,14 @@ bool OperationMonitor::Advance(std::uint64_t units) {
   return Beat();
 }
 
+bool OperationMonitor::WaitFor(Workers& workers, const JobHandle& job) {
+  constexpr int kStep = 20;  // milliseconds
+  while (!workers.Wait(job, kStep)) {
+    if (!Beat()) return false;
+  }
+  return true;
+}
+
 bool OperationMonitor::Beat() {
   if (Aborted()) return false;
   // 100 is told once, at the very end.

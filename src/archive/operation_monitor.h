@@ -6,6 +6,7 @@
 
 #include "archive/archive.h"
 #include "platform/system_info.h"
+#include "platform/workers.h"
 
 namespace quorvale::zip {
 
@@ -21,6 +22,8 @@ class OperationMonitor {
   // To be called while waiting: raises an event now and then, so that messages are pumped. False
   // after an abort.
   bool Beat();
+  // Waits for a job. False after an abort; the job may still run then.
+  bool WaitFor(Workers& workers, const JobHandle& job);
   // The progress within a file, if the percentage is a new one. False after an abort.
   bool FileProgress(std::uint64_t done, std::uint64_t size);
   void NewFile() { file_percent_ = -1; }

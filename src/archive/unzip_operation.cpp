@@ -20,10 +20,11 @@ std::uint64_t PackedBytes(const std::vector<const Record*>& records) {
   return total;
 }
 
-std::unique_ptr<WorkerPool> MakePool(const Archive& archive, std::uint64_t bytes) {
-  if (archive.worker_threads >= 0) return MakeWorkerPool(archive.worker_threads);
-  const int processors = ProcessorCount();
-  return MakeWorkerPool(processors > 1 && bytes >= kWorthThreads ? processors : 0);
+// How many worker threads the reading of so many bytes gets.
+int WorkersFor(const Archive& archive, std::uint64_t bytes, Threads& threads) {
+  if (archive.worker_threads >= 0) return archive.worker_threads;
+  const int processors = threads.ProcessorCount();
+  return processors > 1 && bytes >= kWorthThreads ? processors : 0;
 }
 
 bool AnyEncrypted(const std::vector<const Record*>& records) {
@@ -116,9 +117,9 @@ void Selection::KeepLastOfEachName() {
   records_ = std::move(kept);
 }
 
-TestOperation::TestOperation(Archive& archive, Files& files, SystemInfo& system,
+TestOperation::TestOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
                              OperationMonitor& monitor)
-    : archive_(archive), files_(files), system_(system), monitor_(monitor) {}
+    : archive_(archive), files_(files), system_(system), threads_(threads), monitor_(monitor) {}
 
 Result TestOperation::Run() {
   Selection selection;
@@ -128,8 +129,8 @@ Result TestOperation::Run() {
   const std::vector<const Record*>& records = selection.records();
   if (AnyEncrypted(records) && archive_.password.empty()) return Result::kWrongPassword;
   const std::uint64_t bytes = PackedBytes(records);
-  const std::unique_ptr<WorkerPool> pool = MakePool(archive_, bytes);
-  EntryReader reader(selection.directory(), *pool, monitor_,
+  Workers workers(threads_, WorkersFor(archive_, bytes, threads_));
+  EntryReader reader(selection.directory(), workers, monitor_,
                      PasswordForms(archive_.password, system_));
   const EntryStatus password = reader.CheckPassword(records);
   if (password == EntryStatus::kWrongPassword) return Result::kWrongPassword;
@@ -152,9 +153,9 @@ bool TestOperation::Done(const Record& record, EntryStatus status) {
   return false;
 }
 
-UnzipOperation::UnzipOperation(Archive& archive, Files& files, SystemInfo& system,
+UnzipOperation::UnzipOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
                                OperationMonitor& monitor)
-    : archive_(archive), files_(files), system_(system), monitor_(monitor) {}
+    : archive_(archive), files_(files), system_(system), threads_(threads), monitor_(monitor) {}
 
 UnzipOperation::~UnzipOperation() {
   for (Target& target : targets_) DiscardTarget(&target);
@@ -169,8 +170,8 @@ Result UnzipOperation::Run() {
   const std::vector<const Record*>& records = selection.records();
   if (AnyEncrypted(records) && archive_.password.empty()) return Result::kWrongPassword;
   const std::uint64_t bytes = PackedBytes(records);
-  const std::unique_ptr<WorkerPool> pool = MakePool(archive_, bytes);
-  EntryReader reader(selection.directory(), *pool, monitor_,
+  Workers workers(threads_, WorkersFor(archive_, bytes, threads_));
+  EntryReader reader(selection.directory(), workers, monitor_,
                      PasswordForms(archive_.password, system_));
   if (reader.CheckPassword(records) == EntryStatus::kWrongPassword) return Result::kWrongPassword;
   monitor_.BeginStage(bytes, 0, 100);

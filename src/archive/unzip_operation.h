@@ -13,9 +13,9 @@
 #include "archive/entry_name.h"
 #include "archive/entry_reader.h"
 #include "archive/operation_monitor.h"
-#include "archive/worker_pool.h"
 #include "platform/files.h"
 #include "platform/system_info.h"
+#include "platform/workers.h"
 
 namespace quorvale::zip {
 
@@ -46,7 +46,8 @@ class Selection {
 
 class TestOperation : private EntrySink {
  public:
-  TestOperation(Archive& archive, Files& files, SystemInfo& system, OperationMonitor& monitor);
+  TestOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
+                OperationMonitor& monitor);
   Result Run();
 
  private:
@@ -57,13 +58,15 @@ class TestOperation : private EntrySink {
   Archive& archive_;
   Files& files_;
   SystemInfo& system_;
+  Threads& threads_;
   OperationMonitor& monitor_;
   Result result_ = Result::kDone;
 };
 
 class UnzipOperation : private EntrySink {
  public:
-  UnzipOperation(Archive& archive, Files& files, SystemInfo& system, OperationMonitor& monitor);
+  UnzipOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
+                 OperationMonitor& monitor);
   ~UnzipOperation() override;
   Result Run();
 
@@ -98,6 +101,7 @@ class UnzipOperation : private EntrySink {
   Archive& archive_;
   Files& files_;
   SystemInfo& system_;
+  Threads& threads_;
   OperationMonitor& monitor_;
   std::deque<Target> targets_;  // of the entries that are on their way
   std::set<std::string> known_folders_;

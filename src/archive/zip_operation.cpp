@@ -7,10 +7,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "archive/directory_reader.h"
 #include "archive/entry_name.h"
-#include "archive/entry_reader.h"
-#include "archive/sha1.h"
+#include "archive/read_back.h"
 #include "base/paths.h"
 #include "base/text.h"
 
@@ -20,7 +18,6 @@ namespace {
 // How much may be in memory at once between reading and writing.
 constexpr std::uint64_t kMostWaitingBytes = 8 * 1024 * 1024;
 constexpr std::size_t kMostWaitingBlocks = 256;
-constexpr int kWaitStep = 20;  // milliseconds
 // Above this the compressed size can need more than 32 bits, even if nothing shrinks.
 constexpr std::uint64_t kZip64Size = 0xFFF00000;
 constexpr std::size_t kLongestName = 65535;
@@ -53,8 +50,7 @@ struct ZipOperation::Member {
   Record record;
   std::uint64_t expected_size = 0;
   bool begun = false;
-  std::string cipher_header;
-  std::unique_ptr<ClassicCipher> cipher;  // of a streamed member
+  std::unique_ptr<Encryptor> encryptor;  // null where nothing is protected
 };
 
 // A piece of work for a worker.
@@ -67,26 +63,30 @@ struct ZipOperation::Block {
   Bytes packed;  // empty: the data is stored as it is
   std::size_t data_size = 0;
   std::uint32_t crc = 0;
+  // Of a whole member that is protected, and the bytes in front of and behind its data.
+  std::unique_ptr<Encryptor> encryptor;
+  std::string front, back;
   JobHandle job;  // null: nothing to wait for
 };
 
-ZipOperation::ZipOperation(Archive& archive, Files& files, SystemInfo& system,
+ZipOperation::ZipOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
                            OperationMonitor& monitor)
     : archive_(archive),
       files_(files),
       system_(system),
       monitor_(monitor),
       output_(files, archive.archive_name, archive.split_size) {
-  const int processors = ProcessorCount();
+  const int processors = threads.ProcessorCount();
   const int wanted = archive.worker_threads;
-  pool_ = MakeWorkerPool(wanted >= 0 ? wanted : (processors > 1 ? processors : 0));
-  compressors_.resize(static_cast<std::size_t>(pool_->WorkerCount()));
+  workers_ =
+      std::make_unique<Workers>(threads, wanted >= 0 ? wanted : (processors > 1 ? processors : 0));
+  compressors_.resize(static_cast<std::size_t>(workers_->Count()));
 }
 
 ZipOperation::~ZipOperation() {
   cancelled_ = true;
   // What the workers still use may go only when they are through.
-  pool_.reset();
+  workers_.reset();
 }
 
 Result ZipOperation::Run() {
@@ -102,7 +102,10 @@ Result ZipOperation::Run() {
   if (!WriteAll()) return FailureResult();
   if (records_.empty()) return Result::kFailed;
   if (!WriteDirectory() || !Check(output_.Finish())) return FailureResult();
-  if (!ReadsBack()) return monitor_.Aborted() ? Result::kAborted : Result::kFailed;
+  ReadBack read_back = {files_, system_, *workers_, monitor_};
+  if (!read_back.Fits(output_.TemporaryPaths(), records_, archive_.password, kPackedPercent)) {
+    return monitor_.Aborted() ? Result::kAborted : Result::kFailed;
+  }
   if (monitor_.Aborted()) return Result::kAborted;
   if (!Check(output_.Publish())) return FailureResult();
   monitor_.Finish();
@@ -197,7 +200,11 @@ bool ZipOperation::AddFile(const Source& source, const std::string& name) {
       NewMember(source, name.ends_with("\\") ? name.substr(0, name.size() - 1) : name);
   if (archive_.encrypt) {
     member->record.flags |= kFlagEncrypted;
-    member->cipher_header = NewCipherHeader();
+    member->encryptor = NewEncryptor();
+    if (member->encryptor == nullptr) {
+      monitor_.Warn(source.path, "the system gives no random bytes to protect it with");
+      return Check(FileStatus::kFailed);
+    }
   }
   // The size of this moment is what is stored, even if the file grows meanwhile.
   const std::uint64_t size = file->Size();
@@ -214,6 +221,7 @@ bool ZipOperation::AddSmallFile(std::shared_ptr<Member> member, InputFile& file,
     return monitor_.Advance(size);
   }
   if (block->data.size < size) monitor_.Warn(member->source, "it became shorter meanwhile");
+  block->encryptor = std::move(member->encryptor);
   block->member = std::move(member);
   block->whole = true;
   return Enqueue(std::move(block));
@@ -224,7 +232,6 @@ bool ZipOperation::AddLargeFile(std::shared_ptr<Member> member, InputFile& file,
   Record& record = member->record;
   record.method = archive_.level == 0 ? kMethodStored : kMethodDeflated;
   record.zip64 = size >= kZip64Size;
-  if (archive_.encrypt) member->cipher = std::make_unique<ClassicCipher>(archive_.password);
   // Where the header cannot be written again, sizes and check value follow the data.
   if (archive_.encrypt || archive_.split_size != 0) record.flags |= kFlagDescriptor;
 
@@ -249,24 +256,28 @@ bool ZipOperation::AddLargeFile(std::shared_ptr<Member> member, InputFile& file,
   return Enqueue(std::move(last));
 }
 
-std::string ZipOperation::NewCipherHeader() {
-  // Bytes that nobody foresees, as far as portable means go: the classic cipher asks for no more.
-  if (noise_.empty()) {
-    Put64(&noise_, system_.Ticks());
-    Put64(&noise_, reinterpret_cast<std::uintptr_t>(this));
-    Put64(&noise_, reinterpret_cast<std::uintptr_t>(pool_.get()));
-    const LocalTime now = system_.Now();
-    Put64(&noise_, DosTimeOf(now));
-    noise_ += archive_.archive_name + archive_.password;
-  }
-  std::string seed = noise_;
-  Put64(&seed, ++noise_count_);
-  Sha1 hash;
-  hash.Add(seed.data(), seed.size());
-  const Sha1::Digest digest = hash.Finish();
-  noise_.append(digest.begin(), digest.end());
-  if (noise_.size() > 4 * Sha1::kBlock) noise_.erase(0, noise_.size() - 4 * Sha1::kBlock);
-  return std::string(digest.begin(), digest.begin() + kClassicHeaderSize);
+std::string ZipOperation::TakeRandom(std::size_t count) {
+  // The system is asked for many at once.
+  constexpr std::size_t kReserve = 4096;
+  if (random_.size() < count) random_ = system_.RandomBytes(kReserve);
+  if (random_.size() < count) return "";
+  const std::string bytes = random_.substr(random_.size() - count);
+  random_.resize(random_.size() - count);
+  return bytes;
+}
+
+std::unique_ptr<Encryptor> ZipOperation::NewEncryptor() {
+  std::string noise = TakeRandom(kClassicHeaderSize);
+  if (noise.empty()) return nullptr;
+  return std::make_unique<ClassicEncryptor>(archive_.password, std::move(noise));
+}
+
+void ZipOperation::Protect(Block& block) {
+  Bytes& bytes = block.packed.size > 0 ? block.packed : block.data;
+  // The check byte is the check value's, since no descriptor follows.
+  block.front = block.encryptor->Begin(static_cast<std::uint8_t>(block.crc >> 24));
+  block.encryptor->Apply(bytes.data.get(), bytes.size);
+  block.back = block.encryptor->End();
 }
 
 void ZipOperation::Compress(Block& block, int worker) {
@@ -281,6 +292,7 @@ void ZipOperation::Compress(Block& block, int worker) {
         block.whole ? compressor->CompressWhole(block.data) : compressor->CompressPiece(block.data);
     if (block.packed.size > 0) block.data = Bytes();
   }
+  if (block.encryptor != nullptr) Protect(block);
 }
 
 bool ZipOperation::Enqueue(std::shared_ptr<Block> block) {
@@ -291,9 +303,9 @@ bool ZipOperation::Enqueue(std::shared_ptr<Block> block) {
   }
   waiting_bytes_ += block->data_size;
   waiting_.push_back(block);
-  if (block->data_size > 0) {
+  if (block->data_size > 0 || block->encryptor != nullptr) {
     block->job =
-        pool_->Start([this, block = block.get()](int worker) { Compress(*block, worker); });
+        workers_->Start([this, block = block.get()](int worker) { Compress(*block, worker); });
   }
   // Those that are ready need not wait for the memory to fill.
   while (!waiting_.empty() && (waiting_.front()->job == nullptr || waiting_.front()->job->done)) {
@@ -304,9 +316,7 @@ bool ZipOperation::Enqueue(std::shared_ptr<Block> block) {
 
 bool ZipOperation::WriteOldest() {
   const std::shared_ptr<Block> block = waiting_.front();
-  while (block->job != nullptr && !pool_->Wait(block->job, kWaitStep)) {
-    if (!monitor_.Beat()) return false;
-  }
+  if (block->job != nullptr && !monitor_.WaitFor(*workers_, block->job)) return false;
   waiting_.pop_front();
   waiting_bytes_ -= block->data_size;
   return Write(*block) && monitor_.Advance(block->data_size);
@@ -341,21 +351,15 @@ bool ZipOperation::WriteWhole(Block& block) {
   record.method = block.packed.size > 0 ? kMethodDeflated : kMethodStored;
   record.size = block.data_size;
   record.crc = block.crc;
-  record.compressed_size = bytes.size + member.cipher_header.size();
-  if (!member.cipher_header.empty()) {
-    ClassicCipher cipher(archive_.password);
-    member.cipher_header.back() = static_cast<char>(ClassicCheckByte(record));
-    cipher.Encrypt(reinterpret_cast<std::uint8_t*>(member.cipher_header.data()),
-                   member.cipher_header.size());
-    cipher.Encrypt(bytes.data.get(), bytes.size);
-  }
+  record.compressed_size = block.front.size() + bytes.size + block.back.size();
   const std::string header = LocalHeader(record);
   if (!Check(output_.Reserve(header.size()))) return false;
   record.part = output_.Part();
   record.offset = output_.Offset();
   if (!Check(output_.Write(header.data(), header.size())) ||
-      !Check(output_.Write(member.cipher_header.data(), member.cipher_header.size())) ||
-      !Check(output_.Write(bytes.data.get(), bytes.size))) {
+      !Check(output_.Write(block.front.data(), block.front.size())) ||
+      !Check(output_.Write(bytes.data.get(), bytes.size)) ||
+      !Check(output_.Write(block.back.data(), block.back.size()))) {
     return false;
   }
   records_.push_back(record);
@@ -371,12 +375,10 @@ bool ZipOperation::BeginMember(Member& member) {
   record.part = output_.Part();
   record.offset = output_.Offset();
   if (!Check(output_.Write(header.data(), header.size()))) return false;
-  if (member.cipher == nullptr) return true;
-  member.cipher_header.back() = static_cast<char>(ClassicCheckByte(record));
-  member.cipher->Encrypt(reinterpret_cast<std::uint8_t*>(member.cipher_header.data()),
-                         member.cipher_header.size());
-  record.compressed_size = member.cipher_header.size();
-  return Check(output_.Write(member.cipher_header.data(), member.cipher_header.size()));
+  if (member.encryptor == nullptr) return true;
+  const std::string front = member.encryptor->Begin(ClassicCheckByte(record));
+  record.compressed_size = front.size();
+  return Check(output_.Write(front.data(), front.size()));
 }
 
 bool ZipOperation::WritePiece(Block& block) {
@@ -390,20 +392,19 @@ bool ZipOperation::WritePiece(Block& block) {
   if (record.method == kMethodDeflated) {
     record.pieces.push_back(static_cast<std::uint32_t>(bytes.size));
   }
-  if (member.cipher != nullptr) member.cipher->Encrypt(bytes.data.get(), bytes.size);
+  if (member.encryptor != nullptr) member.encryptor->Apply(bytes.data.get(), bytes.size);
   return Check(output_.Write(bytes.data.get(), bytes.size));
 }
 
 bool ZipOperation::EndMember(Member& member) {
   Record& record = member.record;
-  if (record.method == kMethodDeflated) {
-    std::string end = kStreamEnd;
-    if (member.cipher != nullptr) {
-      member.cipher->Encrypt(reinterpret_cast<std::uint8_t*>(end.data()), end.size());
-    }
-    record.compressed_size += end.size();
-    if (!Check(output_.Write(end.data(), end.size()))) return false;
+  std::string end = record.method == kMethodDeflated ? kStreamEnd : "";
+  if (member.encryptor != nullptr) {
+    member.encryptor->Apply(reinterpret_cast<std::uint8_t*>(end.data()), end.size());
+    end += member.encryptor->End();
   }
+  record.compressed_size += end.size();
+  if (!Check(output_.Write(end.data(), end.size()))) return false;
   const bool later = (record.flags & kFlagDescriptor) != 0;
   if (!Check(later ? output_.WriteRecord(DataDescriptor(record))
                    : output_.Rewrite(record.offset, LocalHeader(record)))) {
@@ -442,46 +443,6 @@ bool ZipOperation::WriteDirectory() {
   if (output_.Part() != part) count_here = 0;
   end.this_part = output_.Part();
   return Check(output_.WriteRecord(EndRecords(end, output_.Offset(), count_here)));
-}
-
-// Counts the entries that read back well.
-class ZipOperation::ReadBack : public EntrySink {
- public:
-  bool Wants(const Record&) override { return true; }
-  bool Take(const Record&, const std::uint8_t*, std::size_t) override { return true; }
-  bool Done(const Record&, EntryStatus status) override {
-    if (status == EntryStatus::kGood) ++good_;
-    return status == EntryStatus::kGood;
-  }
-  std::size_t good() const { return good_; }
-
- private:
-  std::size_t good_ = 0;
-};
-
-bool ZipOperation::ReadsBack() {
-  Directory directory;
-  if (!ReadDirectoryOfParts(files_, system_, output_.TemporaryPaths(), &directory)) return false;
-  if (directory.records.size() != records_.size()) return false;
-  std::vector<const Record*> records;
-  std::uint64_t total = 0;
-  for (std::size_t i = 0; i < records_.size(); ++i) {
-    const Record& meant = records_[i];
-    const Record& read = directory.records[i];
-    if (meant.name != read.name || meant.size != read.size || meant.crc != read.crc ||
-        meant.compressed_size != read.compressed_size || meant.part != read.part ||
-        meant.offset != read.offset || meant.Encrypted() != read.Encrypted() ||
-        (!read.pieces.empty() && meant.pieces != read.pieces)) {
-      return false;
-    }
-    records.push_back(&read);
-    total += read.compressed_size;
-  }
-  monitor_.BeginStage(total, kPackedPercent, 100);
-  EntryReader reader(directory, *pool_, monitor_, Passwords());
-  ReadBack sink;
-  reader.Run(records, sink);
-  return sink.good() == records.size();
 }
 
 }  // namespace quorvale::zip

@@ -12,17 +12,19 @@
 #include "archive/archive_output.h"
 #include "archive/block_compressor.h"
 #include "archive/classic_cipher.h"
+#include "archive/encryptor.h"
 #include "archive/operation_monitor.h"
-#include "archive/worker_pool.h"
 #include "archive/zip_format.h"
 #include "platform/files.h"
 #include "platform/system_info.h"
+#include "platform/workers.h"
 
 namespace quorvale::zip {
 
 class ZipOperation {
  public:
-  ZipOperation(Archive& archive, Files& files, SystemInfo& system, OperationMonitor& monitor);
+  ZipOperation(Archive& archive, Files& files, SystemInfo& system, Threads& threads,
+               OperationMonitor& monitor);
   ~ZipOperation();
 
   Result Run();
@@ -31,7 +33,6 @@ class ZipOperation {
   struct Source;
   struct Member;
   struct Block;
-  class ReadBack;
 
   std::vector<Source> FindSources();
   bool PassesAttributes(const FileInfo& info) const;
@@ -57,17 +58,18 @@ class ZipOperation {
   bool Check(FileStatus status);
 
   void Compress(Block& block, int worker);
-  std::string NewCipherHeader();
-  std::vector<std::string> Passwords() const { return {archive_.password}; }
-  // Compares what stands on the disk with what was meant to.
-  bool ReadsBack();
+  // Encrypts a whole member; a worker does it.
+  static void Protect(Block& block);
+  // Null if the system gives no random bytes.
+  std::unique_ptr<Encryptor> NewEncryptor();
+  std::string TakeRandom(std::size_t count);
   Result FailureResult() const;
 
   Archive& archive_;
   Files& files_;
   SystemInfo& system_;
   OperationMonitor& monitor_;
-  std::unique_ptr<WorkerPool> pool_;
+  std::unique_ptr<Workers> workers_;
   std::vector<std::unique_ptr<BlockCompressor>> compressors_;  // one for each worker
   std::atomic<bool> cancelled_{false};  // blocks that still wait are not compressed any more
   ArchiveOutput output_;
@@ -76,8 +78,7 @@ class ZipOperation {
   std::deque<std::shared_ptr<Block>> waiting_;
   std::uint64_t waiting_bytes_ = 0;
   std::vector<Record> records_;  // of the stored members, in order
-  std::string noise_;
-  std::uint64_t noise_count_ = 0;
+  std::string random_;           // not used yet
 };
 
 }  // namespace quorvale::zip

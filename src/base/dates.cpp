@@ -1,46 +1,69 @@
 #include "base/dates.h"
 
+#include <chrono>
+
 namespace quorvale {
 namespace {
 
-constexpr int kDaysOf400Years = 146097;
-// From the first of March of the year 0, where leap days stand at the ends of years, to 1970.
-constexpr int kDaysTo1970 = 719468;
+using std::chrono::days;
+using std::chrono::sys_days;
+using std::chrono::weekday;
+using std::chrono::year_month_day;
+
+constexpr std::int64_t kSecondsOfDay = 24 * 60 * 60;
+constexpr int kNoon = 12;
+
+year_month_day DateOf(int year, int month, int day) {
+  return {std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+          std::chrono::day(static_cast<unsigned>(day))};
+}
 
 }  // namespace
 
+bool IsDate(int year, int month, int day) {
+  // The calendar's types would take a number that they cannot hold for another one.
+  return month >= 1 && month <= 12 && day >= 1 && day <= 31 && DateOf(year, month, day).ok();
+}
+
 std::int64_t DayNumber(int year, int month, int day) {
-  const std::int64_t from_march = month > 2 ? month - 3 : month + 9;
-  const std::int64_t years = month > 2 ? year : year - 1;
-  const std::int64_t era = (years >= 0 ? years : years - 399) / 400;
-  const std::int64_t year_of_era = years - era * 400;
-  const std::int64_t day_of_year = (153 * from_march + 2) / 5 + day - 1;
-  const std::int64_t day_of_era =
-      year_of_era * 365 + year_of_era / 4 - year_of_era / 100 + day_of_year;
-  return era * kDaysOf400Years + day_of_era - kDaysTo1970;
+  return sys_days(DateOf(year, month, day)).time_since_epoch().count();
 }
 
 LocalTime DateOfDay(std::int64_t day_number) {
-  const std::int64_t days = day_number + kDaysTo1970;
-  const std::int64_t era = (days >= 0 ? days : days - kDaysOf400Years + 1) / kDaysOf400Years;
-  const std::int64_t day_of_era = days - era * kDaysOf400Years;
-  const std::int64_t year_of_era =
-      (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
-  const std::int64_t day_of_year =
-      day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
-  const std::int64_t from_march = (5 * day_of_year + 2) / 153;
-  LocalTime date;
-  date.day = static_cast<int>(day_of_year - (153 * from_march + 2) / 5 + 1);
-  date.month = static_cast<int>(from_march < 10 ? from_march + 3 : from_march - 9);
-  date.year = static_cast<int>(year_of_era + era * 400 + (date.month <= 2 ? 1 : 0));
-  // 1970-01-01 was a Thursday, the fifth day.
-  const std::int64_t since_sunday = ((day_number + 4) % 7 + 7) % 7;
-  date.weekday = static_cast<int>(since_sunday) + 1;
-  return date;
+  const sys_days day{days(day_number)};
+  const year_month_day date(day);
+  LocalTime time;
+  time.year = static_cast<int>(date.year());
+  time.month = static_cast<int>(static_cast<unsigned>(date.month()));
+  time.day = static_cast<int>(static_cast<unsigned>(date.day()));
+  time.weekday = static_cast<int>(weekday(day).c_encoding()) + 1;
+  return time;
+}
+
+std::int64_t SecondNumber(const LocalTime& time) {
+  return DayNumber(time.year, time.month, time.day) * kSecondsOfDay + time.hour * 60 * 60 +
+         time.minute * 60 + time.second;
 }
 
 std::int64_t MinuteNumber(const LocalTime& time) {
   return DayNumber(time.year, time.month, time.day) * 24 * 60 + time.hour * 60 + time.minute;
 }
+
+LocalTime MomentOfSecond(std::int64_t second_number) {
+  const std::chrono::seconds whole(second_number);
+  const days day = std::chrono::floor<days>(whole);
+  const std::chrono::hh_mm_ss<std::chrono::seconds> clock(whole - day);
+  LocalTime time = DateOfDay(day.count());
+  time.hour = static_cast<int>(clock.hours().count());
+  time.minute = static_cast<int>(clock.minutes().count());
+  time.second = static_cast<int>(clock.seconds().count());
+  return time;
+}
+
+int HourOfHalfDay(const LocalTime& time) {
+  return time.hour % kNoon == 0 ? kNoon : time.hour % kNoon;
+}
+
+const char* HalfDay(const LocalTime& time) { return time.hour < kNoon ? "AM" : "PM"; }
 
 }  // namespace quorvale

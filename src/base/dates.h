@@ -3,15 +3,23 @@
 
 #include <cstdint>
 
-#include "platform/system_info.h"
+#include "base/local_time.h"
 
 namespace quorvale {
 
-// The number of a day of the Gregorian calendar; 1970-01-01 is 0. `month` counts from 1.
+// True for a day that the Gregorian calendar has. `month` counts from 1.
+bool IsDate(int year, int month, int day);
+// The number of such a day; 1970-01-01 is 0.
 std::int64_t DayNumber(int year, int month, int day);
 // The start of the day of this number, with its weekday.
 LocalTime DateOfDay(std::int64_t day_number);
-// Whole minutes since 1970 by the same clock; seconds do not count.
+// Whole seconds, and whole minutes, since 1970 by the same clock; no other zone has a part in it.
+std::int64_t SecondNumber(const LocalTime& time);
 std::int64_t MinuteNumber(const LocalTime& time);
+// The moment of a number of seconds.
+LocalTime MomentOfSecond(std::int64_t second_number);
+// The hour of the twelve-hour clock (12, 1, ... 11), and its half of the day.
+int HourOfHalfDay(const LocalTime& time);
+const char* HalfDay(const LocalTime& time);
 
 }  // namespace quorvale

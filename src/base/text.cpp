@@ -1,5 +1,6 @@
 #include "base/text.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace quorvale {
@@ -16,7 +17,7 @@ bool ReadUtf8(std::string_view text, size_t* at, char32_t* code) {
   bool well_formed = lead < 0x80 || (lead >= 0xC2 && lead <= 0xF4);
   if (*at + extra >= text.size()) well_formed = false;
   for (size_t i = 1; well_formed && i <= extra; ++i) {
-    if ((byte(*at + i) & 0xC0) != 0x80) well_formed = false;
+    if (!ContinuesCharacter(text[*at + i])) well_formed = false;
     value = value << 6 | (byte(*at + i) & 0x3Fu);
   }
   if (well_formed &&
@@ -28,24 +29,41 @@ bool ReadUtf8(std::string_view text, size_t* at, char32_t* code) {
   return well_formed;
 }
 
+// Capitals, and how far behind each its small letter stands.
+struct Capitals {
+  char32_t first;
+  char32_t last;
+  char32_t distance;
+  char32_t step = 1;  // 2: every other code, where capitals and small letters take turns
+};
+constexpr Capitals kCapitals[] = {
+    {'A', 'Z', 32},
+    {0xC0, 0xD6, 32},
+    {0xD8, 0xDE, 32},
+    // Latin Extended-A.
+    {0x100, 0x12E, 1, 2},
+    {0x132, 0x136, 1, 2},
+    {0x139, 0x147, 1, 2},
+    {0x14A, 0x176, 1, 2},
+    {0x179, 0x17D, 1, 2},
+    // Greek.
+    {0x386, 0x386, 38},
+    {0x388, 0x38A, 37},
+    {0x38C, 0x38C, 64},
+    {0x38E, 0x38F, 63},
+    {0x391, 0x3A1, 32},
+    {0x3A3, 0x3AB, 32},
+    // Cyrillic.
+    {0x400, 0x40F, 80},
+    {0x410, 0x42F, 32},
+};
+
 char32_t FoldCode(char32_t code) {
-  if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + 32 : code;
-  if (code >= 0xC0 && code <= 0xDE && code != 0xD7) return code + 32;
-  // Latin Extended-A pairs: the capital is even, but odd in two runs.
-  if (code >= 0x100 && code <= 0x137 && code != 0x130 && code != 0x131) return code | 1;
-  if (code >= 0x139 && code <= 0x148) return code % 2 == 1 ? code + 1 : code;
-  if (code >= 0x14A && code <= 0x177) return code | 1;
-  if (code == 0x178) return 0xFF;
-  if (code >= 0x179 && code <= 0x17E) return code % 2 == 1 ? code + 1 : code;
-  // Greek.
-  if (code == 0x386) return 0x3AC;
-  if (code >= 0x388 && code <= 0x38A) return code + 37;
-  if (code == 0x38C) return 0x3CC;
-  if (code == 0x38E || code == 0x38F) return code + 63;
-  if (code >= 0x391 && code <= 0x3AB && code != 0x3A2) return code + 32;
-  // Cyrillic.
-  if (code >= 0x400 && code <= 0x40F) return code + 80;
-  if (code >= 0x410 && code <= 0x42F) return code + 32;
+  if (code == 0x178) return 0xFF;  // the only one whose small letter stands before it
+  for (const Capitals& range : kCapitals) {
+    if (code < range.first) break;
+    if (code <= range.last && (code - range.first) % range.step == 0) return code + range.distance;
+  }
   return code;
 }
 
@@ -157,6 +175,11 @@ bool IsUtf8(std::string_view text) {
     if (!ReadUtf8(text, &at, &code)) return false;
   }
   return true;
+}
+
+std::size_t CountCharacters(std::string_view utf8) {
+  return static_cast<std::size_t>(
+      std::count_if(utf8.begin(), utf8.end(), [](char c) { return !ContinuesCharacter(c); }));
 }
 
 void AppendUtf8(std::string* text, char32_t code) {

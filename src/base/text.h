@@ -1,6 +1,10 @@
 // Small text operations that the whole program shares. Text is UTF-8.
+//
+// This room, base/, is what everything else may use: text, paths, dates, and an error on its way.
+// It stands on the standard library alone. Start reading here.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +30,12 @@ std::string Utf8ToUtf16Bytes(std::string_view utf8);
 std::string Utf16BytesToUtf8(std::string_view bytes);
 // True if the text is well-formed UTF-8.
 bool IsUtf8(std::string_view text);
+// How many characters a UTF-8 text has.
+std::size_t CountCharacters(std::string_view utf8);
+// True for a byte inside a UTF-8 character, behind its first one.
+inline bool ContinuesCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
 // Appends one code point.
 void AppendUtf8(std::string* text, char32_t code);
 

@@ -1,4 +1,9 @@
 // Everything that the program asks of a computer, in one bundle. A binding makes one.
+//
+// This room is the seam: an interface for each role of a computer, and what is said once above
+// those (registry, registry_text, registry_editor, file_toolkit, workers, ftp_conversation). It may
+// use base/ and platform/ui/, and knows no product and no page. The two bindings are platform/host/
+// and platform/windows/. Start reading here, then at the role that you need.
 #pragma once
 
 #include "platform/disc_writer.h"
@@ -10,6 +15,7 @@
 #include "platform/shell.h"
 #include "platform/system_info.h"
 #include "platform/task_scheduler.h"
+#include "platform/threads.h"
 
 namespace quorvale {
 
@@ -27,6 +33,7 @@ struct Platform {
   FtpClient& ftp;
   DiscWriter& discs;
   TaskScheduler& scheduler;
+  Threads& threads;
   ui::Ui& ui;
 };
 

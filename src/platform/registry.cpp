@@ -15,10 +15,6 @@ constexpr std::size_t kListedValueBytes = 4096;
 constexpr std::size_t kListedNameBytes = 260;  // with the terminating NUL
 constexpr std::size_t kMostListedValues = 1000000;
 
-bool IsTextType(std::uint32_t value_type) {
-  return value_type == type::kString || value_type == type::kExpandString;
-}
-
 // The bytes as the reader of small flags takes them: from the last to the first, each as
 // hexadecimal digits without padding, and the number that these spell.
 std::string SmallFlagText(const std::string& bytes) {
@@ -67,7 +63,7 @@ std::string Registry::RegGetValue(RegistryRoot root, const std::string& subkey,
   if (store_.QueryValue(root, subkey, name, &value) != registry_status::kOk) return "";
   if (value.data.size() > kValueBytes) return "";
   const std::string data = value.data.ends_with('\0') ? WithoutLast(value.data) : value.data;
-  if (IsTextType(value.type)) return system_.FromAnsi(data);
+  if (type::IsText(value.type)) return system_.FromAnsi(data);
   if (value.type == type::kBinary) return data;
   return value.type == type::kDword ? SmallFlagText(data) : "";
 }
@@ -104,7 +100,7 @@ bool Registry::RegSetValue(RegistryRoot root, const std::string& subkey, const s
   std::string data = text;
   if (old.type == type::kDword) {
     data = NumberBytes(text, old.data.size());
-  } else if (IsTextType(old.type) || old.type == type::kMultiString) {
+  } else if (type::HoldsText(old.type)) {
     data = system_.ToAnsi(text);
   }
   return store_.SetValue(root, subkey, name, old.type, data) == registry_status::kOk;

@@ -19,6 +19,11 @@ inline constexpr std::uint32_t kExpandString = 2;
 inline constexpr std::uint32_t kBinary = 3;
 inline constexpr std::uint32_t kDword = 4;
 inline constexpr std::uint32_t kMultiString = 7;
+
+// True for a value that is one text.
+inline bool IsText(std::uint32_t type) { return type == kString || type == kExpandString; }
+// True for a value of text, one or several.
+inline bool HoldsText(std::uint32_t type) { return IsText(type) || type == kMultiString; }
 }  // namespace registry_type
 
 // Result codes, with the system's own numbers.

@@ -17,11 +17,6 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 // The longest line of a list of bytes, with its final "\".
 constexpr std::size_t kHexLineLength = 80;
 
-bool IsTextType(std::uint32_t type) {
-  return type == registry_type::kString || type == registry_type::kExpandString ||
-         type == registry_type::kMultiString;
-}
-
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
 std::string_view WithoutEndBlanks(std::string_view text) {
@@ -325,7 +320,7 @@ bool Reader::ReadHex(std::string_view text, RegistryStatement* statement) {
     }
   }
   if (!sound) return false;
-  statement->data = data_is_ansi_ && IsTextType(statement->type)
+  statement->data = data_is_ansi_ && registry_type::HoldsText(statement->type)
                         ? Utf8ToUtf16Bytes(from_ansi_(bytes))
                         : std::move(bytes);
   return true;
@@ -412,7 +407,7 @@ void AppendValue(std::string* text, const RegistryStatement& value, bool data_is
     *text += "dword:" + std::string(8 - digits.size(), '0') + digits;
   } else {
     *text += value.type == registry_type::kBinary ? "hex:" : "hex(" + HexNumber(value.type) + "):";
-    const bool converts = data_is_ansi && IsTextType(value.type);
+    const bool converts = data_is_ansi && registry_type::HoldsText(value.type);
     AppendHex(text, line_start, converts ? to_ansi(Utf16BytesToUtf8(value.data)) : value.data);
   }
   *text += "\r\n";

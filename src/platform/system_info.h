@@ -1,9 +1,11 @@
-// Facts of the computer and the running program, its clock, and its code page.
+// Facts of the computer and the running program, its clock, its randomness, and its code page.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
+#include "base/local_time.h"
 #include "platform/files.h"
 
 namespace quorvale {
@@ -14,17 +16,6 @@ struct SystemVersion {
   int major = 0;
   int minor = 0;
   bool known = true;  // false: the call failed
-};
-
-// A moment by the computer's own clock and time zone.
-struct LocalTime {
-  int year = 1601;
-  int month = 1;
-  int day = 1;
-  int hour = 0;
-  int minute = 0;
-  int second = 0;
-  int weekday = 1;  // 1 is Sunday
 };
 
 class SystemInfo {
@@ -51,6 +42,8 @@ class SystemInfo {
   // Milliseconds since some fixed moment; never goes back.
   virtual std::uint64_t Ticks() = 0;
   virtual void Sleep(int milliseconds) = 0;
+  // So many bytes that nobody foresees, fit for salts and keys. Empty if the system fails.
+  virtual std::string RandomBytes(std::size_t count) = 0;
 
   // Text by the user's regional settings: the long time ("10:05:09 PM"), the full weekday name.
   virtual std::string TimeText(const LocalTime& time) = 0;

@@ -11,9 +11,8 @@ namespace {
 constexpr int kDaysOfWeek = 7;
 
 std::string TimeOfDay(const LocalTime& time) {
-  const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
   char text[32];
-  std::snprintf(text, sizeof(text), "%d:%02d %s", hour, time.minute, time.hour < 12 ? "AM" : "PM");
+  std::snprintf(text, sizeof(text), "%d:%02d %s", HourOfHalfDay(time), time.minute, HalfDay(time));
   return text;
 }
 

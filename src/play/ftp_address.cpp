@@ -1,81 +1,85 @@
 #include "play/ftp_address.h"
 
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <memory>
+
 #include "base/text.h"
 
 namespace quorvale {
 namespace {
 
-constexpr char kScheme[] = "ftp://";
-constexpr size_t kLongestPort = 5;  // digits
+constexpr std::string_view kScheme = "ftp://";
 
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
+struct CleanUp {
+  void operator()(CURLU* url) const { curl_url_cleanup(url); }
+};
+using Url = std::unique_ptr<CURLU, CleanUp>;
+
+// A "%" without two hexadecimal digits behind it, which the library would leave as it is.
+bool HasLonePercent(std::string_view text) {
+  for (size_t at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 1)) {
+    const std::string_view digits = text.substr(at + 1, 2);
+    if (digits.size() < 2 || digits.find_first_not_of("0123456789abcdefABCDEF") < 2) return true;
+  }
+  return false;
 }
 
-// False if a "%" does not stand before two digits, or for a sign that no text box takes.
-bool Decode(const std::string& text, std::string* decoded) {
-  decoded->clear();
+// The address as the library reads it: to FTP "?" and "#" mean nothing, and a password may hold an
+// "@" as it is.
+std::string Escaped(const std::string& text, size_t end_of_server) {
+  const size_t last_at = text.rfind('@', end_of_server);
+  std::string escaped;
   for (size_t i = 0; i < text.size(); ++i) {
-    char c = text[i];
-    if (c == '%') {
-      if (i + 2 >= text.size()) return false;
-      const int high = HexDigit(text[i + 1]);
-      const int low = HexDigit(text[i + 2]);
-      if (high < 0 || low < 0) return false;
-      c = static_cast<char>(high * 16 + low);
-      i += 2;
+    if (text[i] == '?') {
+      escaped += "%3F";
+    } else if (text[i] == '#') {
+      escaped += "%23";
+    } else if (text[i] == '@' && i < last_at && last_at != std::string::npos) {
+      escaped += "%40";
+    } else {
+      escaped += text[i];
     }
-    if (static_cast<unsigned char>(c) < ' ') return false;
-    *decoded += c;
   }
-  return true;
+  return escaped;
 }
 
-bool ReadPort(const std::string& text, std::string* port) {
-  if (text.empty() || text.size() > kLongestPort) return false;
-  if (text.find_first_not_of("0123456789") != std::string::npos) return false;
-  *port = text;
-  return true;
-}
-
-// "host", "host:port" or "[1::2]:port".
-bool ReadServer(const std::string& text, FtpAddress* address) {
-  const size_t bracket = text.starts_with("[") ? text.find(']') : 0;
-  if (bracket == std::string::npos) return false;
-  const size_t colon = text.find(':', bracket);
-  if (colon != std::string::npos && !ReadPort(text.substr(colon + 1), &address->port)) {
-    return false;
-  }
-  return Decode(text.substr(0, colon), &address->host) && !Trim(address->host).empty();
-}
-
-bool ReadPerson(const std::string& text, FtpAddress* address) {
-  const size_t colon = text.find(':');
-  if (colon != std::string::npos && !Decode(text.substr(colon + 1), &address->password)) {
-    return false;
-  }
-  return Decode(text.substr(0, colon), &address->user) && !address->user.empty();
+// False if the part holds a sign that no text box takes. A part that is missing stays as it is.
+bool Take(CURLU* url, CURLUPart part, std::string* value) {
+  char* text = nullptr;
+  const CURLUcode code = curl_url_get(url, part, &text, CURLU_URLDECODE);
+  if (code == CURLUE_NO_USER || code == CURLUE_NO_PASSWORD || code == CURLUE_NO_PORT) return true;
+  if (code != CURLUE_OK) return false;
+  const std::unique_ptr<char, decltype(&curl_free)> owner(text, &curl_free);
+  *value = text;
+  return std::none_of(value->begin(), value->end(),
+                      [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
 }  // namespace
 
 std::optional<FtpAddress> ReadFtpAddress(const std::string& text) {
-  if (!EqualsNoCase(text.substr(0, 6), kScheme)) return std::nullopt;
-  FtpAddress address;
-  const std::string rest = text.substr(6);
-  const size_t slash = rest.find('/');
-  std::string server = rest.substr(0, slash);
-  // A password may hold an "@" as it is.
-  if (const size_t at = server.rfind('@'); at != std::string::npos) {
-    if (!ReadPerson(server.substr(0, at), &address)) return std::nullopt;
-    server.erase(0, at + 1);
+  if (!EqualsNoCase(text.substr(0, kScheme.size()), kScheme) || HasLonePercent(text)) {
+    return std::nullopt;
   }
-  if (!ReadServer(server, &address)) return std::nullopt;
-  if (slash == std::string::npos) return address;
-  if (!Decode(rest.substr(slash), &address.folder)) return std::nullopt;
+  const size_t end_of_server = std::min(text.find('/', kScheme.size()), text.size());
+  if (end_of_server == kScheme.size() || text[end_of_server - 1] == ':') return std::nullopt;
+  const Url url(curl_url());
+  if (url == nullptr || curl_url_set(url.get(), CURLUPART_URL, Escaped(text, end_of_server).c_str(),
+                                     CURLU_ALLOW_SPACE | CURLU_PATH_AS_IS) != CURLUE_OK) {
+    return std::nullopt;
+  }
+  FtpAddress address;
+  if (!Take(url.get(), CURLUPART_HOST, &address.host) ||
+      !Take(url.get(), CURLUPART_PORT, &address.port) ||
+      !Take(url.get(), CURLUPART_USER, &address.user) ||
+      !Take(url.get(), CURLUPART_PASSWORD, &address.password) ||
+      !Take(url.get(), CURLUPART_PATH, &address.folder)) {
+    return std::nullopt;
+  }
+  const bool names_nobody = text.find('@') < end_of_server && address.user.empty();
+  if (names_nobody || Trim(address.host).empty()) return std::nullopt;
   return address;
 }
 

@@ -210,7 +210,7 @@ std::string ScenarioFiles::ExpectFiles(const ScenarioAct& act) {
 }
 
 std::string ScenarioFiles::ExpectEntry(const ScenarioAct& act) {
-  zip::Archive archive(platform_.files, platform_.system);
+  zip::Archive archive(platform_);
   archive.archive_name = act.path;
   std::vector<zip::Entry> entries;
   if (archive.List(&entries) != zip::Result::kDone) return act.path + " is no archive";

@@ -13,6 +13,7 @@
 #include "archive/fixed_system.h"
 #include "archive/memory_files.h"
 #include "archive/test_data.h"
+#include "support/system_threads.h"
 
 namespace quorvale::zip_test {
 
@@ -25,7 +26,7 @@ inline constexpr FileTime kModified = 128'000'000'123'456'789;
 
 class ArchiveFixture : public testing::Test {
  protected:
-  ArchiveFixture() : archive(files, system) {
+  ArchiveFixture() : archive(files, system, system_threads) {
     files.PutFolder("C:\\Out");
     archive.archive_name = "C:\\Out\\a.obk";
     archive.unzip_folder = "C:\\Back";
@@ -104,6 +105,7 @@ class ArchiveFixture : public testing::Test {
 
   MemoryFiles files;
   FixedSystem system;
+  SystemThreads system_threads;
   Archive archive;
   std::vector<std::string> warnings;
   std::vector<std::string> reasons;

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <string>
 
+#include "archive/test_data.h"
+#include "base/dates.h"
 #include "base/text.h"
 #include "platform/system_info.h"
 
@@ -25,26 +27,7 @@ class FixedSystem : public SystemInfo {
   LocalTime Now() override { return ToLocal(128'000'000'000'000'000); }
 
   LocalTime ToLocal(FileTime time) override {
-    const std::int64_t seconds = time / 10'000'000 + hours_east * 3600;
-    std::int64_t days = seconds / 86400;
-    const std::int64_t rest = seconds % 86400;
-    LocalTime local;
-    local.hour = static_cast<int>(rest / 3600);
-    local.minute = static_cast<int>(rest / 60 % 60);
-    local.second = static_cast<int>(rest % 60);
-    local.weekday = static_cast<int>((days + 1) % 7) + 1;
-    local.year = 1601;
-    const auto leap = [](int y) { return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0; };
-    while (days >= (leap(local.year) ? 366 : 365)) days -= leap(local.year++) ? 366 : 365;
-    const int lengths[] = {31, leap(local.year) ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    local.month = 1;
-    for (const int length : lengths) {
-      if (days < length) break;
-      days -= length;
-      ++local.month;
-    }
-    local.day = static_cast<int>(days) + 1;
-    return local;
+    return MomentOfSecond(SecondNumber(LocalTime()) + time / 10'000'000 + hours_east * 3600);
   }
 
   std::uint64_t Ticks() override {
@@ -53,6 +36,12 @@ class FixedSystem : public SystemInfo {
                                           .count());
   }
   void Sleep(int) override {}
+  // Other bytes with each call.
+  std::string RandomBytes(std::size_t count) override {
+    std::string bytes(count, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(random_.Next());
+    return bytes;
+  }
   std::string TimeText(const LocalTime&) override { return ""; }
   std::string WeekdayName(int) override { return ""; }
 
@@ -69,6 +58,9 @@ class FixedSystem : public SystemInfo {
     for (const char c : bytes) AppendUtf8(&utf8, static_cast<unsigned char>(c));
     return utf8;
   }
+
+ private:
+  Random random_{2006};
 };
 
 }  // namespace quorvale::zip_test

@@ -18,6 +18,7 @@
 #include "platform/host/files.h"
 #include "platform/host/machine_folder.h"
 #include "platform/host/system_info.h"
+#include "platform/host/threads.h"
 
 namespace quorvale::zip_test {
 
@@ -35,7 +36,7 @@ class HostFolderTest : public testing::Test {
       : files(machine),
         code_page(host::CodePage::Open(1252)),
         system(machine, *code_page),
-        archive(files, system) {
+        archive(files, system, threads) {
     std::string name = (std::filesystem::temp_directory_path() / "quorvale_zip_XXXXXX").string();
     folder = mkdtemp(name.data()) == nullptr ? "" : name;
     archive.archive_name = Machine("a.obk");
@@ -115,6 +116,7 @@ class HostFolderTest : public testing::Test {
   host::HostFiles files;
   std::unique_ptr<host::CodePage> code_page;
   host::HostSystemInfo system;
+  host::HostThreads threads;
   Archive archive;
 };
 

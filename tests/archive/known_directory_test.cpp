@@ -32,7 +32,7 @@ TEST_F(KnownDirectoryTest, ASecondOperationReadsLessThanTheFirst) {
 TEST_F(KnownDirectoryTest, AReplacedArchiveIsReadAgain) {
   ASSERT_EQ(ZipNames({"Job\\old"}), Result::kDone);
   ASSERT_EQ(UnzipOne("Job\\old"), Result::kDone);
-  Archive other(files, system);
+  Archive other(files, system, system_threads);
   files.Put("C:\\new source", "something new", 32, kModified);
   other.archive_name = archive.archive_name;
   other.files_to_process = {"C:\\new source"};

@@ -98,7 +98,7 @@ bool BackupRun::ArchiveExists(const std::string& stem) {
 }
 
 std::vector<std::string> BackupRun::Entries(const std::string& stem) {
-  zip::Archive archive(machine_.files(), machine_.platform().system);
+  zip::Archive archive(machine_.platform());
   archive.archive_name = ArchivePath(stem);
   std::vector<zip::Entry> entries;
   EXPECT_EQ(archive.List(&entries), zip::Result::kDone) << archive.archive_name;
@@ -115,7 +115,7 @@ bool BackupRun::HasEntry(const std::string& name, const std::string& stem) {
 
 std::string BackupRun::Content(const std::string& entry, const std::string& stem,
                                const std::string& password) {
-  zip::Archive archive(machine_.files(), machine_.platform().system);
+  zip::Archive archive(machine_.platform());
   archive.archive_name = ArchivePath(stem);
   archive.files_to_process = {entry};
   archive.password = password;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace quorvale {
 namespace {
 
@@ -32,6 +34,45 @@ TEST(Dates, LeapDaysAreWhereTheCalendarHasThem) {
   EXPECT_EQ(DayNumber(1900, 3, 1) - DayNumber(1900, 2, 28), 1);
   EXPECT_EQ(DayNumber(2024, 3, 1) - DayNumber(2024, 2, 28), 2);
   EXPECT_EQ(DayNumber(2026, 3, 1) - DayNumber(2026, 2, 28), 1);
+}
+
+TEST(Dates, OnlyDaysOfTheCalendarAreDates) {
+  EXPECT_TRUE(IsDate(2024, 2, 29));
+  EXPECT_TRUE(IsDate(2000, 2, 29));
+  EXPECT_FALSE(IsDate(1900, 2, 29));
+  EXPECT_FALSE(IsDate(2026, 4, 31));
+  EXPECT_FALSE(IsDate(2026, 13, 1));
+  EXPECT_FALSE(IsDate(2026, 0, 1));
+  EXPECT_FALSE(IsDate(2026, 1, 0));
+  EXPECT_FALSE(IsDate(2026, 257, 257));
+}
+
+TEST(Dates, AMomentComesBackFromItsSeconds) {
+  const std::int64_t second = SecondNumber({2026, 11, 14, 22, 5, 59, 1});
+  EXPECT_EQ(second, 1794693959);
+  const LocalTime moment = MomentOfSecond(second);
+  EXPECT_EQ(moment.hour, 22);
+  EXPECT_EQ(moment.minute, 5);
+  EXPECT_EQ(moment.second, 59);
+  EXPECT_EQ(moment.weekday, 7);
+  const LocalTime before = MomentOfSecond(-1);
+  EXPECT_EQ(before.year, 1969);
+  EXPECT_EQ(before.day, 31);
+  EXPECT_EQ(before.hour, 23);
+  EXPECT_EQ(before.second, 59);
+}
+
+TEST(Dates, TheTwelveHourClockStrikesTwelveTwice) {
+  const auto text = [](int hour) {
+    LocalTime time;
+    time.hour = hour;
+    return std::to_string(HourOfHalfDay(time)) + HalfDay(time);
+  };
+  EXPECT_EQ(text(0), "12AM");
+  EXPECT_EQ(text(11), "11AM");
+  EXPECT_EQ(text(12), "12PM");
+  EXPECT_EQ(text(13), "1PM");
+  EXPECT_EQ(text(23), "11PM");
 }
 
 TEST(Dates, MinutesCountWholeOnesOnly) {

@@ -49,6 +49,17 @@ TEST(Text, LoneSurrogatesAndBadBytesBecomeTheReplacementCharacter) {
   EXPECT_EQ(Utf16BytesToUtf8("A"), "") << "half a unit is no character";
 }
 
+TEST(Text, FoldCaseFoldsEveryPairOfLatinExtendedA) {
+  EXPECT_EQ(FoldCase("ĀĮĲĶĹŇŊŶŸŹŽ"), "āįĳķĺňŋŷÿźž");
+  EXPECT_EQ(FoldCase("āįĳķĺňŋŷÿźž"), "āįĳķĺňŋŷÿźž");
+  EXPECT_EQ(FoldCase("İıĸŉſ"), "İıĸŉſ") << "these have no pair";
+}
+
+TEST(Text, CountCharactersCountsEachOnce) {
+  EXPECT_EQ(CountCharacters(""), 0u);
+  EXPECT_EQ(CountCharacters("aä漢😀"), 4u);
+}
+
 TEST(Text, IsUtf8RefusesOverlongAndCutSequences) {
   EXPECT_TRUE(IsUtf8("ä漢😀"));
   EXPECT_FALSE(IsUtf8("\xC0\x80"));

@@ -131,6 +131,7 @@ class FuzzSystem : public SystemInfo {
   LocalTime ToLocal(FileTime) override { return {2006, 1, 2, 3, 4, 5, 2}; }
   std::uint64_t Ticks() override { return 0; }
   void Sleep(int) override {}
+  std::string RandomBytes(std::size_t count) override { return std::string(count, 'r'); }
   std::string TimeText(const LocalTime&) override { return ""; }
   std::string WeekdayName(int) override { return ""; }
   std::string ToAnsi(const std::string& utf8) override { return utf8; }
@@ -153,7 +154,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   FuzzFiles files(std::string(reinterpret_cast<const char*>(data + 1), size - 1));
   FuzzSystem system;
-  zip::Archive archive(files, system);
+  host::HostThreads threads;
+  zip::Archive archive(files, system, threads);
   archive.archive_name = kArchive;
   archive.unzip_folder = kTarget;
   if ((data[0] & 1) != 0) archive.password = "right";

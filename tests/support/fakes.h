@@ -33,6 +33,7 @@ class FakeSystem : public SystemInfo {
   LocalTime ToLocal(FileTime) override { return {}; }
   std::uint64_t Ticks() override { return ticks; }
   void Sleep(int milliseconds) override { ticks += static_cast<std::uint64_t>(milliseconds); }
+  std::string RandomBytes(std::size_t count) override { return std::string(count, 'r'); }
   std::string TimeText(const LocalTime&) override { return ""; }
   std::string WeekdayName(int) override { return ""; }
   std::string ToAnsi(const std::string& utf8) override {

@@ -100,7 +100,7 @@ class Demo {
   }
 
   bool List() {
-    zip::Archive archive(source_->platform().files, source_->platform().system);
+    zip::Archive archive(source_->platform());
     archive.archive_name = ComputerPath(archive_);
     std::vector<zip::Entry> entries;
     if (archive.List(&entries) != zip::Result::kDone) return Fail(archive_ + " cannot be listed.");

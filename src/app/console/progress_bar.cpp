@@ -48,7 +48,7 @@ bool IsShown(const ui::Form& form, const char* name) {
 std::string Cut(const std::string& text, int columns) {
   std::string cut;
   for (const char byte : text) {
-    const bool starts = (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+    const bool starts = !ContinuesCharacter(byte);
     if (starts && columns-- == 0) break;
     cut += static_cast<unsigned char>(byte) < ' ' ? ' ' : byte;
   }

@@ -6,9 +6,7 @@
 namespace quorvale {
 
 BackupFile::BackupFile(Program& program, std::string path, std::string password)
-    : path_(std::move(path)),
-      password_(std::move(password)),
-      archive_(program.platform().files, program.platform().system) {}
+    : path_(std::move(path)), password_(std::move(password)), archive_(program.platform()) {}
 
 void BackupFile::SetUp() {
   archive_.ResetDefaults();

@@ -46,7 +46,7 @@ std::string AllOf(const std::string& folder) { return WithBackslash(folder) + "*
 }  // namespace
 
 frmFinish::frmFinish(Application& app)
-    : ui::Form(app.ui(), kName), archive(app.platform().files, app.platform().system), app_(app) {
+    : ui::Form(app.ui(), kName), archive(app.platform()), app_(app) {
   LayOut();
   WireEvents();
   ResetRunPage();

@@ -45,12 +45,6 @@ constexpr RowStart kRowStarts[] = {
     {"Other Files", 13}, {"Add Other Folders", 19}, {"Add More Files", 16}, {"Add Folders", 19}};
 constexpr size_t kRootCharacters = 17;
 
-size_t CharacterCount(const std::string& utf8) {
-  return static_cast<size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
-}
-
 std::string RowText(const std::string& path) {
   const std::string start = path.substr(0, kRootCharacters);
   for (const RowStart& row : kRowStarts) {
@@ -145,7 +139,7 @@ std::string frmfour::ReviewText() {
         "   Use Compression: " + session.gUseCompression,
         "   Compression Type: " + session.gCompressionLevel,
         "   Protect Archive with Password: " + session.gProtectWithPassword,
-        "   Password: " + std::string(CharacterCount(session.gArchivePassword), '*'),
+        "   Password: " + std::string(CountCharacters(session.gArchivePassword), '*'),
         "   Backup Settings file:" + session.gBackupFileName}) {
     lines.push_back(line);
   }
@@ -163,7 +157,7 @@ void frmfour::FillGrid() {
     if (Contains(path, "\\")) {
       const ui::Color tint = IsAdded(path) ? kAddedRow : odd ? kOddRow : kEvenRow;
       Ms.AddRow({{"", RowText(path)}, tint, false});
-      longest = std::max(longest, CharacterCount(path));
+      longest = std::max(longest, CountCharacters(path));
     } else {
       Ms.AddRow(HeadRow(path));
     }

@@ -26,16 +26,6 @@ std::string OldName(int minor) {
   return "Windows 9?";
 }
 
-// Characters of a UTF-8 text.
-size_t CountCharacters(const std::string& text) {
-  size_t count = 0;
-  for (char c : text) {
-    const bool continues = (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-    if (!continues) ++count;
-  }
-  return count;
-}
-
 bool IsTaken(Program& program, const std::string& candidate) {
   FileToolkit& files = program.files();
   return files.FolderExists(candidate) || files.FileExists(candidate) ||

@@ -64,7 +64,7 @@ bool HasThreeLetterExtension(const std::string& text) {
   for (int characters = 0; characters < 4; ++characters) {
     if (at == 0) return false;
     --at;
-    while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80) --at;
+    while (at > 0 && ContinuesCharacter(text[at])) --at;
   }
   return text[at] == '.';
 }

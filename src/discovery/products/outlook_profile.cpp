@@ -10,10 +10,6 @@ namespace {
 
 constexpr size_t kSectionIdSize = 16;
 
-bool IsTextType(std::uint32_t type) {
-  return type == registry_type::kString || type == registry_type::kExpandString;
-}
-
 }  // namespace
 
 std::string ProfilesRoot(const std::string& os_name) {
@@ -60,7 +56,9 @@ std::string ReadProfileText(Program& program, const std::string& key, const std:
   const std::optional<RegistryValue> value = ReadProfileValue(program, key, name);
   if (!value) return "";
   // A registry string is 8-bit text whatever its name says: the store hands it out in that form.
-  if (name.starts_with("001f") && !IsTextType(value->type)) return DecodeProfileText16(value->data);
+  if (name.starts_with("001f") && !registry_type::IsText(value->type)) {
+    return DecodeProfileText16(value->data);
+  }
   return DecodeProfileText8(program, value->data);
 }
 

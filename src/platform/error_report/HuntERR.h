@@ -8,6 +8,16 @@
 //     errors.ErrorIn("Copier.Run(from, to)", {from, to});  // raises the report to the caller
 //   }
 //
+// It is for errors that nothing else has caught: core/program/unexpected_error.h, which the two
+// entry points use, is its only user. Of the parts that the design gives it, nothing in the program
+// uses the flags for transactions and for the web request (kSetAbort, kDisableCommit, kWebInfo),
+// Check, and the objects that a handler may leave in ErrDbObject and ErrHeldObjects; only the tests
+// reach those.
+//
+// This room is this class. It stands on the error itself (base/run_time_error.h, which the seam
+// uses too), on late-bound objects (platform/late_bound.h, which the Windows binding makes real)
+// and on the system's facts, and knows no form and no product. Start reading at ErrorIn.
+//
 // There is one error at a time: between the catch and ErrorIn nothing may pump messages. The
 // database is known by late-bound objects alone.
 #pragma once

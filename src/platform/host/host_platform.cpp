@@ -31,8 +31,8 @@ HostPlatform::HostPlatform(const MachineFolder& machine, std::unique_ptr<CodePag
       scheduler_(machine.path, system_) {}
 
 Platform HostPlatform::Bundle(ui::Ui& ui) {
-  return Platform{registry_, files_, shell_, system_,    processes_,
-                  services_, ftp_,   discs_, scheduler_, ui};
+  return Platform{registry_, files_, shell_,     system_,  processes_, services_,
+                  ftp_,      discs_, scheduler_, threads_, ui};
 }
 
 bool HostPlatform::Flush(std::string* error) {

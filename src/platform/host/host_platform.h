@@ -15,6 +15,7 @@
 #include "platform/host/shell.h"
 #include "platform/host/system_info.h"
 #include "platform/host/task_scheduler.h"
+#include "platform/host/threads.h"
 #include "platform/platform.h"
 
 namespace quorvale::host {
@@ -44,6 +45,7 @@ class HostPlatform {
   HostFtpClient& ftp() { return ftp_; }
   HostDiscWriter& discs() { return discs_; }
   HostTaskScheduler& scheduler() { return scheduler_; }
+  HostThreads& threads() { return threads_; }
 
  private:
   HostPlatform(const MachineFolder& machine, std::unique_ptr<CodePage> code_page);
@@ -58,6 +60,7 @@ class HostPlatform {
   HostFtpClient ftp_;
   HostDiscWriter discs_;
   HostTaskScheduler scheduler_;
+  HostThreads threads_;
 };
 
 }  // namespace quorvale::host

@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "base/dates.h"
 #include "base/text.h"
 #include "platform/host/host_file.h"
 #include "platform/host/ini_text.h"
@@ -233,13 +234,6 @@ bool Reader::ReadDisc(const std::string& name, const std::string& value) {
   return Fail("[disc] has no \"" + name + "\"");
 }
 
-bool IsLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
-
-int DaysOfMonth(int year, int month) {
-  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  return month == 2 && IsLeapYear(year) ? 29 : kDays[month - 1];
-}
-
 }  // namespace
 
 std::string MachineError::Text() const {
@@ -293,20 +287,11 @@ std::optional<LocalTime> ParseLocalTime(const std::string& text) {
   time.hour = number(11, 2);
   time.minute = number(14, 2);
   time.second = number(17, 2);
-  if (time.year < 1601 || time.month < 1 || time.month > 12 || time.day < 1 ||
-      time.day > DaysOfMonth(time.year, time.month) || time.hour > 23 || time.minute > 59 ||
-      time.second > 59) {
+  if (time.year < 1601 || !IsDate(time.year, time.month, time.day) || time.hour > 23 ||
+      time.minute > 59 || time.second > 59) {
     return std::nullopt;
   }
-  time.weekday = WeekdayOf(time.year, time.month, time.day);
-  return time;
-}
-
-int WeekdayOf(int year, int month, int day) {
-  // Sakamoto's method.
-  static const int kShift[] = {0, 3, 2, 5, 0, 3, 5, 1, 4, 6, 2, 4};
-  if (month < 3) --year;
-  return (year + year / 4 - year / 100 + year / 400 + kShift[month - 1] + day) % 7 + 1;
+  return MomentOfSecond(SecondNumber(time));
 }
 
 }  // namespace quorvale::host

@@ -75,7 +75,4 @@ bool IsDiscWriter(const std::string& text);
 // "2026-11-14 22:05:09" to a moment with its weekday. Nothing if it is not one.
 std::optional<LocalTime> ParseLocalTime(const std::string& text);
 
-// The weekday of a date, 1 is Sunday.
-int WeekdayOf(int year, int month, int day);
-
 }  // namespace quorvale::host

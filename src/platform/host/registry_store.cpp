@@ -20,11 +20,6 @@ constexpr RegistryRoot kAllRoots[] = {RegistryRoot::kClassesRoot, RegistryRoot::
 
 std::size_t IndexOf(RegistryRoot root) { return static_cast<std::size_t>(root); }
 
-bool IsTextType(std::uint32_t type) {
-  return type == registry_type::kString || type == registry_type::kExpandString ||
-         type == registry_type::kMultiString;
-}
-
 // The parts of a key path; leading, trailing and doubled "\" do not count.
 std::vector<std::string> KeyParts(const std::string& subkey) {
   std::vector<std::string> parts;
@@ -197,11 +192,11 @@ HostRegistryStore::Key* HostRegistryStore::Make(RegistryRoot root, const std::st
 }
 
 std::string HostRegistryStore::ToAnsiData(std::uint32_t type, const std::string& data) const {
-  return IsTextType(type) ? code_page_.FromUtf8(Utf16BytesToUtf8(data)) : data;
+  return registry_type::HoldsText(type) ? code_page_.FromUtf8(Utf16BytesToUtf8(data)) : data;
 }
 
 std::string HostRegistryStore::ToUnicodeData(std::uint32_t type, const std::string& data) const {
-  if (!IsTextType(type)) return data;
+  if (!registry_type::HoldsText(type)) return data;
   std::string unicode = Utf8ToUtf16Bytes(code_page_.ToUtf8(data));
   // The system adds the NUL that a caller forgot to count.
   if (!data.empty() && data.back() != '\0') unicode.append(2, '\0');

@@ -1,11 +1,14 @@
 #include "platform/host/system_info.h"
 
+#include <sys/random.h>
 #include <time.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <system_error>
 #include <thread>
 
+#include "base/dates.h"
 #include "base/text.h"
 #include "platform/host/files.h"
 
@@ -42,33 +45,11 @@ constexpr LocaleItem kLocaleItems[] = {
     {0x1003, "h:mm:ss tt"},
 };
 
-LocalTime FromTm(const struct tm& time) {
-  LocalTime local;
-  local.year = time.tm_year + 1900;
-  local.month = time.tm_mon + 1;
-  local.day = time.tm_mday;
-  local.hour = time.tm_hour;
-  local.minute = time.tm_min;
-  local.second = time.tm_sec;
-  local.weekday = time.tm_wday + 1;
-  return local;
-}
-
+// By the host's time zone.
 LocalTime LocalTimeOf(time_t seconds) {
-  struct tm broken {};
-  localtime_r(&seconds, &broken);
-  return FromTm(broken);
-}
-
-std::int64_t MillisecondsOf(const LocalTime& time) {
-  struct tm broken {};
-  broken.tm_year = time.year - 1900;
-  broken.tm_mon = time.month - 1;
-  broken.tm_mday = time.day;
-  broken.tm_hour = time.hour;
-  broken.tm_min = time.minute;
-  broken.tm_sec = time.second;
-  return static_cast<std::int64_t>(timegm(&broken)) * 1000;
+  struct tm local {};
+  localtime_r(&seconds, &local);
+  return MomentOfSecond(seconds + local.tm_gmtoff);
 }
 
 }  // namespace
@@ -95,15 +76,12 @@ bool HostSystemInfo::HoldInstanceMutex(const std::string&) { return !other_copy_
 
 void HostSystemInfo::SetNow(std::optional<LocalTime> now) {
   now_.reset();
-  if (now) now_ = MillisecondsOf(*now);
+  if (now) now_ = SecondNumber(*now) * 1000;
 }
 
 LocalTime HostSystemInfo::Now() {
   if (!now_) return LocalTimeOf(time(nullptr));
-  const auto seconds = static_cast<time_t>(*now_ / 1000);
-  struct tm broken {};
-  gmtime_r(&seconds, &broken);
-  return FromTm(broken);
+  return MomentOfSecond(*now_ / 1000);
 }
 
 LocalTime HostSystemInfo::ToLocal(FileTime time) { return LocalTimeOf(FromFileTime(time).tv_sec); }
@@ -112,6 +90,16 @@ std::uint64_t HostSystemInfo::Ticks() {
   const auto elapsed = std::chrono::steady_clock::now() - start_;
   const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count();
   return static_cast<std::uint64_t>(milliseconds) + slept_;
+}
+
+std::string HostSystemInfo::RandomBytes(std::size_t count) {
+  std::string bytes(count, '\0');
+  for (std::size_t at = 0; at < count;) {
+    const ssize_t got = getrandom(bytes.data() + at, count - at, 0);
+    if (got < 0 && errno != EINTR) return "";
+    if (got > 0) at += static_cast<std::size_t>(got);
+  }
+  return bytes;
 }
 
 void HostSystemInfo::Sleep(int milliseconds) {
@@ -125,10 +113,9 @@ void HostSystemInfo::Sleep(int milliseconds) {
 }
 
 std::string HostSystemInfo::TimeText(const LocalTime& time) {
-  const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
   char text[64];
-  std::snprintf(text, sizeof(text), "%d:%02d:%02d %s", hour, time.minute, time.second,
-                time.hour < 12 ? "AM" : "PM");
+  std::snprintf(text, sizeof(text), "%d:%02d:%02d %s", HourOfHalfDay(time), time.minute,
+                time.second, HalfDay(time));
   return text;
 }
 

@@ -30,6 +30,7 @@ class HostSystemInfo : public SystemInfo {
   LocalTime ToLocal(FileTime time) override;
   std::uint64_t Ticks() override;
   void Sleep(int milliseconds) override;
+  std::string RandomBytes(std::size_t count) override;
   std::string TimeText(const LocalTime& time) override;
   std::string WeekdayName(int weekday) override;
   // English as in the United States.

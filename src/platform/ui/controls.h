@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/system_info.h"
+#include "base/local_time.h"
 #include "platform/ui/control.h"
 
 namespace quorvale::ui {

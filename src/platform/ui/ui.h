@@ -1,4 +1,8 @@
 // The user interface of a computer: windows for forms, message boxes, dialogs, the message loop.
+//
+// This room, platform/ui/, is a toolkit-neutral model of forms and controls (form.h, control.h,
+// controls.h, tree_view.h) and this interface to whatever shows them; headless/ shows nothing. It
+// may use base/ alone, and knows neither Windows nor the program's pages. Start reading at form.h.
 #pragma once
 
 #include <string>
@@ -57,7 +61,7 @@ class Ui {
   // Turns Caps Lock on or off.
   virtual void SetCapsLock(bool on) = 0;
   // While on, Alt and Tab are swallowed as long as a window of this process is in front (the rule
-  // is core/keyboard_guard.h). A second call with the same value changes nothing.
+  // is platform/ui/keyboard_guard.h). A second call with the same value changes nothing.
   virtual void GuardKeyboard(bool /*on*/) {}
   // Of the screen, as the system reports it.
   virtual int DotsPerInch() { return 96; }

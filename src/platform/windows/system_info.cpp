@@ -4,6 +4,7 @@
 
 #include "base/paths.h"
 #include "platform/windows/processes.h"
+#include "platform/windows/random_bytes.h"
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::windows {
@@ -145,6 +146,11 @@ std::uint64_t WindowsSystemInfo::Ticks() {
 
 void WindowsSystemInfo::Sleep(int milliseconds) {
   ::Sleep(static_cast<DWORD>(std::max(milliseconds, 0)));
+}
+
+std::string WindowsSystemInfo::RandomBytes(std::size_t count) {
+  const std::string bytes = SystemRandomBytes(count);
+  return bytes.size() == count ? bytes : JitterBytes(count);
 }
 
 std::string WindowsSystemInfo::TimeText(const LocalTime& time) {

@@ -28,6 +28,8 @@ class WindowsSystemInfo : public SystemInfo {
   LocalTime ToLocal(FileTime time) override;
   std::uint64_t Ticks() override;
   void Sleep(int milliseconds) override;
+  // The system's own, or where it has none JitterBytes (platform/windows/random_bytes.h).
+  std::string RandomBytes(std::size_t count) override;
   std::string TimeText(const LocalTime& time) override;
   std::string WeekdayName(int weekday) override;
   std::string LocaleText(int type) override;

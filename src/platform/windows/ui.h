@@ -21,7 +21,7 @@ class WindowsUi : public ui::Ui {
 
   // Runs after each message of the outermost loop (Application::CollectUnloaded).
   std::function<void()> after_message;
-  // Which keyboard events the guard swallows (core/keyboard_guard.h). Without it nothing is.
+  // Which keyboard events the guard swallows (platform/ui/keyboard_guard.h). Without it nothing is.
   using KeyboardFilter = std::function<bool(int code, std::uint32_t message,
                                             std::uint32_t virtual_key, bool own_window_in_front)>;
   KeyboardFilter keyboard_filter;

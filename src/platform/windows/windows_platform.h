@@ -14,6 +14,7 @@
 #include "platform/windows/shell.h"
 #include "platform/windows/system_info.h"
 #include "platform/windows/task_scheduler.h"
+#include "platform/windows/threads.h"
 #include "platform/windows/ui.h"
 
 namespace quorvale::windows {
@@ -37,9 +38,10 @@ class WindowsPlatform {
   WindowsFtpClient ftp_{files_};
   WindowsDiscWriter discs_;
   WindowsTaskScheduler scheduler_;
+  WindowsThreads threads_;
   WindowsUi ui_;
-  Platform platform_{registry_, files_, shell_, system_,    processes_,
-                     services_, ftp_,   discs_, scheduler_, ui_};
+  Platform platform_{registry_, files_, shell_,     system_,  processes_, services_,
+                     ftp_,      discs_, scheduler_, threads_, ui_};
 };
 
 }  // namespace quorvale::windows

@@ -31,7 +31,7 @@ std::string TextBehind(const std::string& name, const std::string& prefix) {
 }  // namespace
 
 frmRFinish::frmRFinish(Application& app)
-    : ui::Form(app.ui(), kName), XceedZip1(app.platform().files, app.platform().system), app_(app) {
+    : ui::Form(app.ui(), kName), XceedZip1(app.platform()), app_(app) {
   Timer1.on_timer = [this] { Timer1_Timer(); };
   cmdstop.on_click = [this] { cmdstop_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };

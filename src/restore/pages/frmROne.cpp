@@ -17,7 +17,7 @@ constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 }  // namespace
 
 frmROne::frmROne(Application& app)
-    : ui::Form(app.ui(), kName), XceedZip1(app.platform().files, app.platform().system), app_(app) {
+    : ui::Form(app.ui(), kName), XceedZip1(app.platform()), app_(app) {
   txtDefaultPassword.password = true;
   Label32.is_link = true;
   LblDelete.is_link = true;

@@ -91,7 +91,7 @@ RestoreRow RowOfNode(const std::string& path, const std::string& key,
 }  // namespace
 
 frmRTwo::frmRTwo(Application& app)
-    : ui::Form(app.ui(), kName), XceedZip1(app.platform().files, app.platform().system), app_(app) {
+    : ui::Form(app.ui(), kName), XceedZip1(app.platform()), app_(app) {
   Label32.is_link = true;
   Label32.on_click = [this] { Label32_Click(); };
   Command2.on_click = [this] { Command2_Click(); };

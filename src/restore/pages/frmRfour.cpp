@@ -39,7 +39,7 @@ std::string LogStamp(const LocalTime& time) {
 }  // namespace
 
 frmRfour::frmRfour(Application& app)
-    : ui::Form(app.ui(), kName), app_(app), archive_(app.platform().files, app.platform().system) {
+    : ui::Form(app.ui(), kName), app_(app), archive_(app.platform()) {
   RichTextBox1.wraps = false;  // a rule is longer than a line of the box
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };

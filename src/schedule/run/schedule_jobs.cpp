@@ -176,10 +176,9 @@ std::string ScheduleDetails(Program& program, const ScheduledTask& job) {
 }
 
 std::string TimeBoxText(const LocalTime& time) {
-  const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
   char text[32];
-  std::snprintf(text, sizeof(text), "%02d:%02d %s", hour, time.minute,
-                time.hour < 12 ? "AM" : "PM");
+  std::snprintf(text, sizeof(text), "%02d:%02d %s", HourOfHalfDay(time), time.minute,
+                HalfDay(time));
   return text;
 }
 

@@ -16,7 +16,7 @@ class BackupFileTest : public testing::Test {
     machine_.WriteFile("C:\\Data\\letter.txt", "Dear Bob");
     machine_.MakeFolder("C:\\Data\\Empty");
     machine_.MakeFolder("C:\\Backup");
-    zip::Archive archive(machine_.files(), machine_.platform().system);
+    zip::Archive archive(machine_.platform());
     archive.archive_name = kArchive;
     archive.files_to_process = {"C:\\Data\\letter.txt", "C:\\Data\\Empty\\"};
     archive.encrypt = !password.empty();

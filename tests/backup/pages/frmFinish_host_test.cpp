@@ -301,7 +301,7 @@ TEST_F(FrmFinish, WithLevelZeroTheEntriesAreStored) {
   machine_.Click(run_.app().Get<FrmBackupMedia>().cmdNext);
   machine_.Expect(ui::Answer::kOk, kDone);
   run_.Start();
-  zip::Archive archive(machine_.files(), machine_.platform().system);
+  zip::Archive archive(machine_.platform());
   archive.archive_name = run_.ArchivePath();
   std::vector<zip::Entry> entries;
   ASSERT_EQ(archive.List(&entries), zip::Result::kDone);
@@ -320,7 +320,7 @@ TEST_F(FrmFinish, AProtectedBackupNeedsItsPassword) {
   machine_.Click(run_.app().Get<FrmBackupMedia>().cmdNext);
   machine_.Expect(ui::Answer::kOk, kDone);
   run_.Start();
-  zip::Archive archive(machine_.files(), machine_.platform().system);
+  zip::Archive archive(machine_.platform());
   archive.archive_name = run_.ArchivePath();
   EXPECT_EQ(archive.Test(), zip::Result::kWrongPassword);
   archive.password = "secret";

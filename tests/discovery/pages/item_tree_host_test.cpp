@@ -379,8 +379,9 @@ TEST(ItemTree, TenThousandMailFilesAreListedAndTickedInUnderASecond) {
   SeedOutlookExpress(machine);
   Platform& real = machine.platform();
   FilesAndManyMore files(real.files, StoreFolder(machine));
-  Platform platform{real.registry, files,    real.shell, real.system,    real.processes,
-                    real.services, real.ftp, real.discs, real.scheduler, real.ui};
+  Platform platform{real.registry,  files,         real.shell, real.system,
+                    real.processes, real.services, real.ftp,   real.discs,
+                    real.scheduler, real.threads,  real.ui};
   Application app(platform, ProgramPages());
   app.Get<FrmWelcome>();
   // Time of the processor, so that a busy computer fails no test.

@@ -77,6 +77,13 @@ TEST_F(HostSystemTest, SetClockMovesBySleepAlone) {
   EXPECT_EQ(0, system().Now().second);
 }
 
+TEST_F(HostSystemTest, RandomBytesAreAsManyAsAskedForAndNeverTheSame) {
+  for (const std::size_t count : {0u, 1u, 33u, 5000u}) {
+    EXPECT_EQ(platform_->system().RandomBytes(count).size(), count);
+  }
+  EXPECT_NE(platform_->system().RandomBytes(16), platform_->system().RandomBytes(16));
+}
+
 TEST_F(HostSystemTest, HostsClock) {
   system().SetNow(std::nullopt);
   system().SetSleepless(true);

@@ -11,6 +11,7 @@
 #include "platform/windows/files.h"
 #include "platform/windows/late_objects.h"
 #include "platform/windows/processes.h"
+#include "platform/windows/random_bytes.h"
 #include "platform/windows/services.h"
 #include "platform/windows/shell.h"
 #include "platform/windows/system_info.h"
@@ -46,6 +47,17 @@ TEST(SystemInfo, TextOutsideOfTheCodePageBecomesQuestionMarks) {
   WindowsSystemInfo system;
   EXPECT_EQ(system.ToAnsi("a\xE4\xB8\xAD"), "a?");
   EXPECT_EQ(system.FromAnsi(system.ToAnsi("plain text")), "plain text");
+}
+
+TEST(SystemInfo, RandomBytesAreAsManyAsAskedForAndNeverTheSame) {
+  WindowsSystemInfo system;
+  for (const std::size_t count : {0u, 1u, 33u, 5000u}) {
+    EXPECT_EQ(system.RandomBytes(count).size(), count);
+    EXPECT_EQ(JitterBytes(count).size(), count);
+  }
+  EXPECT_NE(system.RandomBytes(16), system.RandomBytes(16));
+  EXPECT_NE(JitterBytes(16), JitterBytes(16));
+  EXPECT_EQ(SystemRandomBytes(16).size(), 16u) << "Wine and newer systems have a source";
 }
 
 TEST(SystemInfo, SecondHolderOfTheNameIsRefused) {

@@ -11,7 +11,7 @@ constexpr char kBackups[] =
 std::string ListedFile(const std::string& name) { return std::string(kBackups) + "\\" + name; }
 
 std::string Encrypted(TestMachine& machine, const std::string& path) {
-  zip::Archive archive(machine.files(), machine.platform().system);
+  zip::Archive archive(machine.platform());
   const std::string base = WithoutExtension(FileNameOf(path));
   machine.WriteFile("C:\\stage\\settings.xml",
                     SettingsText({{"Add More Files\\C:\\a.txt", "C:\\a.txt"}}));

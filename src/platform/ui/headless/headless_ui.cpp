@@ -142,11 +142,8 @@ void HeadlessUi::Pump() {
 
 // Letters of the usual font are about as wide as its points are many.
 TextSize HeadlessUi::SizeOfText(const Control& control, const std::string& text) {
-  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
-  const auto letters =
-      std::count_if(text.begin(), text.end(), [&](char c) { return !continues(c); });
   const int points = control.font_size;
-  return {static_cast<int>(letters) * points * 3 / 4, points * 2};
+  return {static_cast<int>(CountCharacters(text)) * points * 3 / 4, points * 2};
 }
 
 void HeadlessUi::RunModal(Form& form) {
