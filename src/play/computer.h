@@ -28,8 +28,12 @@ class Computer {
   Computer& operator=(const Computer&) = delete;
 
   const std::string& folder() const;
+  // What programs see of the computer: all of it, as it is, unless ShowThrough set another one.
   Platform& platform();
-  host::HostPlatform& host();  // for what only tests arrange
+  // Programs that are made from now on see the computer through this platform, which must outlive
+  // them.
+  void ShowThrough(Platform& platform);
+  host::HostPlatform& host();  // the computer itself
   ui::HeadlessUi& ui();
 
   // The program. Null while none runs.
@@ -55,7 +59,6 @@ class Computer {
   // Facts, changed while the computer runs; machine.ini stays as it is.
   void SetCommandLine(const std::string& text);
   void SetVersion(int platform_id, int major, int minor);
-  void SetUser(const std::string& name);
   void SetEnvironment(const std::string& name, const std::string& value);
   void SetSpecialFolder(int number, const std::string& path);
   // A drive that is new gets the folder drive_<letter> of the machine folder. Without free bytes

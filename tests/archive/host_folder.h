@@ -18,6 +18,7 @@
 #include "platform/host/files.h"
 #include "platform/host/machine_folder.h"
 #include "platform/host/system_info.h"
+#include "support/faulty_platform.h"
 
 namespace quorvale::zip_test {
 
@@ -35,7 +36,7 @@ class HostFolderTest : public testing::Test {
       : files(machine),
         code_page(host::CodePage::Open(1252)),
         system(machine, *code_page),
-        archive(files, system) {
+        archive(faulty_files, system) {
     std::string name = (std::filesystem::temp_directory_path() / "quorvale_zip_XXXXXX").string();
     folder = mkdtemp(name.data()) == nullptr ? "" : name;
     archive.archive_name = Machine("a.obk");
@@ -113,6 +114,8 @@ class HostFolderTest : public testing::Test {
   std::string folder;
   host::MachineFolder machine;
   host::HostFiles files;
+  CallCount calls;
+  FaultyFiles faulty_files{files, calls};
   std::unique_ptr<host::CodePage> code_page;
   host::HostSystemInfo system;
   Archive archive;

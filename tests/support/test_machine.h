@@ -24,6 +24,7 @@
 #include "platform/ui/controls.h"
 #include "platform/ui/headless/headless_ui.h"
 #include "platform/ui/tree_view.h"
+#include "support/faulty_platform.h"
 
 namespace quorvale {
 
@@ -44,7 +45,9 @@ class TestMachine {
   Application& app();
   ui::HeadlessUi& ui();
   Platform& platform();
-  // The computer itself, for faults that no method here arranges ("platform/host/...").
+  // What goes wrong on it. The program sees the computer through these.
+  FaultyPlatform& faults();
+  // The computer itself, for what no method here arranges ("platform/host/...").
   host::HostPlatform& host();
   Session& session() { return app().session(); }
   Files& files() { return platform().files; }

@@ -29,6 +29,7 @@ struct TestMachine::Parts {
   std::string folder;
   MachineLayout layout;
   std::unique_ptr<Computer> computer;
+  std::unique_ptr<FaultyPlatform> faults;
 };
 
 TestMachine::TestMachine(const std::string& like, const std::string& user)
@@ -46,6 +47,8 @@ TestMachine::TestMachine(const std::string& like, const std::string& user)
     std::abort();  // no test can go on without its computer
   }
   parts_->layout = *layout;
+  parts_->faults = std::make_unique<FaultyPlatform>(parts_->computer->platform());
+  parts_->computer->ShowThrough(parts_->faults->platform());
 }
 
 TestMachine::~TestMachine() {
@@ -67,6 +70,7 @@ Application& TestMachine::app() {
 
 ui::HeadlessUi& TestMachine::ui() { return parts_->computer->ui(); }
 Platform& TestMachine::platform() { return parts_->computer->platform(); }
+FaultyPlatform& TestMachine::faults() { return *parts_->faults; }
 host::HostPlatform& TestMachine::host() { return parts_->computer->host(); }
 const std::string& TestMachine::folder() const { return parts_->folder; }
 
@@ -208,7 +212,7 @@ void TestMachine::SetVersion(int platform_id, int major, int minor) {
   parts_->computer->SetVersion(platform_id, major, minor);
 }
 
-void TestMachine::SetUser(const std::string& name) { parts_->computer->SetUser(name); }
+void TestMachine::SetUser(const std::string& name) { host().system().SetUser(name); }
 
 void TestMachine::SetEnvironment(const std::string& name, const std::string& value) {
   parts_->computer->SetEnvironment(name, value);

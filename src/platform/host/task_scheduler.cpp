@@ -210,7 +210,7 @@ std::vector<std::string> HostTaskScheduler::Names() {
 std::optional<ScheduledTask> HostTaskScheduler::Read(const std::string& name) {
   MachineError error;
   std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
-  if (!tasks || unreadable_.count(name) != 0) return std::nullopt;
+  if (!tasks) return std::nullopt;
   const auto found = FindTask(*tasks, name);
   if (found == tasks->end()) return std::nullopt;
   ScheduledTask task = *found;
@@ -224,7 +224,7 @@ std::optional<ScheduledTask> HostTaskScheduler::Read(const std::string& name) {
 bool HostTaskScheduler::Create(const ScheduledTask& task) {
   MachineError error;
   std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
-  if (refusing_ || !tasks || !IsTaskName(task.name)) return false;
+  if (!tasks || !IsTaskName(task.name)) return false;
   if (FindTask(*tasks, task.name) != tasks->end()) return false;
   for (const std::string* text :
        {&task.application, &task.parameters, &task.comment, &task.account}) {
@@ -239,7 +239,7 @@ bool HostTaskScheduler::Create(const ScheduledTask& task) {
 bool HostTaskScheduler::Delete(const std::string& name) {
   MachineError error;
   std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
-  if (refusing_ || !tasks) return false;
+  if (!tasks) return false;
   const auto found = FindTask(*tasks, name);
   if (found == tasks->end()) return false;
   tasks->erase(found);

@@ -330,7 +330,7 @@ TEST_F(FrmFinish, AProtectedBackupNeedsItsPassword) {
 // Registry exports. -------------------------------------------------------------------------------
 
 TEST_F(FrmFinish, AnExportThatEndsLateIsInTheArchive) {
-  machine_.host().shell().SetRunLength(200, 20000);
+  machine_.faults().shell.DelayRuns(200, 20000);
   run_.OpenItems();
   run_.Tick("Internet Explorer\\Typed Urls");
   RunToTheEnd();
@@ -341,7 +341,7 @@ TEST_F(FrmFinish, AnExportThatEndsLateIsInTheArchive) {
 }
 
 TEST_F(FrmFinish, AnExportThatNeverEndsDoesNotHoldTheRunForEver) {
-  machine_.host().shell().SetRunsHang(true);
+  machine_.faults().shell.HangRuns(true);
   run_.OpenItems();
   run_.Tick("Internet Explorer\\Typed Urls");
   run_.Tick("Other Files\\My Documents");
@@ -386,7 +386,7 @@ TEST_F(FrmFinish, TheCommandLineOfAnExportNamesFileAndKeyInQuotes) {
 // What cannot be read. ----------------------------------------------------------------------------
 
 TEST_F(FrmFinish, AnUnreadableFileIsLeftOutAndTheRunGoesOn) {
-  machine_.host().files().SetInUse(machine_.Documents() + "\\letter.txt", true);
+  machine_.faults().files.SetInUse(machine_.Documents() + "\\letter.txt", true);
   run_.OpenItems();
   run_.Tick("Other Files\\My Documents");
   RunToTheEnd();
@@ -493,7 +493,7 @@ TEST_F(FrmFinish, EachPhaseShowsItsTextAndItsPercentage) {
       ++seen;
     });
   }
-  machine_.host().shell().SetRunLength(10, 500);  // so that the archive stage has to wait
+  machine_.faults().shell.DelayRuns(10, 500);  // so that the archive stage has to wait
   run_.OpenItems();
   for (const char* root : {"Outlook Express", "Internet Explorer", "Other Files"}) run_.Tick(root);
   run_.AddFolder("C:\\Extra\\Work");

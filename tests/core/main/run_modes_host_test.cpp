@@ -286,7 +286,7 @@ TEST(RunModes, ClosingTheWindowBeforeTheWordIsReadEndsTheRun) {
 
 TEST(RunModes, ASecondStartWithoutAWordGivesWay) {
   TestMachine machine;
-  machine.host().system().SetOtherCopyRuns(true);
+  machine.faults().system.SetOtherCopyRuns(true);
   Start(machine);
   EXPECT_TRUE(machine.app().Ended());
   EXPECT_EQ(machine.host().processes().activations(), 1);
@@ -297,7 +297,7 @@ TEST(RunModes, ASecondStartWithoutAWordGivesWay) {
 TEST(RunModes, ASecondStartWithAutoRunsABackupBesideTheFirst) {
   TestMachine machine;
   GiveDocuments(machine);
-  machine.host().system().SetOtherCopyRuns(true);
+  machine.faults().system.SetOtherCopyRuns(true);
   machine.Expect(ui::Answer::kOk, "Backup successfully completed");
   Start(machine, "auto");
   machine.RunUntilIdle();

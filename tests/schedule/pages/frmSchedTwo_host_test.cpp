@@ -99,7 +99,7 @@ TEST_F(ManagePage, WithoutAScheduleTheTextSaysSo) {
 TEST_F(ManagePage, AJobThatYieldsNoNameIsSkipped) {
   AddJob("Alpha");
   AddJob("Beta");
-  machine_.host().scheduler().MakeUnreadable("Alpha");
+  machine_.faults().scheduler.MakeUnreadable("Alpha");
   Open();
   EXPECT_EQ(Rows(), Names{"Beta"});
 }
@@ -223,7 +223,7 @@ TEST_F(ManagePage, DeletingLeavesTheNextOneSelectedAndTheLastOneTheText) {
 TEST_F(ManagePage, AJobThatCannotBeDeletedStaysInTheList) {
   AddJob("Alpha");
   Open();
-  machine_.host().scheduler().SetRefusing(true);
+  machine_.faults().scheduler.SetRefusing(true);
   Delete(ui::Answer::kYes, "Alpha");
   EXPECT_EQ(Rows(), Names{"Alpha"});
   EXPECT_NE(page().Text1.text.get(), "");

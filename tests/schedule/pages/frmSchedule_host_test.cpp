@@ -259,7 +259,7 @@ TEST_F(SchedulePage, TheEndIsToldEvenIfTheSchedulerTookNothing) {
   frmSchedule& page = Open();
   page.txtSchedName.text = "Nightly";
   machine_.Click(page.chkDaily);
-  machine_.host().scheduler().SetRefusing(true);
+  machine_.faults().scheduler.SetRefusing(true);
   Create(kCreated);
   EXPECT_EQ(Jobs(), 0u);
   EXPECT_EQ(welcome().LblNextSchedule.caption.get(), "No Schedule yet Created");

@@ -236,7 +236,7 @@ TEST_F(ScheduleJobs, AJobWhoseNextRunLiesInThePastDoesNotCount) {
 TEST_F(ScheduleJobs, AJobThatCannotBeReadIsPassedOver) {
   AddJob("Broken", At(11, 14, 22, 30));
   AddJob("Whole", At(11, 14, 23, 0));
-  machine_.host().scheduler().MakeUnreadable("Broken");
+  machine_.faults().scheduler.MakeUnreadable("Broken");
   EXPECT_EQ(Next(), "11/14/2026 11:00:00 PM");
   EXPECT_EQ(OwnScheduleJobs(app()).size(), 1u);
 }
