@@ -63,16 +63,18 @@ class Computer {
   void SetSpecialFolder(int number, const std::string& path);
   // A drive that is new gets the folder drive_<letter> of the machine folder. Without free bytes
   // the drive has as many as the host.
-  void SetDrive(const std::string& letter, DriveKind kind, std::optional<std::uint64_t> free_bytes);
+  void SetDrive(const std::string& letter, DriveKind kind,
+                std::optional<std::uint64_t> free_bytes = std::nullopt);
   void RemoveDrive(const std::string& letter);
   void SetFreeSpace(const std::string& letter, std::uint64_t free_bytes);
   // A share ("\\\\server\\share") of the network: a folder beside machine.ini while it answers.
   void SetShare(const std::string& share, bool answers);
-  void RunProcess(const std::string& image, std::uint32_t id);
+  void RunProcess(const std::string& image, std::uint32_t id = 4711);
   void EndProcess(const std::string& image);
   void SetService(const std::string& name, bool running);
   void SetClock(const LocalTime& time);
-  void RefuseElevation(bool refuse);
+  // Whether the shell refuses the verb "runas".
+  void RefuseElevation(bool refuse = true);
   // The disc writer, as machine.ini names it ("file:disc.iso"); "" for none. Media that are files
   // have this many bytes, and there are so many of them (nothing: no end of them).
   void SetDiscMedia(const std::string& writer, std::optional<std::uint64_t> size,

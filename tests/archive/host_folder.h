@@ -19,6 +19,7 @@
 #include "platform/host/machine_folder.h"
 #include "platform/host/system_info.h"
 #include "support/faulty_platform.h"
+#include "support/temp_folder.h"
 
 namespace quorvale::zip_test {
 
@@ -37,14 +38,7 @@ class HostFolderTest : public testing::Test {
         code_page(host::CodePage::Open(1252)),
         system(machine, *code_page),
         archive(faulty_files, system) {
-    std::string name = (std::filesystem::temp_directory_path() / "quorvale_zip_XXXXXX").string();
-    folder = mkdtemp(name.data()) == nullptr ? "" : name;
     archive.archive_name = Machine("a.obk");
-  }
-  ~HostFolderTest() override {
-    if (folder.empty()) return;
-    std::error_code error;
-    std::filesystem::remove_all(folder, error);
   }
 
   // The host path and the machine path of a name below the folder.
@@ -111,7 +105,8 @@ class HostFolderTest : public testing::Test {
     return output.str();
   }
 
-  std::string folder;
+  const TempFolder temporary;
+  const std::string folder = temporary.path();
   host::MachineFolder machine;
   host::HostFiles files;
   CallCount calls;

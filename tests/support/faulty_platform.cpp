@@ -102,8 +102,9 @@ void FaultyFiles::SetInUse(const std::string& path, bool in_use) {
   }
 }
 
-void FaultyFiles::FailReadsAfter(const std::string& path, std::uint64_t bytes) {
-  read_faults_[KeyOf(path)] = bytes;
+void FaultyFiles::FailReadsAfter(const std::string& path, std::optional<std::uint64_t> bytes) {
+  read_faults_.erase(KeyOf(path));
+  if (bytes) read_faults_[KeyOf(path)] = *bytes;
 }
 
 void FaultyFiles::AlsoList(const std::string& folder, std::vector<FileInfo> entries) {
@@ -203,44 +204,42 @@ bool FaultyRegistry::KeyExists(RegistryRoot root, const std::string& subkey) {
   return !count_.Fails("RegistryStore::KeyExists", subkey) && real_.KeyExists(root, subkey);
 }
 
+bool FaultyRegistry::Denies(const char* call, const std::string& about) {
+  return count_.Fails(call, about) || refusing_;
+}
+
 long FaultyRegistry::CreateKey(RegistryRoot root, const std::string& subkey) {
-  if (count_.Fails("RegistryStore::CreateKey", subkey)) return registry_status::kDenied;
+  if (Denies("RegistryStore::CreateKey", subkey)) return registry_status::kDenied;
   return real_.CreateKey(root, subkey);
 }
 
 long FaultyRegistry::QueryValue(RegistryRoot root, const std::string& subkey,
                                 const std::string& name, RegistryValue* value) {
-  if (count_.Fails("RegistryStore::QueryValue", subkey + "\\" + name)) {
-    return registry_status::kDenied;
-  }
+  if (Denies("RegistryStore::QueryValue", subkey + "\\" + name)) return registry_status::kDenied;
   return real_.QueryValue(root, subkey, name, value);
 }
 
 long FaultyRegistry::SetValue(RegistryRoot root, const std::string& subkey, const std::string& name,
                               std::uint32_t type, const std::string& data) {
-  if (count_.Fails("RegistryStore::SetValue", subkey + "\\" + name)) {
-    return registry_status::kDenied;
-  }
+  if (Denies("RegistryStore::SetValue", subkey + "\\" + name)) return registry_status::kDenied;
   return real_.SetValue(root, subkey, name, type, data);
 }
 
 long FaultyRegistry::DeleteValue(RegistryRoot root, const std::string& subkey,
                                  const std::string& name) {
-  if (count_.Fails("RegistryStore::DeleteValue", subkey + "\\" + name)) {
-    return registry_status::kDenied;
-  }
+  if (Denies("RegistryStore::DeleteValue", subkey + "\\" + name)) return registry_status::kDenied;
   return real_.DeleteValue(root, subkey, name);
 }
 
 long FaultyRegistry::ListSubkeys(RegistryRoot root, const std::string& subkey,
                                  std::vector<std::string>* names) {
-  if (count_.Fails("RegistryStore::ListSubkeys", subkey)) return registry_status::kDenied;
+  if (Denies("RegistryStore::ListSubkeys", subkey)) return registry_status::kDenied;
   return real_.ListSubkeys(root, subkey, names);
 }
 
 long FaultyRegistry::ListValues(RegistryRoot root, const std::string& subkey,
                                 std::vector<RegistryValue>* values) {
-  if (count_.Fails("RegistryStore::ListValues", subkey)) return registry_status::kDenied;
+  if (Denies("RegistryStore::ListValues", subkey)) return registry_status::kDenied;
   return real_.ListValues(root, subkey, values);
 }
 

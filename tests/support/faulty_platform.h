@@ -25,6 +25,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -61,8 +62,9 @@ class FaultyFiles : public Files {
 
   // Another program holds the file open: it can be neither read, written, replaced nor removed.
   void SetInUse(const std::string& path, bool in_use);
-  // Reading the file fails once this many bytes of it were passed. Also for files that are open.
-  void FailReadsAfter(const std::string& path, std::uint64_t bytes);
+  // Reading the file fails once this many bytes of it were passed, also where it is open already;
+  // nothing: it can be read again.
+  void FailReadsAfter(const std::string& path, std::optional<std::uint64_t> bytes);
   // The folder lists these as well, behind what it holds. No other call knows of them.
   void AlsoList(const std::string& folder, std::vector<FileInfo> entries);
 
@@ -98,6 +100,9 @@ class FaultyRegistry : public RegistryStore {
  public:
   FaultyRegistry(RegistryStore& real, CallCount& count) : real_(real), count_(count) {}
 
+  // While true, every call that has a status is denied.
+  void SetRefusing(bool refusing) { refusing_ = refusing; }
+
   bool KeyExists(RegistryRoot root, const std::string& subkey) override;
   long CreateKey(RegistryRoot root, const std::string& subkey) override;
   long QueryValue(RegistryRoot root, const std::string& subkey, const std::string& name,
@@ -111,8 +116,12 @@ class FaultyRegistry : public RegistryStore {
                   std::vector<RegistryValue>* values) override;
 
  private:
+  // Counts a call. True if it is denied.
+  bool Denies(const char* call, const std::string& about);
+
   RegistryStore& real_;
   CallCount& count_;
+  bool refusing_ = false;
 };
 
 // The shell, and with it the registry editor, which is a program that it starts.

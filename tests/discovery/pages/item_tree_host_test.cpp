@@ -312,8 +312,8 @@ TEST(ItemTree, IsBuiltOnceInTheLifeOfThePage) {
 
 TEST(ItemTree, SpecialFoldersThatTheSystemCannotNameAreLeftOut) {
   TestMachine machine("xp");
-  for (int folder : {5, 6, 16, 26, 28, 33, 43}) machine.SetSpecialFolder(folder, "");
-  machine.SetEnvironment("UserProfile", "");
+  for (int folder : {5, 6, 16, 26, 28, 33, 43}) machine.computer().SetSpecialFolder(folder, "");
+  machine.computer().SetEnvironment("UserProfile", "");
   SeedOutlook(machine);
   machine.MakeKey(NtProfile("Outlook"));
   FrmTwo& page = OpenPage(machine);
