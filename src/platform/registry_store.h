@@ -31,7 +31,6 @@ namespace registry_status {
 inline constexpr long kOk = 0;
 inline constexpr long kNotFound = 2;
 inline constexpr long kDenied = 5;
-inline constexpr long kNoMoreItems = 259;
 }  // namespace registry_status
 
 struct RegistryValue {

@@ -27,6 +27,7 @@ struct Computer::Parts {
   ui::HeadlessUi ui;
   std::unique_ptr<host::HostPlatform> host;
   std::unique_ptr<Platform> platform;
+  Platform* shown = nullptr;  // what programs see
   std::unique_ptr<Application> app;
   size_t starts_seen = 0;  // of the shell's record, when the program at work was made
 };
@@ -41,6 +42,7 @@ std::unique_ptr<Computer> Computer::Open(const std::string& host_folder, std::st
     return nullptr;
   }
   parts->platform = std::make_unique<Platform>(parts->host->Bundle(parts->ui));
+  parts->shown = parts->platform.get();
   // Nobody watches: the pauses that let a person read are not waited for.
   parts->host->system().SetSleepless(true);
   Parts* raw = parts.get();
@@ -59,7 +61,8 @@ Computer::Computer(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
 Computer::~Computer() { parts_->app.reset(); }
 
 const std::string& Computer::folder() const { return parts_->folder; }
-Platform& Computer::platform() { return *parts_->platform; }
+Platform& Computer::platform() { return *parts_->shown; }
+void Computer::ShowThrough(Platform& platform) { parts_->shown = &platform; }
 ui::HeadlessUi& Computer::ui() { return parts_->ui; }
 Application* Computer::app() { return parts_->app.get(); }
 
@@ -67,7 +70,7 @@ Application& Computer::MakeProgram(const std::string& command_line) {
   EndProgram();
   parts_->host->system().SetCommandLine(command_line);
   parts_->starts_seen = parts_->host->shell().started().size();
-  parts_->app = std::make_unique<Application>(*parts_->platform, ProgramPages());
+  parts_->app = std::make_unique<Application>(platform(), ProgramPages());
   return *parts_->app;
 }
 
@@ -119,8 +122,6 @@ void Computer::SetCommandLine(const std::string& text) {
 void Computer::SetVersion(int platform_id, int major, int minor) {
   parts_->host->system().SetVersion({platform_id, major, minor, true});
 }
-
-void Computer::SetUser(const std::string& name) { parts_->host->system().SetUser(name); }
 
 void Computer::SetEnvironment(const std::string& name, const std::string& value) {
   parts_->host->system().SetEnvironment(name, value);

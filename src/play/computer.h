@@ -28,8 +28,12 @@ class Computer {
   Computer& operator=(const Computer&) = delete;
 
   const std::string& folder() const;
+  // What programs see of the computer: all of it, as it is, unless ShowThrough set another one.
   Platform& platform();
-  host::HostPlatform& host();  // for what only tests arrange
+  // Programs that are made from now on see the computer through this platform, which must outlive
+  // them.
+  void ShowThrough(Platform& platform);
+  host::HostPlatform& host();  // the computer itself
   ui::HeadlessUi& ui();
 
   // The program. Null while none runs.
@@ -55,21 +59,22 @@ class Computer {
   // Facts, changed while the computer runs; machine.ini stays as it is.
   void SetCommandLine(const std::string& text);
   void SetVersion(int platform_id, int major, int minor);
-  void SetUser(const std::string& name);
   void SetEnvironment(const std::string& name, const std::string& value);
   void SetSpecialFolder(int number, const std::string& path);
   // A drive that is new gets the folder drive_<letter> of the machine folder. Without free bytes
   // the drive has as many as the host.
-  void SetDrive(const std::string& letter, DriveKind kind, std::optional<std::uint64_t> free_bytes);
+  void SetDrive(const std::string& letter, DriveKind kind,
+                std::optional<std::uint64_t> free_bytes = std::nullopt);
   void RemoveDrive(const std::string& letter);
   void SetFreeSpace(const std::string& letter, std::uint64_t free_bytes);
   // A share ("\\\\server\\share") of the network: a folder beside machine.ini while it answers.
   void SetShare(const std::string& share, bool answers);
-  void RunProcess(const std::string& image, std::uint32_t id);
+  void RunProcess(const std::string& image, std::uint32_t id = 4711);
   void EndProcess(const std::string& image);
   void SetService(const std::string& name, bool running);
   void SetClock(const LocalTime& time);
-  void RefuseElevation(bool refuse);
+  // Whether the shell refuses the verb "runas".
+  void RefuseElevation(bool refuse = true);
   // The disc writer, as machine.ini names it ("file:disc.iso"); "" for none. Media that are files
   // have this many bytes, and there are so many of them (nothing: no end of them).
   void SetDiscMedia(const std::string& writer, std::optional<std::uint64_t> size,

@@ -18,18 +18,16 @@ class ScratchFolder {
   }
   ~ScratchFolder() {
     std::error_code error;
-    if (!path_.empty() && !kept_) std::filesystem::remove_all(path_, error);
+    if (!path_.empty()) std::filesystem::remove_all(path_, error);
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
   // "" if it could not be made.
   const std::string& path() const { return path_; }
-  void Keep() { kept_ = true; }
 
  private:
   std::string path_;
-  bool kept_ = false;
 };
 
 }  // namespace quorvale

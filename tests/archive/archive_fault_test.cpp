@@ -35,7 +35,7 @@ TEST_F(ArchiveFaultTest, AFileThatVanishesAfterItWasListedIsLeftOut) {
 TEST_F(ArchiveFaultTest, AFileThatIsInUseIsLeftOut) {
   AddSource("C:\\a", "a");
   AddSource("C:\\b", "b");
-  files.locked["C:\\a"] = true;
+  faulty_files.SetInUse("C:\\a", true);
   EXPECT_EQ(archive.Zip(), Result::kWarnings);
   EXPECT_EQ(warnings, (Names{"C:\\a"}));
   EXPECT_EQ(ListNames(), (Names{"b"}));
@@ -88,7 +88,7 @@ TEST_F(ArchiveFaultTest, AFileThatCannotBeReadToItsEndIsLeftOut) {
       AddSource("C:\\first", Prose(2'000'000, 1));
       AddSource("C:\\bad", Prose(4'000'000, 2));
       AddSource("C:\\last", "x");
-      files.read_fails_at["C:\\bad"] = fault;
+      faulty_files.FailReadsAfter("C:\\bad", fault);
       archive.encrypt = encrypt;
       archive.password = "p";
       EXPECT_EQ(archive.Zip(), Result::kWarnings);
@@ -105,7 +105,7 @@ TEST_F(ArchiveFaultTest, AFileThatCannotBeReadToItsEndIsLeftOut) {
 TEST_F(ArchiveFaultTest, TheRoomOfALeftOutFileIsUsedAgain) {
   AddSource("C:\\bad", Noise(4'000'000));
   AddSource("C:\\good", Noise(3'000'000, 2));
-  files.read_fails_at["C:\\bad"] = 3'500'000;
+  faulty_files.FailReadsAfter("C:\\bad", 3'500'000);
   archive.level = 0;
   EXPECT_EQ(archive.Zip(), Result::kWarnings);
   EXPECT_LE(files.Bytes("C:\\Out\\a.obk").size(), 3'200'000u);
@@ -115,7 +115,7 @@ TEST_F(ArchiveFaultTest, TheRoomOfALeftOutFileIsUsedAgain) {
 TEST_F(ArchiveFaultTest, TheEndRecordIsTheEndEvenIfMoreWasWrittenBefore) {
   AddSource("C:\\bad", Noise(4'000'000));
   AddSource("C:\\tiny", "x");
-  files.read_fails_at["C:\\bad"] = 3'500'000;
+  faulty_files.FailReadsAfter("C:\\bad", 3'500'000);
   EXPECT_EQ(archive.Zip(), Result::kWarnings);
   const std::string bytes = files.Bytes("C:\\Out\\a.obk");
   EXPECT_EQ(bytes.substr(bytes.size() - 22, 4), "PK\5\6");
@@ -177,7 +177,7 @@ TEST_F(ArchiveFaultTest, AFolderThatIsNotThereIsAFailure) {
 TEST_F(ArchiveFaultTest, AnOldArchiveThatIsInUseStays) {
   MakeOldArchive();
   AddSource("C:\\a", "a");
-  files.locked["C:\\Out\\a.obk"] = true;
+  faulty_files.SetInUse("C:\\Out\\a.obk", true);
   EXPECT_EQ(archive.Zip(), Result::kFailed);
   ExpectOnlyTheOldArchive();
 }

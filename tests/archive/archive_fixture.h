@@ -10,9 +10,9 @@
 #include "archive/archive.h"
 #include "archive/archive_witness.h"
 #include "archive/directory_reader.h"
-#include "archive/fixed_system.h"
-#include "archive/memory_files.h"
 #include "archive/test_data.h"
+#include "support/faulty_platform.h"
+#include "support/memory_platform.h"
 #include "support/system_threads.h"
 
 namespace quorvale::zip_test {
@@ -26,7 +26,7 @@ inline constexpr FileTime kModified = 128'000'000'123'456'789;
 
 class ArchiveFixture : public testing::Test {
  protected:
-  ArchiveFixture() : archive(files, system, system_threads) {
+  ArchiveFixture() : archive(faulty_files, system, system_threads) {
     files.PutFolder("C:\\Out");
     archive.archive_name = "C:\\Out\\a.obk";
     archive.unzip_folder = "C:\\Back";
@@ -104,7 +104,9 @@ class ArchiveFixture : public testing::Test {
   }
 
   MemoryFiles files;
-  FixedSystem system;
+  CallCount calls;
+  FaultyFiles faulty_files{files, calls};
+  MemorySystem system;
   SystemThreads system_threads;
   Archive archive;
   std::vector<std::string> warnings;

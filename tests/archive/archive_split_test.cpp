@@ -98,7 +98,7 @@ TEST_F(ArchiveSplitTest, EntriesOfAnySizeMeetTheBorderWell) {
 TEST_F(ArchiveSplitTest, AFileThatCannotBeReadToItsEndIsLeftOutOfPartsToo) {
   AddSource("C:\\bad", Noise(3'000'000));
   AddSource("C:\\good", Prose(1'500'000));
-  files.read_fails_at["C:\\bad"] = 2'500'000;
+  faulty_files.FailReadsAfter("C:\\bad", 2'500'000);
   archive.split_size = kPart;
   EXPECT_EQ(archive.Zip(), Result::kWarnings);
   EXPECT_EQ(ListNames(), (Names{"good"}));

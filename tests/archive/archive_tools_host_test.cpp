@@ -115,7 +115,7 @@ TEST_F(ArchiveToolsTest, CommonToolsReadAnEncryptedArchiveInParts) {
 TEST_F(ArchiveToolsTest, CommonToolsReadAnArchiveFromWhichAFileWasLeftOut) {
   const Tree tree = {{"a", Prose(1'000)}, {"bad", Noise(3'000'000)}, {"c", Prose(2'000'000)}};
   WriteTree("tree", tree);
-  files.FailReadsAfter(Machine("tree/bad"), 2'500'000);
+  faulty_files.FailReadsAfter(Machine("tree/bad"), 2'500'000);
   ASSERT_EQ(ZipTree("tree", tree), Result::kWarnings);
   ExpectToolsAgree("a.obk", {{"a", tree.at("a")}, {"c", tree.at("c")}}, "");
 }

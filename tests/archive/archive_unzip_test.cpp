@@ -116,7 +116,7 @@ TEST_F(ArchiveUnzipTest, AReadOnlyFileIsReplaced) {
 TEST_F(ArchiveUnzipTest, AFileInUseStaysAndTheOthersAreWritten) {
   ASSERT_EQ(ZipNames({"a", "b"}), Result::kDone);
   files.Put("C:\\Back\\a", "in use", file_attribute::kReadOnly);
-  files.locked["C:\\Back\\a"] = true;
+  faulty_files.SetInUse("C:\\Back\\a", true);
   EXPECT_EQ(archive.Unzip(), Result::kWarnings);
   EXPECT_EQ(warnings, (Names{"a"}));
   EXPECT_EQ(files.Bytes("C:\\Back\\a"), "in use");

@@ -8,7 +8,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
+
+#include "support/temp_folder.h"
 
 namespace quorvale::zip_test {
 namespace {
@@ -46,13 +49,12 @@ sys.exit(1 if bad else 0)
 class ToolsOfTheHost : public testing::Environment {
  public:
   void SetUp() override {
-    std::string name = (std::filesystem::temp_directory_path() / "quorvale_zips_XXXXXX").string();
-    folder_ = mkdtemp(name.data()) == nullptr ? "" : name;
-    ASSERT_NE(folder_, "");
+    folder_ = std::make_unique<TempFolder>();
+    ASSERT_NE(folder_->path(), "");
     TheArchiveWitness() = [this](const std::string& bytes, const std::string& password) {
       // Many tests make the same one again.
       const std::string stem =
-          folder_ + "/" + std::to_string(std::hash<std::string>()(bytes + "\n" + password));
+          *folder_ / std::to_string(std::hash<std::string>()(bytes + "\n" + password));
       if (std::filesystem::exists(stem + ".zip")) return;
       std::ofstream(stem + ".zip", std::ios::binary) << bytes;
       std::ofstream(stem + ".password", std::ios::binary) << password;
@@ -61,18 +63,18 @@ class ToolsOfTheHost : public testing::Environment {
 
   void TearDown() override {
     TheArchiveWitness() = nullptr;
-    std::ofstream(folder_ + "/check.py") << kScript;
-    const std::string command = "cd '" + folder_ + "' && python3 check.py >output 2>&1";
+    std::ofstream(*folder_ / "check.py") << kScript;
+    const std::string command = "cd '" + folder_->path() + "' && python3 check.py >output 2>&1";
     const int status = std::system(command.c_str());
     std::stringstream output;
-    output << std::ifstream(folder_ + "/output").rdbuf();
-    std::filesystem::remove_all(folder_);
+    output << std::ifstream(*folder_ / "output").rdbuf();
+    folder_.reset();
     EXPECT_EQ(status, 0) << output.str();
     std::printf("unzip, 7z and Python have looked at %s", output.str().c_str());
   }
 
  private:
-  std::string folder_;
+  std::unique_ptr<TempFolder> folder_;
 };
 
 const testing::Environment* const kToolsOfTheHost =

@@ -19,6 +19,8 @@
 #include "platform/host/machine_folder.h"
 #include "platform/host/system_info.h"
 #include "platform/host/threads.h"
+#include "support/faulty_platform.h"
+#include "support/temp_folder.h"
 
 namespace quorvale::zip_test {
 
@@ -36,15 +38,8 @@ class HostFolderTest : public testing::Test {
       : files(machine),
         code_page(host::CodePage::Open(1252)),
         system(machine, *code_page),
-        archive(files, system, threads) {
-    std::string name = (std::filesystem::temp_directory_path() / "quorvale_zip_XXXXXX").string();
-    folder = mkdtemp(name.data()) == nullptr ? "" : name;
+        archive(faulty_files, system, threads) {
     archive.archive_name = Machine("a.obk");
-  }
-  ~HostFolderTest() override {
-    if (folder.empty()) return;
-    std::error_code error;
-    std::filesystem::remove_all(folder, error);
   }
 
   // The host path and the machine path of a name below the folder.
@@ -111,9 +106,12 @@ class HostFolderTest : public testing::Test {
     return output.str();
   }
 
-  std::string folder;
+  const TempFolder temporary;
+  const std::string folder = temporary.path();
   host::MachineFolder machine;
   host::HostFiles files;
+  CallCount calls;
+  FaultyFiles faulty_files{files, calls};
   std::unique_ptr<host::CodePage> code_page;
   host::HostSystemInfo system;
   host::HostThreads threads;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "archive/bytes.h"
-#include "archive/fixed_system.h"
+#include "support/memory_platform.h"
 
 namespace quorvale::zip_test {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 using zip::Record;
 
 Record Parse(const std::string& header) {
-  FixedSystem system;
+  MemorySystem system;
   Record record;
   EXPECT_EQ(zip::ParseCentralHeader(zip::AsBytes(header), header.size(), system, &record),
             header.size());
@@ -64,7 +64,7 @@ TEST(ZipFormat, LongNumbersReadBackInEveryCombination) {
 }
 
 TEST(ZipFormat, AHeaderThatIsCutOffIsRefused) {
-  FixedSystem system;
+  MemorySystem system;
   const std::string header = zip::CentralHeader(Sample());
   for (std::size_t size = 0; size < header.size(); ++size) {
     Record record;
@@ -95,7 +95,7 @@ TEST(ZipFormat, LocalTimesAreRoundedDownToTwoSeconds) {
 }
 
 TEST(ZipFormat, LocalTimesReadBackInTheTimeZoneOfTheReader) {
-  FixedSystem system;
+  MemorySystem system;
   for (const int hours : {-11, 0, 2, 13}) {
     system.hours_east = hours;
     for (const FileTime time :
@@ -108,7 +108,7 @@ TEST(ZipFormat, LocalTimesReadBackInTheTimeZoneOfTheReader) {
 }
 
 TEST(ZipFormat, AnImpossibleLocalTimeIsSomeTime) {
-  FixedSystem system;
+  MemorySystem system;
   for (const std::uint32_t time : {0u, 0xFFFFFFFFu, 0x00210000u, 15u << 21}) {
     EXPECT_GT(zip::FromDosTime(time, system), 0);
   }
@@ -139,7 +139,7 @@ TEST(ZipFormat, AUnicodePathFieldGivesTheNameOnlyIfItBelongsToIt) {
   const Record wrong = Parse(ForeignHeader(name, extra, 0, 0));
   EXPECT_EQ(wrong.name, "gr\xC2\x81n");
   // The check value of the very name.
-  FixedSystem system;
+  MemorySystem system;
   std::uint32_t crc = 0xFFFFFFFF;
   for (const char c : name) {
     crc ^= static_cast<std::uint8_t>(c);

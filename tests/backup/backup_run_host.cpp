@@ -10,7 +10,7 @@
 namespace quorvale::backup_test {
 
 BackupRun::BackupRun(const std::string& like) : machine_(like) {
-  machine_.SetClock(
+  machine_.computer().SetClock(
       {.year = 2026, .month = 11, .day = 14, .hour = 22, .minute = 5, .second = 9, .weekday = 7});
 }
 

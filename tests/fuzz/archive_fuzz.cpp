@@ -2,15 +2,14 @@
 // that was named, and all of it together may not be more than such an archive can hold.
 //
 // The first byte chooses a password and how many workers there are; the rest is the file.
-#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "archive/archive.h"
 #include "base/text.h"
+#include "support/memory_platform.h"
 
 namespace {
 
@@ -22,27 +21,6 @@ constexpr char kTarget[] = "C:\\Out";
 void Require(bool condition) {
   if (!condition) std::abort();
 }
-
-class BytesInput : public InputFile {
- public:
-  explicit BytesInput(const std::string& bytes) : bytes_(bytes) {}
-  std::ptrdiff_t Read(void* buffer, std::size_t count) override {
-    if (at_ >= bytes_.size()) return 0;
-    count = std::min<std::size_t>(count, bytes_.size() - static_cast<std::size_t>(at_));
-    std::memcpy(buffer, bytes_.data() + at_, count);
-    at_ += count;
-    return static_cast<std::ptrdiff_t>(count);
-  }
-  bool Seek(std::uint64_t offset) override {
-    at_ = offset;
-    return true;
-  }
-  std::uint64_t Size() const override { return bytes_.size(); }
-
- private:
-  const std::string& bytes_;
-  std::uint64_t at_ = 0;
-};
 
 class CountingOutput : public OutputFile {
  public:
@@ -59,28 +37,16 @@ class CountingOutput : public OutputFile {
 };
 
 // One file to read; what is written is counted and forgotten.
-class FuzzFiles : public Files {
+class FuzzFiles : public MemoryFiles {
  public:
-  explicit FuzzFiles(std::string bytes) : bytes_(std::move(bytes)) {}
+  explicit FuzzFiles(const std::string& bytes) : size_(bytes.size()) {
+    Put(kArchive, bytes);
+    PutFolder(kTarget);
+  }
 
   std::uint64_t written() const { return written_; }
-  std::size_t size() const { return bytes_.size(); }
+  std::size_t size() const { return size_; }
 
-  std::optional<FileInfo> Stat(const std::string& path) override {
-    FileInfo info;
-    info.name = "x";
-    if (path == kArchive) {
-      info.size = bytes_.size();
-      return info;
-    }
-    if (path != "C:" && path != kTarget) return std::nullopt;
-    info.attributes = file_attribute::kFolder;
-    return info;
-  }
-  std::vector<FileInfo> List(const std::string&) override { return {}; }
-  std::unique_ptr<InputFile> OpenRead(const std::string& path) override {
-    return path == kArchive ? std::make_unique<BytesInput>(bytes_) : nullptr;
-  }
   std::unique_ptr<OutputFile> Create(const std::string& path, FileStatus* status) override {
     RequireSafe(path);
     *status = FileStatus::kOk;
@@ -97,10 +63,6 @@ class FuzzFiles : public Files {
   FileStatus SetAttributes(const std::string& path, std::uint32_t) override {
     return RequireSafe(path);
   }
-  std::string ShortPath(const std::string& path) override { return path; }
-  DriveKind KindOfDrive(const std::string&) override { return DriveKind::kFixed; }
-  bool DriveExists(const std::string&) override { return true; }
-  std::optional<DiskSpace> Space(const std::string&) override { return std::nullopt; }
 
  private:
   static FileStatus RequireSafe(const std::string& path) {
@@ -113,33 +75,8 @@ class FuzzFiles : public Files {
     return FileStatus::kOk;
   }
 
-  const std::string bytes_;
+  const std::size_t size_;
   std::uint64_t written_ = 0;
-};
-
-class FuzzSystem : public SystemInfo {
- public:
-  SystemVersion Version() override { return {}; }
-  std::string UserName() override { return ""; }
-  std::string ComputerName() override { return ""; }
-  std::string Environment(const std::string&) override { return ""; }
-  std::string ProgramFolder() override { return ""; }
-  std::string CommandLine() override { return ""; }
-  bool PreviousInstanceRuns() override { return false; }
-  bool HoldInstanceMutex(const std::string&) override { return true; }
-  LocalTime Now() override { return {}; }
-  LocalTime ToLocal(FileTime) override { return {2006, 1, 2, 3, 4, 5, 2}; }
-  std::uint64_t Ticks() override { return 0; }
-  void Sleep(int) override {}
-  std::string RandomBytes(std::size_t count) override { return std::string(count, 'r'); }
-  std::string TimeText(const LocalTime&) override { return ""; }
-  std::string WeekdayName(int) override { return ""; }
-  std::string ToAnsi(const std::string& utf8) override { return utf8; }
-  std::string FromAnsi(const std::string& bytes) override {
-    std::string text;
-    for (const char c : bytes) AppendUtf8(&text, static_cast<unsigned char>(c));
-    return text;
-  }
 };
 
 }  // namespace
@@ -153,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return -1;
   }
   FuzzFiles files(std::string(reinterpret_cast<const char*>(data + 1), size - 1));
-  FuzzSystem system;
+  MemorySystem system;
   host::HostThreads threads;
   zip::Archive archive(files, system, threads);
   archive.archive_name = kArchive;

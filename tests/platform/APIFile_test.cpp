@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakes.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
@@ -26,7 +26,7 @@ class APIFileTest : public testing::Test {
 
   MemoryFiles files_;
   FileToolkit toolkit_{files_, [] {}};
-  FakeShell shell_;
+  MemoryShell shell_;
   APIFile file_{shell_, toolkit_};
 };
 
@@ -80,7 +80,7 @@ TEST_F(APIFileTest, ACopyTakesThePlaceOfAnOlderFile) {
   files_.Put("C:\\b", "old");
   shell_.on_operation = [&](FileOperation operation, const std::string& source,
                             const std::string& target) {
-    if (operation == FileOperation::kDelete) files_.nodes.erase(FoldCase(source));
+    if (operation == FileOperation::kDelete) files_.Remove(source);
     if (operation == FileOperation::kCopy) {
       EXPECT_FALSE(toolkit_.FileExists(target));
       files_.Put(target, files_.Bytes(source));

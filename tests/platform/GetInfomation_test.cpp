@@ -2,21 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakes.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
 
 // Answers an item with its number.
-class NumberedLocale : public FakeSystem {
+class NumberedLocale : public MemorySystem {
  public:
   std::string LocaleText(int type) override { return std::to_string(type); }
-  std::string SystemFolder() override { return "C:\\Windows\\system32"; }
-  std::string Environment(const std::string& name) override {
-    const auto found = environment.find(name);
-    return found == environment.end() ? "" : found->second;
-  }
-  std::map<std::string, std::string> environment;
 };
 
 TEST(GetInfomation, EachItemIsAskedForByItsNumber) {

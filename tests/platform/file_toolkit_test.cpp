@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakes.h"
+#include "support/faulty_platform.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
@@ -19,8 +20,10 @@ class FileToolkitTest : public testing::Test {
   }
 
   MemoryFiles files_;
+  CallCount calls_;
+  FaultyFiles faulty_files_{files_, calls_};
   int pumps_ = 0;
-  FileToolkit toolkit_{files_, [this] { ++pumps_; }};
+  FileToolkit toolkit_{faulty_files_, [this] { ++pumps_; }};
 };
 
 using Lines = std::vector<std::string>;
@@ -124,7 +127,7 @@ TEST_F(FileToolkitTest, DeleteMatchingWalksSubfoldersWithEveryFile) {
 TEST_F(FileToolkitTest, DeleteMatchingSkipsWhatCannotBeDeleted) {
   files_.Put("C:\\d\\a.tmp");
   files_.Put("C:\\d\\b.tmp");
-  files_.locked.insert("c:\\d\\a.tmp");
+  faulty_files_.SetInUse("C:\\d\\a.tmp", true);
   EXPECT_TRUE(toolkit_.DeleteMatching("C:\\d", "*.*"));
   EXPECT_EQ("a.tmp|", toolkit_.ListFiles("C:\\d", "*.*"));
 }
@@ -141,28 +144,32 @@ TEST_F(FileToolkitTest, KillFolderTakesAllWithIt) {
 TEST_F(FileToolkitTest, KillFolderTellsWhatStays) {
   files_.Put("C:\\stage\\a.txt");
   files_.Put("C:\\stage\\b.txt");
-  files_.locked.insert("c:\\stage\\a.txt");
+  faulty_files_.SetInUse("C:\\stage\\a.txt", true);
   EXPECT_FALSE(toolkit_.KillFolder("C:\\stage"));
   EXPECT_FALSE(toolkit_.FileExists("C:\\stage\\b.txt"));
 }
 
 TEST_F(FileToolkitTest, MakeFolderChainMakesWhatIsMissing) {
   files_.PutFolder("C:\\a");
+  int folders_made = 0;
+  files_.may_change = [&folders_made] { return ++folders_made > 0; };
   EXPECT_TRUE(toolkit_.MakeFolderChain("C:\\a\\b\\\\c\\"));
   EXPECT_TRUE(toolkit_.FolderExists("C:\\a\\b\\c") || toolkit_.FolderExists("C:\\a\\b\\\\c"));
-  EXPECT_EQ(2, files_.folders_made);
+  EXPECT_EQ(2, folders_made);
   EXPECT_TRUE(toolkit_.MakeFolderChain("C:\\a\\b"));
-  EXPECT_EQ(2, files_.folders_made);
+  EXPECT_EQ(2, folders_made);
   EXPECT_TRUE(toolkit_.MakeFolderChain("C:\\"));
-  files_.refuse_folders = true;
+  files_.may_change = [] { return false; };
   EXPECT_FALSE(toolkit_.MakeFolderChain("C:\\x\\y"));
   EXPECT_FALSE(toolkit_.MakeFolderChain(""));
 }
 
 TEST_F(FileToolkitTest, MakeFolderChainLeavesServerAndShareAlone) {
+  int changes = 0;
+  files_.may_change = [&changes] { return ++changes > 0; };
   EXPECT_FALSE(toolkit_.MakeFolderChain("\\\\server"));
   EXPECT_FALSE(toolkit_.MakeFolderChain("\\\\server\\share"));
-  EXPECT_EQ(0, files_.folders_made);
+  EXPECT_EQ(0, changes);
 }
 
 TEST_F(FileToolkitTest, FolderSizeSumsTheTree) {
@@ -186,16 +193,16 @@ TEST_F(FileToolkitTest, CopyKeepsTimeAndAttributes) {
 TEST_F(FileToolkitTest, FailedCopyLeavesTheOldFileAndNothingElse) {
   files_.Put("C:\\a.txt", "new content");
   files_.Put("C:\\b.txt", "old");
-  files_.free_bytes = 4;
+  files_.room = files_.UsedBytes() + 4;
   EXPECT_EQ(FileStatus::kNoSpace, toolkit_.CopyFile("C:\\a.txt", "C:\\b.txt"));
-  files_.free_bytes = 1000;
-  files_.fail_reads = true;
+  files_.room = 1000;
+  faulty_files_.FailReadsAfter("C:\\a.txt", 0);
   EXPECT_EQ(FileStatus::kFailed, toolkit_.CopyFile("C:\\a.txt", "C:\\b.txt"));
-  files_.fail_reads = false;
-  files_.locked.insert("c:\\b.txt");
+  faulty_files_.FailReadsAfter("C:\\a.txt", std::nullopt);
+  faulty_files_.SetInUse("C:\\b.txt", true);
   EXPECT_EQ(FileStatus::kDenied, toolkit_.CopyFile("C:\\a.txt", "C:\\b.txt"));
   EXPECT_EQ("old", files_.Bytes("C:\\b.txt"));
-  EXPECT_EQ(2u, files_.nodes.size());
+  EXPECT_EQ(2u, files_.AllFiles().size());
   EXPECT_EQ(FileStatus::kNotFound, toolkit_.CopyFile("C:\\none", "C:\\b.txt"));
 }
 
@@ -217,18 +224,18 @@ TEST_F(FileToolkitTest, WholeFiles) {
   files_.Put("C:\\big", std::string(101, 'x'));
   EXPECT_FALSE(toolkit_.ReadWhole("C:\\big", 100));
   EXPECT_TRUE(toolkit_.ReadWhole("C:\\big", 101));
-  files_.fail_reads = true;
+  faulty_files_.FailReadsAfter("C:\\big", 0);
   EXPECT_FALSE(toolkit_.ReadWhole("C:\\big"));
 }
 
 TEST_F(FileToolkitTest, FailedWriteLeavesTheOldFileAndNothingElse) {
   files_.Put("C:\\a.xml", "old");
   files_.Put("C:\\a.xml.tmp", "someone else's");
-  files_.free_bytes = 2;
+  files_.room = files_.UsedBytes() + 2;
   EXPECT_EQ(FileStatus::kNoSpace, toolkit_.WriteWhole("C:\\a.xml", "longer"));
   EXPECT_EQ("old", files_.Bytes("C:\\a.xml"));
   EXPECT_EQ("someone else's", files_.Bytes("C:\\a.xml.tmp"));
-  EXPECT_EQ(2u, files_.nodes.size());
+  EXPECT_EQ(2u, files_.AllFiles().size());
 }
 
 TEST_F(FileToolkitTest, HiddenFileStaysHiddenWhenItIsWritten) {

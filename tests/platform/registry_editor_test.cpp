@@ -2,17 +2,20 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakes.h"
+#include "support/faulty_platform.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
 
 class RegistryEditorTest : public testing::Test {
  protected:
-  FakeShell shell_;
-  FakeSystem system_;
+  MemoryShell shell_;
+  MemorySystem system_;
+  CallCount calls_;
+  FaultyShell faulty_shell_{shell_, system_, calls_};
   int pumps_ = 0;
-  RegistryEditor editor_{shell_, system_, [this] { ++pumps_; }};
+  RegistryEditor editor_{faulty_shell_, system_, [this] { ++pumps_; }};
 };
 
 TEST_F(RegistryEditorTest, ExportIsAHiddenRun) {
@@ -57,7 +60,7 @@ TEST_F(RegistryEditorTest, WaitLetsEveryRunEndAndPumps) {
 }
 
 TEST_F(RegistryEditorTest, RunThatNeverEndsIsWaitedForThirtySeconds) {
-  shell_.polls = 1 << 30;
+  faulty_shell_.HangRuns(true);
   editor_.Import("C:\\a.reg");
   editor_.Import("C:\\b.reg");
   editor_.WaitForRuns();
@@ -66,7 +69,7 @@ TEST_F(RegistryEditorTest, RunThatNeverEndsIsWaitedForThirtySeconds) {
 }
 
 TEST_F(RegistryEditorTest, RefusedRunIsNotWaitedFor) {
-  shell_.refuses = true;
+  faulty_shell_.RefuseProgram("regedit.exe");
   editor_.Import("C:\\a.reg");
   editor_.Export("C:\\a.reg", "HKEY_CURRENT_USER\\X", true);
   editor_.WaitForRuns();
@@ -74,8 +77,8 @@ TEST_F(RegistryEditorTest, RefusedRunIsNotWaitedFor) {
 }
 
 TEST(RegistryEditorReentry, WaitInsideAWaitEnds) {
-  FakeShell shell;
-  FakeSystem system;
+  MemoryShell shell;
+  MemorySystem system;
   shell.polls = 4;
   RegistryEditor* inner = nullptr;
   int depth = 0;

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakes.h"
+#include "support/faulty_platform.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
@@ -26,9 +27,11 @@ class RegistryTest : public testing::Test {
   std::string Get(const std::string& name) { return registry_.RegGetValue(kUser, kKey, name); }
   std::string GetTyped(const std::string& name) { return registry_.RegGetTyped(kUser, kKey, name); }
 
-  FakeRegistryStore store_;
-  FakeSystem system_;
-  Registry registry_{store_, system_};
+  MemoryRegistry store_;
+  MemorySystem system_;
+  CallCount calls_;
+  FaultyRegistry faulty_store_{store_, calls_};
+  Registry registry_{faulty_store_, system_};
 };
 
 TEST_F(RegistryTest, StringLosesItsNul) {
@@ -155,7 +158,7 @@ TEST_F(RegistryTest, WritingOverAValueThatDoesNotFitFails) {
 }
 
 TEST_F(RegistryTest, RefusedStoreMakesNothing) {
-  store_.refuses = true;
+  faulty_store_.SetRefusing(true);
   EXPECT_FALSE(registry_.RegSetValue(kUser, kKey, "n", "42"));
   EXPECT_FALSE(registry_.SaveRegString(kUser, "New", "n", "42"));
   EXPECT_EQ("", Get("n"));

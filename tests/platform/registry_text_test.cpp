@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fakes.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
@@ -13,8 +13,8 @@ using Kind = RegistryStatement::Kind;
 constexpr char kVersion5[] = "Windows Registry Editor Version 5.00\r\n\r\n";
 constexpr char kVersion4[] = "REGEDIT4\r\n\r\n";
 
-std::string Ansi(const std::string& utf8) { return FakeSystem().ToAnsi(utf8); }
-std::string Utf8(const std::string& ansi) { return FakeSystem().FromAnsi(ansi); }
+std::string Ansi(const std::string& utf8) { return MemorySystem().ToAnsi(utf8); }
+std::string Utf8(const std::string& ansi) { return MemorySystem().FromAnsi(ansi); }
 // A text as the registry stores it.
 std::string Unicode(const std::string& utf8) { return Utf8ToUtf16Bytes(utf8) + "\0\0"s; }
 // A text as a file of the newer variant.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <string>
 #include <vector>
@@ -48,15 +49,6 @@ inline std::string SettingsText(const std::vector<Item>& items, const std::strin
   return text;
 }
 
-inline std::uint32_t Crc32(const std::string& bytes) {
-  std::uint32_t crc = 0xFFFFFFFFu;
-  for (const char c : bytes) {
-    crc ^= static_cast<unsigned char>(c);
-    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ ((crc & 1) != 0 ? 0xEDB88320u : 0);
-  }
-  return ~crc;
-}
-
 // An archive with stored members, as any tool could have made it. Format: the public description
 // of the Zip format, sections 4.3.7, 4.3.12 and 4.3.16. Names are written as they stand.
 class RawZip {
@@ -67,7 +59,7 @@ class RawZip {
   // A member whose directory says another size than it has.
   RawZip& AddClaiming(const std::string& name, const std::string& bytes, std::uint32_t size) {
     std::string fields = Number(20, 2) + Number(0x800, 2) + Number(0, 2) + Number(0x6000, 2) +
-                         Number(0x3665, 2) + Number(Crc32(bytes), 4) +
+                         Number(0x3665, 2) + Number(Crc(bytes), 4) +
                          Number(static_cast<std::uint32_t>(bytes.size()), 4) + Number(size, 4) +
                          Number(static_cast<std::uint32_t>(name.size()), 2) + Number(0, 2);
     const std::uint32_t offset = static_cast<std::uint32_t>(body_.size());
@@ -84,6 +76,10 @@ class RawZip {
   }
 
  private:
+  static std::uint32_t Crc(const std::string& bytes) {
+    return static_cast<std::uint32_t>(
+        crc32_z(0, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
+  }
   static std::string Number(std::uint32_t value, int bytes) {
     std::string text;
     for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> (8 * i) & 0xFF);
@@ -156,7 +152,7 @@ class RestoreWizard {
   void Choose(const std::string& path) {
     machine_.Do([this] { machine_.app().Get<FrmWelcome>().Show(); });
     // Where a restore needs raised rights, the run is one that has them.
-    if (IsVista(machine_.app())) machine_.SetCommandLine(kElevatedWord);
+    if (IsVista(machine_.app())) machine_.computer().SetCommandLine(kElevatedWord);
     machine_.Do([this] { machine_.app().Get<FrmWelcome>().cmdWC_Restore_Click(); });
     Browse(path);
   }

@@ -24,6 +24,8 @@
 #include "platform/ui/controls.h"
 #include "platform/ui/headless/headless_ui.h"
 #include "platform/ui/tree_view.h"
+#include "play/computer.h"
+#include "support/faulty_platform.h"
 
 namespace quorvale {
 
@@ -44,7 +46,11 @@ class TestMachine {
   Application& app();
   ui::HeadlessUi& ui();
   Platform& platform();
-  // The computer itself, for faults that no method here arranges ("platform/host/...").
+  // The computer that the program runs on: its facts are set here, and what was started is told.
+  Computer& computer();
+  // What goes wrong on it. The program sees the computer through these.
+  FaultyPlatform& faults();
+  // The computer itself, for what no method here arranges ("platform/host/...").
   host::HostPlatform& host();
   Session& session() { return app().session(); }
   Files& files() { return platform().files; }
@@ -89,26 +95,10 @@ class TestMachine {
   std::optional<std::string> GetValue(const std::string& key, const std::string& name);
   bool KeyExists(const std::string& key);
 
-  // Facts of the computer.
-  void SetCommandLine(const std::string& text);
-  void SetVersion(int platform_id, int major, int minor);
+  // Facts that nobody but a test changes.
   void SetUser(const std::string& name);
-  void SetEnvironment(const std::string& name, const std::string& value);
-  void SetSpecialFolder(int number, const std::string& path);
-  // Adds or changes a drive: "D", DriveKind::kFixed, free bytes (none given: the host's own).
-  void SetDrive(const std::string& letter, DriveKind kind,
-                std::optional<std::uint64_t> free_bytes = std::nullopt);
-  void RemoveDrive(const std::string& letter);
-  void SetFreeSpace(const std::string& letter, std::uint64_t free_bytes);
-  void RunProcess(const std::string& image, std::uint32_t id = 4711);
-  void EndProcess(const std::string& image);
+  // State words: "Running", "Stopped", "Paused", or any that a system may say.
   void SetService(const std::string& name, const std::string& state);
-  void SetClock(const LocalTime& time);
-  // Whether the shell refuses the verb "runas".
-  void RefuseElevation(bool refuse = true);
-  // What the shell was asked to start, in order: "runas|C:\...\Quorvale.exe|qvlrunasadmin" for
-  // Execute (verb, file, parameters), "run|command line" for Run.
-  std::vector<std::string> Started();
 
   // A person at the screen.
   void Expect(ui::Answer answer, const std::string& text) { ui().ExpectBox(answer, text); }

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
-#include <filesystem>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -10,42 +8,33 @@
 #include "platform/registry_text.h"
 #include "play/computer.h"
 #include "play/new_machine.h"
+#include "support/temp_folder.h"
 #include "support/test_machine.h"
 
 namespace quorvale {
-namespace {
-
-namespace fs = std::filesystem;
-
-std::string NewFolder() {
-  std::string pattern = (fs::temp_directory_path() / "quorvale_test_XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
-  return pattern;
-}
-
-}  // namespace
-
 struct TestMachine::Parts {
-  std::string folder;
+  TempFolder folder;
   MachineLayout layout;
+  std::unique_ptr<FaultyPlatform> faults;  // goes after the program, which sees through it
   std::unique_ptr<Computer> computer;
 };
 
 TestMachine::TestMachine(const std::string& like, const std::string& user)
     : parts_(std::make_unique<Parts>()) {
-  parts_->folder = NewFolder();
   MachinePlan plan;
   plan.like = like;
   plan.user = user;
   plan.mail_program_started = false;
   const std::optional<MachineLayout> layout = LayoutOf(like, user);
-  std::string problem = MakeMachine(parts_->folder, plan);
-  if (problem.empty()) parts_->computer = Computer::Open(parts_->folder, &problem);
+  std::string problem = MakeMachine(parts_->folder.path(), plan);
+  if (problem.empty()) parts_->computer = Computer::Open(parts_->folder.path(), &problem);
   if (!parts_->computer || !layout) {
     ADD_FAILURE() << problem;
     std::abort();  // no test can go on without its computer
   }
   parts_->layout = *layout;
+  parts_->faults = std::make_unique<FaultyPlatform>(parts_->computer->platform());
+  parts_->computer->ShowThrough(parts_->faults->platform());
 }
 
 TestMachine::~TestMachine() {
@@ -53,9 +42,6 @@ TestMachine::~TestMachine() {
   for (const std::string& text : ui().ExpectedBoxes()) {
     ADD_FAILURE() << "this message box never came: " << text;
   }
-  parts_->computer.reset();
-  std::error_code error;
-  fs::remove_all(parts_->folder, error);
 }
 
 Application& TestMachine::app() {
@@ -67,8 +53,10 @@ Application& TestMachine::app() {
 
 ui::HeadlessUi& TestMachine::ui() { return parts_->computer->ui(); }
 Platform& TestMachine::platform() { return parts_->computer->platform(); }
+Computer& TestMachine::computer() { return *parts_->computer; }
+FaultyPlatform& TestMachine::faults() { return *parts_->faults; }
 host::HostPlatform& TestMachine::host() { return parts_->computer->host(); }
-const std::string& TestMachine::folder() const { return parts_->folder; }
+const std::string& TestMachine::folder() const { return parts_->folder.path(); }
 
 void TestMachine::Restart(const std::string& command_line) {
   EXPECT_EQ(parts_->computer->EndProgram(), "");
@@ -200,50 +188,11 @@ bool TestMachine::KeyExists(const std::string& key) {
   return registry().KeyExists(path.root, path.subkey);
 }
 
-void TestMachine::SetCommandLine(const std::string& text) {
-  parts_->computer->SetCommandLine(text);
-}
-
-void TestMachine::SetVersion(int platform_id, int major, int minor) {
-  parts_->computer->SetVersion(platform_id, major, minor);
-}
-
-void TestMachine::SetUser(const std::string& name) { parts_->computer->SetUser(name); }
-
-void TestMachine::SetEnvironment(const std::string& name, const std::string& value) {
-  parts_->computer->SetEnvironment(name, value);
-}
-
-void TestMachine::SetSpecialFolder(int number, const std::string& path) {
-  parts_->computer->SetSpecialFolder(number, path);
-}
-
-void TestMachine::SetDrive(const std::string& letter, DriveKind kind,
-                           std::optional<std::uint64_t> free_bytes) {
-  parts_->computer->SetDrive(letter, kind, free_bytes);
-}
-
-void TestMachine::RemoveDrive(const std::string& letter) { parts_->computer->RemoveDrive(letter); }
-
-void TestMachine::SetFreeSpace(const std::string& letter, std::uint64_t free_bytes) {
-  parts_->computer->SetFreeSpace(letter, free_bytes);
-}
-
-void TestMachine::RunProcess(const std::string& image, std::uint32_t id) {
-  parts_->computer->RunProcess(image, id);
-}
-
-void TestMachine::EndProcess(const std::string& image) { parts_->computer->EndProcess(image); }
+void TestMachine::SetUser(const std::string& name) { host().system().SetUser(name); }
 
 void TestMachine::SetService(const std::string& name, const std::string& state) {
-  parts_->computer->host().services().SetState(name, state);
+  host().services().SetState(name, state);
 }
-
-void TestMachine::SetClock(const LocalTime& time) { parts_->computer->SetClock(time); }
-
-void TestMachine::RefuseElevation(bool refuse) { parts_->computer->RefuseElevation(refuse); }
-
-std::vector<std::string> TestMachine::Started() { return parts_->computer->Started(); }
 
 std::vector<std::string> TestMachine::Boxes() {
   std::vector<std::string> texts;

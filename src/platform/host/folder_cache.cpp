@@ -105,7 +105,6 @@ bool FolderCache::Read(const std::string& folder, const struct stat& info, Folde
   clock_gettime(CLOCK_REALTIME, &now);
   DIR* directory = opendir(folder.c_str());
   if (directory == nullptr) return false;
-  ++reads_;
   bool has_attributes = false;
   while (const dirent* found = readdir(directory)) {
     const std::string name = found->d_name;

@@ -45,16 +45,12 @@ class FolderCache {
   void Removed(const std::string& folder, const std::string& name);
   void Forget(const std::string& folder) { listings_.erase(folder); }
 
-  // How often a folder was read from the host.
-  int reads() const { return reads_; }
-
  private:
   bool Read(const std::string& folder, const struct stat& info, FolderListing* listing);
   void Restamp(const std::string& folder, FolderListing* listing);
 
   std::unordered_map<std::string, FolderListing> listings_;
   std::size_t names_ = 0;  // entries that were kept since everything was forgotten last
-  int reads_ = 0;
 };
 
 // "FOLDER/NAME".

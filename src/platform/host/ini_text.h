@@ -4,6 +4,7 @@
 #include <charconv>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace quorvale::host {
 
@@ -21,5 +22,32 @@ bool ParseNumber(const std::string& text, Number* number) {
   const auto result = std::from_chars(text.data(), end, *number);
   return result.ec == std::errc() && result.ptr == end;
 }
+
+// A line of an ini text that says something.
+struct IniLine {
+  enum class Kind {
+    kSection,  // "[name]"; without its "]" the name is ""
+    kEntry,    // "name = value", without the blanks around both
+    kBroken    // anything else; `name` tells what is wrong with it
+  };
+  Kind kind = Kind::kBroken;
+  int number = 0;    // 1-based
+  std::string text;  // all of it, without the blanks around
+  std::string name;
+  std::string value;
+};
+
+// Gives the lines of an ini text one after the other. Empty lines and comments (";" or "#" at their
+// beginning) are passed over, and so is a byte order mark.
+class IniReader {
+ public:
+  explicit IniReader(const std::string& text);
+  // False at the end.
+  bool Next(IniLine* line);
+
+ private:
+  std::vector<std::string> lines_;
+  std::size_t next_ = 0;
+};
 
 }  // namespace quorvale::host

@@ -17,16 +17,15 @@ bool IsFolder(const std::string& path) {
   return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
-// Reads machine.ini line by line; the first broken line ends it.
+// Takes machine.ini line by line; the first broken line ends it.
 class Reader {
  public:
   Reader(const std::string& folder, MachineFolder* machine) : machine_(machine) {
     machine_->path = folder;
   }
 
-  bool ReadLine(const std::string& raw);
-  // Of the line that was read last.
-  int line() const { return line_; }
+  // False, with the reason in message(), if the line cannot be understood.
+  bool Read(const IniLine& line);
   const std::string& message() const { return message_; }
 
  private:
@@ -53,20 +52,15 @@ class Reader {
   std::string message_;
 };
 
-bool Reader::ReadLine(const std::string& raw) {
-  ++line_;
-  if (!IsUtf8(raw)) return Fail("the line is not UTF-8 text");
-  const std::string line = Stripped(raw);
-  if (line.empty() || line[0] == ';' || line[0] == '#') return true;
-  if (line[0] == '[') {
-    if (line.back() != ']') return Fail("a section name lacks its \"]\"");
-    return EnterSection(Stripped(line.substr(1, line.size() - 2)));
+bool Reader::Read(const IniLine& line) {
+  line_ = line.number;
+  if (line.kind == IniLine::Kind::kBroken) return Fail(line.name);
+  if (line.kind == IniLine::Kind::kEntry) {
+    if (line.name.empty()) return Fail("there is no name before the \"=\"");
+    return ReadEntry(line.name, line.value);
   }
-  const std::size_t equals = line.find('=');
-  if (equals == std::string::npos) return Fail("the line has no \"=\"");
-  const std::string name = Stripped(line.substr(0, equals));
-  if (name.empty()) return Fail("there is no name before the \"=\"");
-  return ReadEntry(name, Stripped(line.substr(equals + 1)));
+  if (line.text.back() != ']') return Fail("a section name lacks its \"]\"");
+  return EnterSection(line.name);
 }
 
 bool Reader::EnterSection(const std::string& name) {
@@ -247,18 +241,17 @@ std::optional<MachineFolder> ReadMachineFolder(const std::string& folder, Machin
     return std::nullopt;
   }
   const std::string file = folder + "/machine.ini";
-  std::optional<std::string> text = ReadHostFile(file);
+  const std::optional<std::string> text = ReadHostFile(file);
   if (!text) {
     *error = {file, 0, "the file is missing or cannot be read"};
     return std::nullopt;
   }
-  if (text->compare(0, 3, "\xEF\xBB\xBF") == 0) text->erase(0, 3);
-
   MachineFolder machine;
   Reader reader(folder, &machine);
-  for (const std::string& raw : Split(*text, "\n")) {
-    if (!reader.ReadLine(raw)) {
-      *error = {file, reader.line(), reader.message()};
+  IniReader lines(*text);
+  for (IniLine line; lines.Next(&line);) {
+    if (!reader.Read(line)) {
+      *error = {file, line.number, reader.message()};
       return std::nullopt;
     }
   }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -16,7 +15,8 @@ class HostProcesses : public Processes {
   explicit HostProcesses(std::vector<ProcessInfo> running) : running_(std::move(running)) {}
 
   std::vector<ProcessInfo> List() override { return running_; }
-  bool WindowExists(const std::string& title) override { return windows_.count(title) != 0; }
+  // The programs of a machine folder show no windows.
+  bool WindowExists(const std::string& /*title*/) override { return false; }
   void ActivatePreviousInstance() override { ++activations_; }
 
   // A program starts, or all copies of it end.
@@ -25,14 +25,11 @@ class HostProcesses : public Processes {
     std::erase_if(running_,
                   [&](const ProcessInfo& process) { return EqualsNoCase(process.image, image); });
   }
-  void OpenWindow(const std::string& title) { windows_.insert(title); }
-  void CloseWindow(const std::string& title) { windows_.erase(title); }
   // How often the other copy of the program was brought to the front.
   int activations() const { return activations_; }
 
  private:
   std::vector<ProcessInfo> running_;
-  std::set<std::string> windows_;
   int activations_ = 0;
 };
 

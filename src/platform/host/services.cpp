@@ -17,37 +17,37 @@ HostServices::HostServices(const std::vector<MachineService>& services) {
   }
 }
 
-HostServices::Service* HostServices::Find(const std::string& name) {
-  const auto found = services_.find(FoldCase(name));
-  return found == services_.end() ? nullptr : &found->second;
+std::string* HostServices::Find(const std::string& name) {
+  const auto found = states_.find(FoldCase(name));
+  return found == states_.end() ? nullptr : &found->second;
 }
 
 std::string HostServices::State(const std::string& name) {
-  const Service* service = Find(name);
-  return service == nullptr ? "" : service->state;
+  const std::string* state = Find(name);
+  return state == nullptr ? "" : *state;
 }
 
 bool HostServices::Start(const std::string& name) {
   log_.push_back("start " + name);
-  Service* service = Find(name);
-  if (service == nullptr || service->refuses || service->state != kStopped) return false;
-  service->state = kRunning;
+  std::string* state = Find(name);
+  if (state == nullptr || *state != kStopped) return false;
+  *state = kRunning;
   return true;
 }
 
 bool HostServices::Control(const std::string& name, int code) {
   log_.push_back("control " + std::to_string(code) + " " + name);
-  Service* service = Find(name);
-  if (service == nullptr || service->refuses || service->state == kStopped) return false;
+  std::string* state = Find(name);
+  if (state == nullptr || *state == kStopped) return false;
   switch (code) {
     case 1:
-      service->state = kStopped;
+      *state = kStopped;
       return true;
     case 2:
-      service->state = kPaused;
+      *state = kPaused;
       return true;
     case 3:
-      service->state = kRunning;
+      *state = kRunning;
       return true;
     default:
       return false;
@@ -55,9 +55,7 @@ bool HostServices::Control(const std::string& name, int code) {
 }
 
 void HostServices::SetState(const std::string& name, const std::string& state) {
-  services_[FoldCase(name)].state = state;
+  states_[FoldCase(name)] = state;
 }
-
-void HostServices::Refuse(const std::string& name) { services_[FoldCase(name)].refuses = true; }
 
 }  // namespace quorvale::host

@@ -20,19 +20,14 @@ class HostServices : public Services {
 
   // Makes or changes a service. State words: "Running", "Stopped", "Paused".
   void SetState(const std::string& name, const std::string& state);
-  // From now on the service takes no command.
-  void Refuse(const std::string& name);
   // What services were told, in order: "start NAME", "control 1 NAME".
   const std::vector<std::string>& log() const { return log_; }
 
  private:
-  struct Service {
-    std::string state;
-    bool refuses = false;
-  };
-  Service* Find(const std::string& name);
+  // Null if there is no such service.
+  std::string* Find(const std::string& name);
 
-  std::map<std::string, Service> services_;  // by folded name
+  std::map<std::string, std::string> states_;  // by folded name
   std::vector<std::string> log_;
 };
 

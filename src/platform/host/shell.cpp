@@ -12,6 +12,11 @@ constexpr int kStarted = 42;      // what ShellExecute gives for success
 constexpr int kFileNotFound = 2;  // its refusals
 constexpr int kAccessDenied = 5;
 
+// How long a run of the registry editor takes: it ends when it was asked for this often, or at the
+// first question after so many milliseconds.
+constexpr int kRunPolls = 3;
+constexpr std::uint64_t kRunMilliseconds = 2000;
+
 // The largest text that an import reads.
 constexpr std::uint64_t kMostImportBytes = 256u << 20;
 
@@ -65,21 +70,9 @@ std::string HostShell::SpecialFolder(int folder) {
   return path.size() == 2 && path[1] == ':' ? path + "\\" : path;
 }
 
-void HostShell::SetRunLength(int polls, std::uint64_t milliseconds) {
-  run_polls_ = polls;
-  run_milliseconds_ = milliseconds;
-}
-
-void HostShell::RefuseProgram(const std::string& name) { refused_.insert(FoldCase(name)); }
-
-bool HostShell::IsRefused(const std::string& program) const {
-  return refused_.count(FoldCase(program)) != 0 ||
-         refused_.count(FoldCase(FileNameOf(program))) != 0;
-}
-
 RunId HostShell::Run(const std::string& command_line, WindowStyle style) {
   std::vector<std::string> words = CommandWords(command_line);
-  if (words.empty() || IsRefused(words[0])) return 0;
+  if (words.empty()) return 0;
   const bool is_editor = IsRegistryEditor(words[0]);
   StartedProgram program;
   program.command_line = command_line;
@@ -94,7 +87,7 @@ int HostShell::Execute(const std::string& verb, const std::string& file,
                        const std::string& parameters, const std::string& folder, int show,
                        RunId* run) {
   if (run != nullptr) *run = 0;
-  if (file.empty() || IsRefused(file)) return kFileNotFound;
+  if (file.empty()) return kFileNotFound;
   if (EqualsNoCase(verb, "runas") && elevation_refused_) return kAccessDenied;
   StartedProgram program;
   program.verb = verb;
@@ -120,9 +113,8 @@ RunId HostShell::StartEditor(const std::vector<std::string>& arguments) {
   }
   if (!names.empty()) run.file = names[0];
   if (names.size() > 1) run.key = names[1];
-  run.polls_left = run_polls_;
-  run.ends_at = system_.Ticks() + run_milliseconds_;
-  run.hangs = runs_hang_;
+  run.polls_left = kRunPolls;
+  run.ends_at = system_.Ticks() + kRunMilliseconds;
   outstanding_[++last_run_] = run;
   return last_run_;
 }
@@ -131,7 +123,6 @@ bool HostShell::IsRunning(RunId id) {
   const auto found = outstanding_.find(id);
   if (found == outstanding_.end()) return false;
   EditorRun& run = found->second;
-  if (run.hangs) return true;
   if (--run.polls_left > 0 && system_.Ticks() < run.ends_at) return true;
   const EditorRun ended = run;
   outstanding_.erase(found);
@@ -143,7 +134,7 @@ void HostShell::FinishRuns() {
   while (!outstanding_.empty()) {
     const EditorRun run = outstanding_.begin()->second;
     outstanding_.erase(outstanding_.begin());
-    if (!run.hangs) End(run);
+    End(run);
   }
 }
 

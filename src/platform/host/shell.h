@@ -1,11 +1,11 @@
 // The desktop shell of a machine folder: it keeps a record of what the program started, and plays
 // the registry editor itself. A run of the editor does its work when it ends, not when it starts,
-// so that code which does not wait for it finds nothing done.
+// so that code which does not wait for it finds nothing done; it ends at the third question whether
+// it still runs, or at the first one after two seconds.
 #pragma once
 
 #include <cstdint>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -54,15 +54,9 @@ class HostShell : public Shell {
   // Lets every outstanding run of the registry editor end now.
   void FinishRuns();
 
-  // What tests arrange. A run of the registry editor ends when it was asked for this often, or at
-  // the first question after so many milliseconds.
-  void SetRunLength(int polls, std::uint64_t milliseconds);
-  // The next runs of the registry editor never end.
-  void SetRunsHang(bool hang) { runs_hang_ = hang; }
+  // What else the computer can be.
   void SetElevationRefused(bool refused) { elevation_refused_ = refused; }
   void SetSpecialFolder(int folder, const std::string& path) { folders_[folder] = path; }
-  // The program of this name (a path or a bare name, without regard to case) cannot be started.
-  void RefuseProgram(const std::string& name);
 
   // What the program did. Runs of the registry editor stand in a list of their own.
   const std::vector<StartedProgram>& started() const { return started_; }
@@ -80,10 +74,8 @@ class HostShell : public Shell {
     std::string key;  // of an export
     int polls_left = 0;
     std::uint64_t ends_at = 0;
-    bool hangs = false;
   };
 
-  bool IsRefused(const std::string& program) const;
   bool Remove(const std::string& path);
   bool CopyTree(const std::string& source, const std::string& target);
   // Where an operation puts what would collide with `target`; "" if it may not be put anywhere.
@@ -98,10 +90,6 @@ class HostShell : public Shell {
   SystemInfo& system_;
   std::map<int, std::string> folders_;
   bool elevation_refused_ = false;
-  bool runs_hang_ = false;
-  int run_polls_ = 3;
-  std::uint64_t run_milliseconds_ = 2000;
-  std::set<std::string> refused_;  // folded
   RunId last_run_ = 0;
   std::map<RunId, EditorRun> outstanding_;
   std::vector<StartedProgram> started_;

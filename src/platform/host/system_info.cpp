@@ -72,8 +72,6 @@ void HostSystemInfo::SetEnvironment(const std::string& name, const std::string& 
   environment_[FoldCase(name)] = value;
 }
 
-bool HostSystemInfo::HoldInstanceMutex(const std::string&) { return !other_copy_runs_; }
-
 void HostSystemInfo::SetNow(std::optional<LocalTime> now) {
   now_.reset();
   if (now) now_ = SecondNumber(*now) * 1000;

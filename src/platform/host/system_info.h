@@ -22,10 +22,11 @@ class HostSystemInfo : public SystemInfo {
   std::string UserName() override { return user_; }
   std::string ComputerName() override { return computer_; }
   std::string Environment(const std::string& name) override;
-  std::string ProgramFolder() override { return program_folder_; }
+  std::string ProgramFolder() override { return "C:\\Program Files\\Quorvale"; }
   std::string CommandLine() override { return command_line_; }
-  bool PreviousInstanceRuns() override { return other_copy_runs_; }
-  bool HoldInstanceMutex(const std::string& name) override;
+  // Each machine folder has one program at a time.
+  bool PreviousInstanceRuns() override { return false; }
+  bool HoldInstanceMutex(const std::string& /*name*/) override { return true; }
   LocalTime Now() override;
   LocalTime ToLocal(FileTime time) override;
   std::uint64_t Ticks() override;
@@ -44,10 +45,7 @@ class HostSystemInfo : public SystemInfo {
   void SetVersion(const SystemVersion& version) { version_ = version; }
   void SetUser(const std::string& user) { user_ = user; }
   void SetEnvironment(const std::string& name, const std::string& value);
-  void SetProgramFolder(const std::string& folder) { program_folder_ = folder; }
   void SetCommandLine(const std::string& command_line) { command_line_ = command_line; }
-  // Whether another copy of the program runs and holds the mutex.
-  void SetOtherCopyRuns(bool runs) { other_copy_runs_ = runs; }
   // Sets the clock, which from now on moves only by Sleep; nothing: the host's clock.
   void SetNow(std::optional<LocalTime> now);
   // Sleep returns at once; Ticks go on as if it had slept.
@@ -59,9 +57,7 @@ class HostSystemInfo : public SystemInfo {
   std::string user_;
   std::string computer_;
   std::map<std::string, std::string> environment_;  // by folded name
-  std::string program_folder_ = "C:\\Program Files\\Quorvale";
   std::string command_line_;
-  bool other_copy_runs_ = false;
   bool sleepless_ = false;
   std::optional<std::int64_t> now_;  // of a set clock: milliseconds since 1970, local time
   std::uint64_t slept_ = 0;          // milliseconds that were not really slept

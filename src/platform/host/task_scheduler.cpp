@@ -78,8 +78,8 @@ std::optional<TaskTrigger> ParseTrigger(const std::string& text) {
   return trigger;
 }
 
-// Takes one line of a job. The answer is "" or what is wrong with it.
-std::string TakeLine(const std::string& name, const std::string& value, ScheduledTask* task) {
+// Takes one entry of a job. The answer is "" or what is wrong with it.
+std::string TakeEntry(const std::string& name, const std::string& value, ScheduledTask* task) {
   const std::pair<const char*, std::string*> texts[] = {{"application", &task->application},
                                                         {"parameters", &task->parameters},
                                                         {"comment", &task->comment},
@@ -141,6 +141,21 @@ auto FindTask(std::vector<ScheduledTask>& tasks, const std::string& name) {
                       [&name](const ScheduledTask& task) { return EqualsNoCase(task.name, name); });
 }
 
+// Takes one line of tasks.ini. The answer is "" or what is wrong with it.
+std::string TakeLine(const IniLine& line, std::vector<ScheduledTask>* tasks) {
+  if (line.kind == IniLine::Kind::kBroken) return line.name;
+  if (line.kind == IniLine::Kind::kEntry) {
+    if (tasks->empty()) return "the line stands before the first job";
+    return TakeEntry(FoldCase(line.name), line.value, &tasks->back());
+  }
+  if (!IsTaskName(line.name)) return "\"" + line.text + "\" names no job";
+  if (FindTask(*tasks, line.name) != tasks->end()) {
+    return "job \"" + line.name + "\" stands twice";
+  }
+  tasks->emplace_back().name = line.name;
+  return "";
+}
+
 std::uint32_t StatusOf(const ScheduledTask& task) {
   if ((task.flags & kTaskDisabled) != 0) return kTaskIsDisabled;
   if (task.triggers.empty()) return kTaskNotScheduled;
@@ -158,35 +173,17 @@ std::optional<std::vector<ScheduledTask>> HostTaskScheduler::ReadAll(MachineErro
   std::vector<ScheduledTask> tasks;
   struct stat info {};
   if (stat(file_.c_str(), &info) != 0) return tasks;
-  std::optional<std::string> text = ReadHostFile(file_);
+  const std::optional<std::string> text = ReadHostFile(file_);
   if (!text) {
     *error = {file_, 0, "the file cannot be read"};
     return std::nullopt;
   }
-  if (text->starts_with("\xEF\xBB\xBF")) text->erase(0, 3);
-  int number = 0;
-  const auto fail = [&](const std::string& message) {
-    *error = {file_, number, message};
+  IniReader lines(*text);
+  for (IniLine line; lines.Next(&line);) {
+    const std::string problem = TakeLine(line, &tasks);
+    if (problem.empty()) continue;
+    *error = {file_, line.number, problem};
     return std::nullopt;
-  };
-  for (const std::string& raw : Split(*text, "\n")) {
-    ++number;
-    if (!IsUtf8(raw)) return fail("the line is not UTF-8 text");
-    const std::string line = Stripped(raw);
-    if (line.empty() || line[0] == ';' || line[0] == '#') continue;
-    if (line[0] == '[') {
-      const std::string name = line.back() == ']' ? Stripped(line.substr(1, line.size() - 2)) : "";
-      if (!IsTaskName(name)) return fail("\"" + line + "\" names no job");
-      if (FindTask(tasks, name) != tasks.end()) return fail("job \"" + name + "\" stands twice");
-      tasks.emplace_back().name = name;
-      continue;
-    }
-    const std::size_t equals = line.find('=');
-    if (equals == std::string::npos) return fail("the line has no \"=\"");
-    if (tasks.empty()) return fail("the line stands before the first job");
-    const std::string problem = TakeLine(FoldCase(Stripped(line.substr(0, equals))),
-                                         Stripped(line.substr(equals + 1)), &tasks.back());
-    if (!problem.empty()) return fail(problem);
   }
   return tasks;
 }
@@ -210,7 +207,7 @@ std::vector<std::string> HostTaskScheduler::Names() {
 std::optional<ScheduledTask> HostTaskScheduler::Read(const std::string& name) {
   MachineError error;
   std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
-  if (!tasks || unreadable_.count(name) != 0) return std::nullopt;
+  if (!tasks) return std::nullopt;
   const auto found = FindTask(*tasks, name);
   if (found == tasks->end()) return std::nullopt;
   ScheduledTask task = *found;
@@ -224,7 +221,7 @@ std::optional<ScheduledTask> HostTaskScheduler::Read(const std::string& name) {
 bool HostTaskScheduler::Create(const ScheduledTask& task) {
   MachineError error;
   std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
-  if (refusing_ || !tasks || !IsTaskName(task.name)) return false;
+  if (!tasks || !IsTaskName(task.name)) return false;
   if (FindTask(*tasks, task.name) != tasks->end()) return false;
   for (const std::string* text :
        {&task.application, &task.parameters, &task.comment, &task.account}) {
@@ -239,7 +236,7 @@ bool HostTaskScheduler::Create(const ScheduledTask& task) {
 bool HostTaskScheduler::Delete(const std::string& name) {
   MachineError error;
   std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
-  if (refusing_ || !tasks) return false;
+  if (!tasks) return false;
   const auto found = FindTask(*tasks, name);
   if (found == tasks->end()) return false;
   tasks->erase(found);

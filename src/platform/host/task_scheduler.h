@@ -13,7 +13,6 @@
 // Nothing is ever started; the next run is reckoned by the machine's clock.
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -35,11 +34,6 @@ class HostTaskScheduler : public TaskScheduler {
   bool Create(const ScheduledTask& task) override;
   bool Delete(const std::string& name) override;
 
-  // From now on a job of this name is in the list and cannot be read.
-  void MakeUnreadable(const std::string& name) { unreadable_.insert(name); }
-  // While true, nothing is created or deleted.
-  void SetRefusing(bool refusing) { refusing_ = refusing; }
-
  private:
   // Nothing, and the reason, if the file cannot be understood.
   std::optional<std::vector<ScheduledTask>> ReadAll(MachineError* error) const;
@@ -47,8 +41,6 @@ class HostTaskScheduler : public TaskScheduler {
 
   std::string file_;
   SystemInfo& system_;
-  std::set<std::string> unreadable_;
-  bool refusing_ = false;
 };
 
 }  // namespace quorvale::host

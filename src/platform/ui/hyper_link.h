@@ -35,7 +35,6 @@ class HyperLink : public Label {
 
   // Shows what this control is.
   void About();
-  bool IsHovered() const { return hovered_; }
 
  protected:
   void ApplyClick() override;

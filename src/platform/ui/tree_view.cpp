@@ -14,10 +14,6 @@ TreeNode* TreeNode::Next() const {
   return place_ + 1 < siblings.size() ? siblings[place_ + 1] : nullptr;
 }
 
-TreeNode* TreeNode::LastSibling() const {
-  return parent_ != nullptr ? parent_->children_.back() : tree_->roots_.back();
-}
-
 const TreeNode* TreeNode::Root() const {
   const TreeNode* node = this;
   while (node->parent_ != nullptr) node = node->parent_;
@@ -72,14 +68,6 @@ TreeNode* TreeView::Add(TreeNode* parent, const std::string& key, const std::str
   if (!key.empty()) by_key_.emplace(key, node);
   Changed();
   return node;
-}
-
-TreeNode* TreeView::AddUnder(const std::string& parent_key, const std::string& key,
-                             const std::string& text, const std::string& image,
-                             const std::string& selected_image) {
-  TreeNode* parent = Find(parent_key);
-  if (parent == nullptr) return nullptr;
-  return Add(parent, key, text, image, selected_image);
 }
 
 void TreeView::Forget(TreeNode* node) {

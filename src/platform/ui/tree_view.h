@@ -25,7 +25,6 @@ class TreeNode {
   // First child, next sibling; null at the end.
   TreeNode* Child() const { return children_.empty() ? nullptr : children_.front(); }
   TreeNode* Next() const;
-  TreeNode* LastSibling() const;
   int Children() const { return static_cast<int>(children_.size()); }
   const std::vector<TreeNode*>& ChildNodes() const { return children_; }
   const TreeNode* Root() const;
@@ -63,9 +62,6 @@ class TreeView : public Control {
   // the key is taken. Keys are compared as they stand; an empty key is never found again.
   TreeNode* Add(TreeNode* parent, const std::string& key, const std::string& text,
                 const std::string& image, const std::string& selected_image = "");
-  // The same below the node with the key `parent_key`; null also if there is no such node.
-  TreeNode* AddUnder(const std::string& parent_key, const std::string& key, const std::string& text,
-                     const std::string& image, const std::string& selected_image = "");
   // Removes a node with all below it.
   void Remove(TreeNode* node);
   void Clear();

@@ -23,7 +23,7 @@ std::string Lines(const std::vector<std::string>& lines) {
 class SettingsWriter : public testing::Test {
  protected:
   SettingsWriter() {
-    machine_.SetClock(
+    machine_.computer().SetClock(
         {.year = 2026, .month = 11, .day = 14, .hour = 22, .minute = 5, .second = 9, .weekday = 7});
     Session& session = machine_.session();
     session.gBackupProcessName = kMainBackup;
@@ -154,7 +154,7 @@ TEST_F(SettingsWriter, APasswordTypedEarlierStaysWithProtectionOff) {
 }
 
 TEST_F(SettingsWriter, TheStampIsNotPadded) {
-  machine_.SetClock(
+  machine_.computer().SetClock(
       {.year = 2007, .month = 3, .day = 5, .hour = 9, .minute = 7, .second = 0, .weekday = 1});
   WriteBackupSettings(machine_.app(), kPath);
   const std::string text = machine_.ReadFile(kPath);

@@ -81,7 +81,7 @@ class FrmFinish : public testing::Test {
     EXPECT_FALSE(machine_.session().gBackupZipBusy);
   }
   bool OpenedInExplorer() {
-    for (const std::string& started : machine_.Started()) {
+    for (const std::string& started : machine_.computer().Started()) {
       if (Contains(started, "Explorer " + run_.BackupFolder())) return true;
     }
     return false;
@@ -158,8 +158,8 @@ TEST_F(FrmFinish, TheSettingsInsideTellWhatWasTaken) {
 TEST_F(FrmFinish, AMovedDocumentsFolderStandsUnderItsCaption) {
   machine_.WriteFile("C:\\Data\\moved.txt", "moved");
   machine_.WriteFile("C:\\Schreibtisch\\d.txt", "d");
-  machine_.SetSpecialFolder(5, "C:\\Data");
-  machine_.SetSpecialFolder(16, "C:\\Schreibtisch");
+  machine_.computer().SetSpecialFolder(5, "C:\\Data");
+  machine_.computer().SetSpecialFolder(16, "C:\\Schreibtisch");
   run_.OpenItems();
   run_.Tick("Other Files");
   RunToTheEnd();
@@ -181,7 +181,7 @@ TEST_F(FrmFinish, TheBackupFolderInsideTheDocumentsDoesNotBackUpItsOwnStage) {
 }
 
 TEST_F(FrmFinish, ABackupToADrivesRootIsNamedLikeAnyOther) {
-  machine_.SetDrive("D", DriveKind::kFixed);
+  machine_.computer().SetDrive("D", DriveKind::kFixed);
   run_.OpenItems();
   run_.app().Get<FrmTwo>().txtpath.text = "D:\\";
   run_.Tick("Other Files\\My Documents");
@@ -191,7 +191,7 @@ TEST_F(FrmFinish, ABackupToADrivesRootIsNamedLikeAnyOther) {
 }
 
 TEST_F(FrmFinish, AWholeDriveCanBeAdded) {
-  machine_.SetDrive("D", DriveKind::kFixed, 1000000000);
+  machine_.computer().SetDrive("D", DriveKind::kFixed, 1000000000);
   machine_.WriteFile("D:\\top.txt", "top");
   machine_.WriteFile("D:\\sub\\low.txt", "low");
   run_.OpenItems();
@@ -330,7 +330,7 @@ TEST_F(FrmFinish, AProtectedBackupNeedsItsPassword) {
 // Registry exports. -------------------------------------------------------------------------------
 
 TEST_F(FrmFinish, AnExportThatEndsLateIsInTheArchive) {
-  machine_.host().shell().SetRunLength(200, 20000);
+  machine_.faults().shell.DelayRuns(200, 20000);
   run_.OpenItems();
   run_.Tick("Internet Explorer\\Typed Urls");
   RunToTheEnd();
@@ -341,7 +341,7 @@ TEST_F(FrmFinish, AnExportThatEndsLateIsInTheArchive) {
 }
 
 TEST_F(FrmFinish, AnExportThatNeverEndsDoesNotHoldTheRunForEver) {
-  machine_.host().shell().SetRunsHang(true);
+  machine_.faults().shell.HangRuns(true);
   run_.OpenItems();
   run_.Tick("Internet Explorer\\Typed Urls");
   run_.Tick("Other Files\\My Documents");
@@ -386,7 +386,7 @@ TEST_F(FrmFinish, TheCommandLineOfAnExportNamesFileAndKeyInQuotes) {
 // What cannot be read. ----------------------------------------------------------------------------
 
 TEST_F(FrmFinish, AnUnreadableFileIsLeftOutAndTheRunGoesOn) {
-  machine_.host().files().SetInUse(machine_.Documents() + "\\letter.txt", true);
+  machine_.faults().files.SetInUse(machine_.Documents() + "\\letter.txt", true);
   run_.OpenItems();
   run_.Tick("Other Files\\My Documents");
   RunToTheEnd();
@@ -493,7 +493,7 @@ TEST_F(FrmFinish, EachPhaseShowsItsTextAndItsPercentage) {
       ++seen;
     });
   }
-  machine_.host().shell().SetRunLength(10, 500);  // so that the archive stage has to wait
+  machine_.faults().shell.DelayRuns(10, 500);  // so that the archive stage has to wait
   run_.OpenItems();
   for (const char* root : {"Outlook Express", "Internet Explorer", "Other Files"}) run_.Tick(root);
   run_.AddFolder("C:\\Extra\\Work");
@@ -747,7 +747,7 @@ class FullDisk : public FrmFinish {
     run_.OpenReview();
     folder_ = run_.BackupFolder();
     run_.When("Current Progress: Taking Backup of My Documents...",
-              [this] { machine_.SetFreeSpace("C", 100000); });
+              [this] { machine_.computer().SetFreeSpace("C", 100000); });
   }
   std::string folder_;
 };
@@ -783,7 +783,7 @@ TEST_F(FullDisk, AFreedDiskStillEndsAsFailedAndKeepsTheWholeArchive) {
   machine_.Expect(ui::Answer::kOk, SpaceText(folder_));
   machine_.ui().ExpectFolder("C:\\Other place");
   machine_.ui().on_box = [this](const ui::MessageBoxRequest&) {
-    machine_.SetFreeSpace("C", 100000000);
+    machine_.computer().SetFreeSpace("C", 100000000);
   };
   run_.Start();
   machine_.ui().on_box = nullptr;

@@ -44,7 +44,7 @@ class FrmOne : public testing::Test {
 };
 
 TEST_F(FrmOne, OpensWithItsDefaults) {
-  machine_.SetClock(
+  machine_.computer().SetClock(
       {.year = 2026, .month = 11, .day = 14, .hour = 22, .minute = 5, .second = 9, .weekday = 7});
   const frmOne& page = Open();
   EXPECT_EQ(page.txtBackupname.text.get(), "Backup file");
@@ -199,8 +199,8 @@ TEST_F(FrmOne, F1OpensTheHelpAndAltTabIsSwallowed) {
 
 TEST(FrmOneOpenedFile, ABackupFileOnTheCommandLineIsNoted) {
   TestMachine machine;
-  machine.SetCommandLine("\"D:\\Old.obk\"");
-  machine.SetSpecialFolder(special_folder::kPrograms, "C:\\Anna\\Menu\\Programs");
+  machine.computer().SetCommandLine("\"D:\\Old.obk\"");
+  machine.computer().SetSpecialFolder(special_folder::kPrograms, "C:\\Anna\\Menu\\Programs");
   machine.MakeFolder("C:\\Anna\\Recent");
   machine.app().Get<FrmWelcome>();
   machine.app().Get<frmOne>();
@@ -213,7 +213,7 @@ TEST(FrmOneOpenedFile, ABackupFileOnTheCommandLineIsNoted) {
 TEST(FrmOneOpenedFile, APlaceholderOrAWordIsNoFile) {
   for (const char* word : {"%1", "custom", "qvlrunasadmin"}) {
     TestMachine machine;
-    machine.SetCommandLine(word);
+    machine.computer().SetCommandLine(word);
     if (std::string(word) == "custom") {
       machine.Expect(ui::Answer::kOk, "Ready for Scheduled Custom Backup");
     }
@@ -240,7 +240,7 @@ class FrmOneOnVista : public testing::Test {
 };
 
 TEST_F(FrmOneOnVista, ARefusedRestartIsToldAndLeavesNoFile) {
-  machine_.RefuseElevation();
+  machine_.computer().RefuseElevation();
   machine_.Expect(ui::Answer::kOk,
                   "Administrator privileges are required for this action. You do not have "
                   "sufficient access privileges to perform this action.");

@@ -17,7 +17,7 @@ namespace {
 class FrmThree : public testing::Test {
  protected:
   FrmThree() {
-    machine_.SetClock(
+    machine_.computer().SetClock(
         {.year = 2026, .month = 11, .day = 14, .hour = 22, .minute = 5, .second = 9, .weekday = 7});
     machine_.app().Get<FrmWelcome>().Show();
     page_ = &machine_.app().Get<frmThree>();

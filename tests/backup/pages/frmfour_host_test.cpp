@@ -138,7 +138,7 @@ TEST_F(FrmFour, WithASelectionNextWaits) {
 TEST_F(FrmFour, ARunningMailProgramKeepsThePage) {
   run_.Tick("Outlook Express");
   OpenFilledReview();
-  machine_.RunProcess("MSIMN.EXE");
+  machine_.computer().RunProcess("MSIMN.EXE");
   machine_.Expect(ui::Answer::kOk, "Please close Outlook Express to continue.");
   run_.Start();
   EXPECT_TRUE(Page().Visible());
@@ -149,7 +149,7 @@ TEST_F(FrmFour, ARunningMailProgramKeepsThePage) {
 TEST_F(FrmFour, TooLittleSpaceLeadsBackToTheItems) {
   machine_.WriteFile(machine_.Documents() + "\\large.bin", std::string(200000, 'x'));
   OpenFilledReview();
-  machine_.SetFreeSpace("C", 50000);
+  machine_.computer().SetFreeSpace("C", 50000);
   machine_.Expect(ui::Answer::kOk,
                   "There is not sufficient space on disk. Please customize backup items or change "
                   "backup location");
@@ -252,7 +252,7 @@ TEST(AutomaticRun, StartsExactlyOnceAndIsRecorded) {
   BackupRun run;
   TestMachine& machine = run.machine();
   machine.WriteFile(machine.Documents() + "\\letter.txt", "Dear Bob");
-  machine.SetCommandLine("auto");
+  machine.computer().SetCommandLine("auto");
   machine.Expect(ui::Answer::kOk, kDone);
   machine.Do([&] { run.app().Get<FrmWelcome>().Show(); });
   const std::vector<std::string> left = run.LeftInBackupFolder();
@@ -265,8 +265,8 @@ TEST(AutomaticRun, StartsExactlyOnceAndIsRecorded) {
 TEST(AutomaticRun, WithARunningMailProgramThePageStaysUp) {
   BackupRun run;
   TestMachine& machine = run.machine();
-  machine.SetCommandLine("auto");
-  machine.RunProcess("msimn.exe");
+  machine.computer().SetCommandLine("auto");
+  machine.computer().RunProcess("msimn.exe");
   // Once when the page is filled, once by the timer.
   machine.Expect(ui::Answer::kOk, "Please close Outlook Express to continue.");
   machine.Expect(ui::Answer::kOk, "Please close Outlook Express to continue.");
@@ -278,7 +278,7 @@ TEST(AutomaticRun, WithARunningMailProgramThePageStaysUp) {
 TEST(AutomaticRun, WithNothingSelectedItStopsOnTheReviewPage) {
   BackupRun run;
   run.OpenItems();
-  run.machine().SetCommandLine("auto");
+  run.machine().computer().SetCommandLine("auto");
   frmfour& page = run.app().Get<frmfour>();
   run.machine().Do([&] {
     page.FillReview();

@@ -17,7 +17,7 @@ class QuickBackup : public testing::Test {
  protected:
   QuickBackup() { machine_.WriteFile(machine_.Documents() + "\\letter.txt", "Dear Bob"); }
   void StartProgram(const std::string& command_line) {
-    machine_.SetCommandLine(command_line);
+    machine_.computer().SetCommandLine(command_line);
     machine_.Do([this] { run_.app().Get<FrmWelcome>().Show(); });
   }
 

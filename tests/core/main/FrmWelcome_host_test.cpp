@@ -107,14 +107,14 @@ TEST_F(FrmWelcomeTest, HelpOpensTheHelpFileByButtonAndByKey) {
   EXPECT_TRUE(welcome().on_key_down(kF1, 0));
   EXPECT_FALSE(welcome().on_key_down('A', 0));
   const std::string opened = "Open|" + HelpFile() + "|";
-  EXPECT_EQ(machine_.Started(), (std::vector<std::string>{opened, opened}));
+  EXPECT_EQ(machine_.computer().Started(), (std::vector<std::string>{opened, opened}));
 }
 
 TEST_F(FrmWelcomeTest, TheShellButtonsOpenTheMakersAddresses) {
   machine_.Click(welcome().CmdWebsite);
   machine_.Click(welcome().CmdOther);
   machine_.Click(welcome().CmdSupport);
-  EXPECT_EQ(machine_.Started(),
+  EXPECT_EQ(machine_.computer().Started(),
             (std::vector<std::string>{std::string("Open|") + kMakerHomePage + "|",
                                       std::string("Open|") + kMakerProductsPage + "|",
                                       std::string("Open|") + kMakerSupportMail + "|"}));
@@ -349,7 +349,7 @@ TEST_F(FrmWelcomeTest, AboutShowsNameVersionAndLinksAndCloses) {
                      });
   machine_.Click(welcome().CmdAbout);
   EXPECT_FALSE(Shows("frmAbout"));
-  EXPECT_EQ(machine_.Started(),
+  EXPECT_EQ(machine_.computer().Started(),
             (std::vector<std::string>{std::string("Open|") + kMakerHomePage + "|",
                                       std::string("Open|") + kMakerSupportMail + "|",
                                       std::string("Open|") + kMakerHomePage + "|"}));

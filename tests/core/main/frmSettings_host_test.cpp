@@ -23,7 +23,7 @@ class SettingsTest : public testing::Test {
  protected:
   explicit SettingsTest(const std::string& like = "xp") : machine_(like) {
     machine_.MakeFolder(kPrograms);
-    machine_.SetSpecialFolder(kProgramsFolder, kPrograms);
+    machine_.computer().SetSpecialFolder(kProgramsFolder, kPrograms);
   }
 
   frmSettings& Open() {
@@ -148,7 +148,7 @@ TEST_F(SettingsTest, ABrowserOpensAtTheStartOnlyForTheNumberOne) {
     machine_.Restart();
     machine_.app().Get<FrmWelcome>();
     const bool opens = std::string(value) == "1";
-    EXPECT_EQ(machine_.Started().size(), opens ? 1u : 0u) << value;
+    EXPECT_EQ(machine_.computer().Started().size(), opens ? 1u : 0u) << value;
   }
 }
 
@@ -233,7 +233,7 @@ TEST_F(SettingsTest, ALinkThatCannotBeMadeIsNotReported) {
   EXPECT_TRUE(machine_.Boxes().empty());
   EXPECT_EQ(machine_.GetValue(kKey, "chkShortcut"), Value("1"));
   EXPECT_EQ(machine_.GetValue(kKey, "ChkStartMenu"), Value("1"));
-  machine_.SetSpecialFolder(kProgramsFolder, "");
+  machine_.computer().SetSpecialFolder(kProgramsFolder, "");
   machine_.Click(page.ChkStartMenu);
   machine_.Click(page.ChkStartMenu);
   EXPECT_TRUE(machine_.Boxes().empty());
@@ -274,8 +274,8 @@ TEST_F(SettingsTest, AChosenFolderIsTakenAndStored) {
 }
 
 TEST_F(SettingsTest, FoldersThatWontDoAreRefusedAndTheTextStays) {
-  machine_.SetDrive("E", DriveKind::kCdRom);
-  machine_.SetDrive("F", DriveKind::kRemovable);
+  machine_.computer().SetDrive("E", DriveKind::kCdRom);
+  machine_.computer().SetDrive("F", DriveKind::kRemovable);
   frmSettings& page = Open();
   const std::string before = page.txtBackup.text;
   struct Case {
@@ -332,8 +332,9 @@ TEST_F(SettingsTest, TheFoldersOpenInTheFileManager) {
   frmSettings& page = Open();
   machine_.Click(page.Command2);
   machine_.Click(page.Command3);
-  EXPECT_EQ(machine_.Started(), (std::vector<std::string>{"run|Explorer " + Data() + "\\Backup",
-                                                          "run|Explorer " + Data() + "\\Restore"}));
+  EXPECT_EQ(machine_.computer().Started(),
+            (std::vector<std::string>{"run|Explorer " + Data() + "\\Backup",
+                                      "run|Explorer " + Data() + "\\Restore"}));
 }
 
 // --- Saving and leaving -------------------------------------------------------------------------

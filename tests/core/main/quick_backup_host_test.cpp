@@ -127,7 +127,7 @@ TEST_F(QuickBackupTest, AChangedBackupFolderIsUsedByTheNextRun) {
   machine_.MakeFolder("C:\\Elsewhere");
   machine_.SetString("HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale\\Settings", "txtBackup",
                      "C:\\Elsewhere");
-  machine_.SetCommandLine("auto");
+  machine_.computer().SetCommandLine("auto");
   machine_.Expect(ui::Answer::kOk, "Backup successfully completed");
   machine_.Do([&] { SubMain(machine_.app()); });
   machine_.RunUntilIdle();
@@ -141,7 +141,7 @@ TEST_F(QuickBackupTest, AChangedBackupFolderIsUsedByTheNextRun) {
 TEST_F(QuickBackupTest, WithAnEmptyTreeTheReviewPageSaysSoAndAutoStopsThere) {
   for (const char* word : {"", "auto"}) {
     TestMachine machine;
-    machine.SetCommandLine(word);
+    machine.computer().SetCommandLine(word);
     // A computer on which nothing is found.
     Application& app = machine.app();
     app.Get<FrmTwo>();

@@ -31,7 +31,7 @@ std::string HandOver(TestMachine& machine) {
 }
 
 void Start(TestMachine& machine, const std::string& command_line = "") {
-  machine.SetCommandLine(command_line);
+  machine.computer().SetCommandLine(command_line);
   machine.Do([&] { SubMain(machine.app()); });
 }
 
@@ -48,7 +48,7 @@ void WriteHandOver(TestMachine& machine, const std::string& type,
 
 size_t CountRunas(TestMachine& machine) {
   size_t count = 0;
-  for (const std::string& started : machine.Started()) {
+  for (const std::string& started : machine.computer().Started()) {
     if (FoldCase(started).starts_with("runas|")) ++count;
   }
   return count;
@@ -128,7 +128,7 @@ TEST(SubMain, OnlyTheNumberOneInTheUpdateSettingOpensTheBrowser) {
     Start(machine);
     std::vector<std::string> opened;
     if (value == "1") opened = {std::string("run|C:\\web.exe ") + kMakerHomePage};
-    EXPECT_EQ(machine.Started(), opened) << value;
+    EXPECT_EQ(machine.computer().Started(), opened) << value;
   }
 }
 
@@ -215,7 +215,7 @@ TEST(RunModes, AutoWithARunningMailProgramStaysOnTheReviewPage) {
   TestMachine machine;
   GiveDocuments(machine);
   machine.MakeKey("HKEY_CURRENT_USER\\Identities");
-  machine.RunProcess("msimn.exe");
+  machine.computer().RunProcess("msimn.exe");
   const std::string message = WatchedMessage("Outlook Express");
   machine.Expect(ui::Answer::kOk, message);
   machine.Expect(ui::Answer::kOk, message);
@@ -230,7 +230,7 @@ TEST(RunModes, AutoWithARunningMailProgramStaysOnTheReviewPage) {
 TEST(RunModes, AutoWithTooLittleSpaceEndsOnTheItemPage) {
   TestMachine machine;
   GiveDocuments(machine);
-  machine.SetFreeSpace("C", 1);
+  machine.computer().SetFreeSpace("C", 1);
   machine.Expect(ui::Answer::kOk,
                  "There is not sufficient space on disk. Please customize backup items or change "
                  "backup location");
@@ -286,7 +286,7 @@ TEST(RunModes, ClosingTheWindowBeforeTheWordIsReadEndsTheRun) {
 
 TEST(RunModes, ASecondStartWithoutAWordGivesWay) {
   TestMachine machine;
-  machine.host().system().SetOtherCopyRuns(true);
+  machine.faults().system.SetOtherCopyRuns(true);
   Start(machine);
   EXPECT_TRUE(machine.app().Ended());
   EXPECT_EQ(machine.host().processes().activations(), 1);
@@ -297,7 +297,7 @@ TEST(RunModes, ASecondStartWithoutAWordGivesWay) {
 TEST(RunModes, ASecondStartWithAutoRunsABackupBesideTheFirst) {
   TestMachine machine;
   GiveDocuments(machine);
-  machine.host().system().SetOtherCopyRuns(true);
+  machine.faults().system.SetOtherCopyRuns(true);
   machine.Expect(ui::Answer::kOk, "Backup successfully completed");
   Start(machine, "auto");
   machine.RunUntilIdle();
@@ -324,12 +324,12 @@ TEST(Elevation, OnOtherSystemsNoRestartEverHappens) {
 
 TEST(Elevation, AcceptedTheQuickLinkEndsThisCopyAndLeavesTheHandOverFile) {
   TestMachine machine("vista");
-  machine.RefuseElevation(false);
+  machine.computer().RefuseElevation(false);
   Start(machine);
   machine.Do([&] { machine.app().Get<FrmWelcome>().QuickLink(0); });
   EXPECT_TRUE(machine.app().Ended());
   EXPECT_EQ(CountRunas(machine), 1u);
-  EXPECT_TRUE(EndsWithNoCase(machine.Started().back(), "\\Quorvale.exe|qvlrunasadmin"));
+  EXPECT_TRUE(EndsWithNoCase(machine.computer().Started().back(), "\\Quorvale.exe|qvlrunasadmin"));
   const std::string text = machine.ReadFile(HandOver(machine));
   EXPECT_TRUE(Contains(text, "<BackupType>quickbackup</BackupType>")) << text;
   EXPECT_TRUE(Contains(text, "<BackupName>Backup file</BackupName>")) << text;
@@ -339,7 +339,7 @@ TEST(Elevation, AcceptedTheQuickLinkEndsThisCopyAndLeavesTheHandOverFile) {
 
 TEST(Elevation, RefusedTheHandOverFileIsGoneAndTheRunIsAlive) {
   TestMachine machine("vista");
-  machine.RefuseElevation();
+  machine.computer().RefuseElevation();
   Start(machine);
   FrmWelcome& welcome = machine.app().Get<FrmWelcome>();
   machine.Expect(ui::Answer::kOk, kRefused);
@@ -356,7 +356,7 @@ TEST(Elevation, RefusedTheHandOverFileIsGoneAndTheRunIsAlive) {
 
 TEST(Elevation, ARestoreIsGuardedTheSameWay) {
   TestMachine machine("vista");
-  machine.RefuseElevation();
+  machine.computer().RefuseElevation();
   Start(machine);
   FrmWelcome& welcome = machine.app().Get<FrmWelcome>();
   machine.Expect(ui::Answer::kOk, kRefused);
@@ -365,7 +365,7 @@ TEST(Elevation, ARestoreIsGuardedTheSameWay) {
   EXPECT_FALSE(machine.Exists(HandOver(machine)));
   EXPECT_TRUE(welcome.cmdWC_Restore.enabled);
 
-  machine.RefuseElevation(false);
+  machine.computer().RefuseElevation(false);
   machine.Click(welcome.cmdWC_Restore);
   EXPECT_TRUE(machine.app().Ended());
   EXPECT_TRUE(Contains(machine.ReadFile(HandOver(machine)), "<BackupType>Restore</BackupType>"));
@@ -381,7 +381,7 @@ TEST(Elevation, ARestoreIsGuardedTheSameWay) {
 TEST(Elevation, TheWordsOfTheSchedulerAreRefusedInSilenceBeyondTheOneMessage) {
   for (const char* word : {"qbackup", "auto"}) {
     TestMachine machine("vista");
-    machine.RefuseElevation();
+    machine.computer().RefuseElevation();
     machine.Expect(ui::Answer::kOk, kRefused);
     Start(machine, word);
     EXPECT_EQ(machine.Boxes().size(), 1u) << word;
@@ -393,7 +393,7 @@ TEST(Elevation, TheWordsOfTheSchedulerAreRefusedInSilenceBeyondTheOneMessage) {
 TEST(Elevation, AutoHandsItsWordOverAndTheTwinRunsTheBackup) {
   TestMachine machine("vista");
   GiveDocuments(machine);
-  machine.RefuseElevation(false);
+  machine.computer().RefuseElevation(false);
   Start(machine, "auto");
   EXPECT_TRUE(machine.app().Ended());
   EXPECT_TRUE(Contains(machine.ReadFile(HandOver(machine)), "<BackupType>auto</BackupType>"));

@@ -32,10 +32,11 @@ TEST_F(PageProcedures, AFolderThatCannotBeMadeIsTold) {
 TEST_F(PageProcedures, OpenUrlStartsTheBrowserOrTellsThatThereIsNone) {
   machine_.Expect(ui::Answer::kOk, "Unable to open URL. Install browser first!");
   OpenUrl(machine_.app(), "https://a.example/");
-  EXPECT_TRUE(machine_.Started().empty());
+  EXPECT_TRUE(machine_.computer().Started().empty());
   machine_.SetString("HKEY_CLASSES_ROOT\\http\\shell\\open\\command", "", "\"C:\\web.exe\" %1");
   OpenUrl(machine_.app(), "https://a.example/");
-  EXPECT_EQ(machine_.Started(), std::vector<std::string>{"run|C:\\web.exe https://a.example/"});
+  EXPECT_EQ(machine_.computer().Started(),
+            std::vector<std::string>{"run|C:\\web.exe https://a.example/"});
 }
 
 TEST_F(PageProcedures, RoundPageDependsOnTheSystemAndSparesAMinimisedPage) {

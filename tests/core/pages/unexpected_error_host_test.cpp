@@ -15,7 +15,7 @@ constexpr char kDeveloper[] = "HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale\\
 
 class UnexpectedErrorTest : public testing::Test {
  protected:
-  UnexpectedErrorTest() { machine_.SetClock({2026, 3, 5, 9, 7, 1, 5}); }
+  UnexpectedErrorTest() { machine_.computer().SetClock({2026, 3, 5, 9, 7, 1, 5}); }
 
   HuntERR& Errors() {
     if (!errors_) {
@@ -42,7 +42,7 @@ TEST_F(UnexpectedErrorTest, WorkThatGoesWellLeavesNothingBehind) {
 }
 
 TEST_F(UnexpectedErrorTest, AnExceptionIsKeptWholeAndToldInOneSentence) {
-  machine_.SetCommandLine("auto");
+  machine_.computer().SetCommandLine("auto");
   machine_.Expect(ui::Answer::kOk, Sentence("the tree is gone"));
   EXPECT_FALSE(RunReporting(machine_.app(), &Errors(), "WinMain",
                             [] { throw std::runtime_error("the tree is gone"); }));

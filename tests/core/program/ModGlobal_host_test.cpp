@@ -16,7 +16,7 @@ constexpr char kSettings[] = "HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale\\S
 class ModGlobalTest : public testing::Test {
  protected:
   void UseJobFolder(const std::string& folder) {
-    machine_.SetDrive("D", DriveKind::kFixed);
+    machine_.computer().SetDrive("D", DriveKind::kFixed);
     machine_.MakeFolder("D:\\Jobs");
     folder_ = folder;
   }
@@ -116,8 +116,8 @@ TEST_F(ModGlobalTest, HistoryStampIsPaddedAndEndsInTheLongTime) {
 class LinksTest : public ModGlobalTest {
  protected:
   LinksTest() {
-    machine_.SetSpecialFolder(special_folder::kPrograms,
-                              machine_.Profile() + "\\Start Menu\\Programs");
+    machine_.computer().SetSpecialFolder(special_folder::kPrograms,
+                                         machine_.Profile() + "\\Start Menu\\Programs");
     for (const char* folder : {"\\Start Menu\\Programs", "\\Recent"}) {
       machine_.MakeFolder(machine_.Profile() + folder);
     }
@@ -144,14 +144,14 @@ TEST_F(LinksTest, AGroupIsTheWayFromTheProgramsOfTheStartMenu) {
 
 TEST_F(LinksTest, WithoutAPlaceOrANameThereIsNoLink) {
   EXPECT_FALSE(CreateShellLink(machine_.app(), "C:\\a.exe", "\"\"", "", ""));
-  machine_.SetSpecialFolder(special_folder::kPrograms, "");
+  machine_.computer().SetSpecialFolder(special_folder::kPrograms, "");
   EXPECT_FALSE(CreateShellLink(machine_.app(), "C:\\a.exe", "a", "", ""));
   EXPECT_FALSE(StartMenuShortcut(machine_.app()));
   EXPECT_TRUE(machine_.host().shell().links_made().empty());
 }
 
 TEST_F(LinksTest, AFileGivenAtTheStartIsRememberedAndLinkedAmongTheRecentOnes) {
-  machine_.SetCommandLine(" \"C:\\Backups\\My mail.obk\" ");
+  machine_.computer().SetCommandLine(" \"C:\\Backups\\My mail.obk\" ");
   RegisterOpenedFile(machine_.app());
   EXPECT_EQ(machine_.session().gBackupFileName, "\"C:\\Backups\\My mail.obk\"");
   EXPECT_EQ(LastLink().link_path, machine_.Profile() + "\\Recent\\My mail.obk.lnk");
@@ -160,7 +160,7 @@ TEST_F(LinksTest, AFileGivenAtTheStartIsRememberedAndLinkedAmongTheRecentOnes) {
 
 TEST_F(LinksTest, WordsOfTheRunModesAndTheBareFileMarkAreNoFiles) {
   for (const char* word : {"", "%1", "qbackup", "custom", "auto", "qvlrunasadmin"}) {
-    machine_.SetCommandLine(word);
+    machine_.computer().SetCommandLine(word);
     RegisterOpenedFile(machine_.app());
     EXPECT_EQ(machine_.session().gBackupFileName, "") << word;
   }

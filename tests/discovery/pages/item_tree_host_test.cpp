@@ -312,8 +312,8 @@ TEST(ItemTree, IsBuiltOnceInTheLifeOfThePage) {
 
 TEST(ItemTree, SpecialFoldersThatTheSystemCannotNameAreLeftOut) {
   TestMachine machine("xp");
-  for (int folder : {5, 6, 16, 26, 28, 33, 43}) machine.SetSpecialFolder(folder, "");
-  machine.SetEnvironment("UserProfile", "");
+  for (int folder : {5, 6, 16, 26, 28, 33, 43}) machine.computer().SetSpecialFolder(folder, "");
+  machine.computer().SetEnvironment("UserProfile", "");
   SeedOutlook(machine);
   machine.MakeKey(NtProfile("Outlook"));
   FrmTwo& page = OpenPage(machine);
@@ -327,62 +327,16 @@ TEST(ItemTree, SpecialFoldersThatTheSystemCannotNameAreLeftOut) {
   }
 }
 
-// A computer's files with 10,000 more in one folder, which no disk has to hold.
-class FilesAndManyMore : public Files {
- public:
-  FilesAndManyMore(Files& files, std::string folder) : files_(files), folder_(std::move(folder)) {}
-
-  std::vector<FileInfo> List(const std::string& folder) override {
-    std::vector<FileInfo> entries = files_.List(folder);
-    if (WithoutBackslash(folder) != folder_) return entries;
-    for (int n = 0; n < 10000; ++n) {
-      entries.push_back({.name = "Folder " + std::to_string(n) + ".dbx"});
-    }
-    return entries;
-  }
-
-  std::optional<FileInfo> Stat(const std::string& path) override { return files_.Stat(path); }
-  std::unique_ptr<InputFile> OpenRead(const std::string& path) override {
-    return files_.OpenRead(path);
-  }
-  std::unique_ptr<OutputFile> Create(const std::string& path, FileStatus* status) override {
-    return files_.Create(path, status);
-  }
-  FileStatus MakeFolder(const std::string& path) override { return files_.MakeFolder(path); }
-  FileStatus RemoveFile(const std::string& path, bool force) override {
-    return files_.RemoveFile(path, force);
-  }
-  FileStatus RemoveFolder(const std::string& path, bool force) override {
-    return files_.RemoveFolder(path, force);
-  }
-  FileStatus Replace(const std::string& from, const std::string& to) override {
-    return files_.Replace(from, to);
-  }
-  FileStatus SetModified(const std::string& path, FileTime modified) override {
-    return files_.SetModified(path, modified);
-  }
-  FileStatus SetAttributes(const std::string& path, std::uint32_t attributes) override {
-    return files_.SetAttributes(path, attributes);
-  }
-  std::string ShortPath(const std::string& path) override { return files_.ShortPath(path); }
-  DriveKind KindOfDrive(const std::string& drive) override { return files_.KindOfDrive(drive); }
-  bool DriveExists(const std::string& drive) override { return files_.DriveExists(drive); }
-  std::optional<DiskSpace> Space(const std::string& path) override { return files_.Space(path); }
-
- private:
-  Files& files_;
-  std::string folder_;
-};
-
 TEST(ItemTree, TenThousandMailFilesAreListedAndTickedInUnderASecond) {
   TestMachine machine("xp");
   SeedOutlookExpress(machine);
-  Platform& real = machine.platform();
-  FilesAndManyMore files(real.files, StoreFolder(machine));
-  Platform platform{real.registry,  files,         real.shell, real.system,
-                    real.processes, real.services, real.ftp,   real.discs,
-                    real.scheduler, real.threads,  real.ui};
-  Application app(platform, ProgramPages());
+  // 10,000 more than any disk has to hold.
+  std::vector<FileInfo> mail_files;
+  for (int n = 0; n < 10000; ++n) {
+    mail_files.push_back({.name = "Folder " + std::to_string(n) + ".dbx"});
+  }
+  machine.faults().files.AlsoList(StoreFolder(machine), std::move(mail_files));
+  Application& app = machine.app();
   app.Get<FrmWelcome>();
   // Time of the processor, so that a busy computer fails no test.
   const std::clock_t start = std::clock();

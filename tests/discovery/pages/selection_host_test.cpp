@@ -222,7 +222,7 @@ TEST_F(SizeCount, WhatIsGoneCountsNothing) {
 }
 
 TEST_F(SizeCount, DriveRootCountsItsUsedBytes) {
-  machine.SetDrive("D", DriveKind::kFixed, 1000);
+  machine.computer().SetDrive("D", DriveKind::kFixed, 1000);
   FrmTwo& page = OpenPage(machine);
   const std::optional<DiskSpace> space = machine.files().Space("D:\\");
   ASSERT_TRUE(space.has_value());
@@ -233,7 +233,7 @@ TEST_F(SizeCount, DriveRootCountsItsUsedBytes) {
 }
 
 TEST_F(SizeCount, FreeBytesComeFromTheDrive) {
-  machine.SetDrive("D", DriveKind::kFixed, 123456);
+  machine.computer().SetDrive("D", DriveKind::kFixed, 123456);
   FrmTwo& page = OpenPage(machine);
   page.getDriveSize("D:");
   EXPECT_DOUBLE_EQ(machine.session().gFreeBytes, 123456);
@@ -312,7 +312,7 @@ TEST(FrmTwoNext, DriveThatTellsNoSpaceEndsInSilence) {
 
 TEST(FrmTwoNext, TooLittleSpaceIsRefusedAndAsksForAnotherFolder) {
   TestMachine machine("xp");
-  machine.SetDrive("D", DriveKind::kFixed, 2000);
+  machine.computer().SetDrive("D", DriveKind::kFixed, 2000);
   machine.MakeFolder("C:\\Safe");
   machine.WriteFile(machine.Documents() + "\\a.txt", std::string(5000, 'x'));
   FrmTwo& page = OpenPage(machine);
@@ -327,7 +327,7 @@ TEST(FrmTwoNext, TooLittleSpaceIsRefusedAndAsksForAnotherFolder) {
 
 TEST(FrmTwoNext, SelectionOfRegistryKeysPassesTheSpaceTestOfAFullDrive) {
   TestMachine machine("xp");
-  machine.SetDrive("D", DriveKind::kFixed, 0);
+  machine.computer().SetDrive("D", DriveKind::kFixed, 0);
   FrmTwo& page = OpenPage(machine);
   page.txtpath.text = "D:\\Safe";
   machine.Tick(page.tvwMain, "Internet Explorer\\Typed Urls");
@@ -339,13 +339,13 @@ TEST(FrmTwoNext, RunningMailProgramIsRefusedInAnyCase) {
   TestMachine machine("xp");
   SeedOutlook(machine);
   SeedProfile(machine, NtProfile("Outlook"), {});
-  machine.RunProcess("OUTLOOK.EXE");
+  machine.computer().RunProcess("OUTLOOK.EXE");
   machine.Tick(OpenPage(machine).tvwMain, "Microsoft Outlook");
   ExpectStays(machine, "Please close Microsoft Outlook to continue.");
   EXPECT_TRUE(machine.ui().boxes.back().request.to_foreground);
   EXPECT_EQ(machine.ui().boxes.back().request.icon, ui::Icon::kInformation);
 
-  machine.EndProcess("OUTLOOK.EXE");
+  machine.computer().EndProcess("OUTLOOK.EXE");
   ExpectGoesOn(machine);
 }
 
@@ -353,8 +353,8 @@ TEST(FrmTwoNext, TwoRunningMailProgramsGiveOneMessage) {
   TestMachine machine("xp");
   SeedOutlook(machine);
   SeedProfile(machine, NtProfile("Outlook"), {});
-  machine.RunProcess("OUTLOOK.EXE", 10);
-  machine.RunProcess("msimn.exe", 11);
+  machine.computer().RunProcess("OUTLOOK.EXE", 10);
+  machine.computer().RunProcess("msimn.exe", 11);
   FrmTwo& page = OpenPage(machine);
   machine.Tick(page.tvwMain, "Microsoft Outlook");
   machine.Tick(page.tvwMain, "Outlook Express");
@@ -364,21 +364,21 @@ TEST(FrmTwoNext, TwoRunningMailProgramsGiveOneMessage) {
 
 TEST(FrmTwoNext, RunningWindowsMailIsRefused) {
   TestMachine machine("vista");
-  machine.RunProcess("WinMail.exe");
+  machine.computer().RunProcess("WinMail.exe");
   machine.Tick(OpenPage(machine).tvwMain, "Windows Mail");
   ExpectStays(machine, "Please close Windows Mail to continue.");
 }
 
 TEST(FrmTwoNext, RunningMailProgramIsNoObstacleWithoutATickedMailNode) {
   TestMachine machine("xp");
-  machine.RunProcess("msimn.exe");
+  machine.computer().RunProcess("msimn.exe");
   machine.Tick(OpenPage(machine).tvwMain, "Other Files");
   ExpectGoesOn(machine);
 }
 
 TEST(FrmTwoNext, ProcessListHasANumberedRowForEachProcess) {
   TestMachine machine("xp");
-  machine.RunProcess("one.exe", 7);
+  machine.computer().RunProcess("one.exe", 7);
   FrmTwo& page = OpenPage(machine);
   page.processeslisting();
   ASSERT_FALSE(page.LvW.rows().empty());
@@ -452,12 +452,12 @@ TEST(FrmTwoNext, FirstLoadNamesAMainBackup) {
 
 TEST(FrmTwoRights, TickedBrowserSettingsNeedThemOnVista) {
   TestMachine machine("vista");
-  machine.RefuseElevation(false);
+  machine.computer().RefuseElevation(false);
   FrmTwo& page = OpenPage(machine);
   machine.Tick(page.tvwMain, "Internet Explorer\\IESettings");
   machine.Click(page.cmdNext);
   EXPECT_TRUE(machine.app().Ended());
-  const std::vector<std::string> started = machine.Started();
+  const std::vector<std::string> started = machine.computer().Started();
   ASSERT_EQ(started.size(), 1u);
   EXPECT_TRUE(started[0].starts_with("Runas|"));
   EXPECT_TRUE(started[0].ends_with("\\Quorvale.exe|qvlrunasadmin"));
@@ -468,19 +468,19 @@ TEST(FrmTwoRights, AreNotNeededForFoldersOnVista) {
   TestMachine machine("vista");
   machine.Tick(OpenPage(machine).tvwMain, "Other Files");
   ExpectGoesOn(machine);
-  EXPECT_TRUE(machine.Started().empty());
+  EXPECT_TRUE(machine.computer().Started().empty());
 }
 
 TEST(FrmTwoRights, AreNeverAskedForBeforeVista) {
   TestMachine machine("xp");
   machine.Tick(OpenPage(machine).tvwMain, "Internet Explorer");
   ExpectGoesOn(machine);
-  EXPECT_TRUE(machine.Started().empty());
+  EXPECT_TRUE(machine.computer().Started().empty());
 }
 
 TEST(FrmTwoRights, RefusalLeavesThePageAndNoHandOverFile) {
   TestMachine machine("vista");
-  machine.RefuseElevation();
+  machine.computer().RefuseElevation();
   machine.Tick(OpenPage(machine).tvwMain, "Windows Mail");
   ExpectStays(machine, kRefusedRights);
   EXPECT_EQ(machine.Boxes().back(), kRefusedRights);
@@ -496,7 +496,7 @@ TEST(FrmTwoRights, RestartedCopyHasTheSameTicksAndGoesOnByItself) {
   machine.MakeFolder("C:\\Work");
   machine.WriteFile("C:\\Work\\list.txt", "x");
   machine.MakeFolder(machine.Cookies());
-  machine.RefuseElevation(false);
+  machine.computer().RefuseElevation(false);
   machine.app().Get<FrmWelcome>();
   machine.app().Get<frmOne>().txtBackupname.text = "Whole";
   FrmTwo& page = OpenPage(machine);

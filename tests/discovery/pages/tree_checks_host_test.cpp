@@ -401,8 +401,8 @@ TEST_F(Destination, RecycleBinIsRefusedInAnyCase) {
 
 TEST_F(Destination, DriveThatIsNotFixedIsRefused) {
   TestMachine machine("xp");
-  machine.SetDrive("E", DriveKind::kCdRom);
-  machine.SetDrive("F", DriveKind::kRemovable);
+  machine.computer().SetDrive("E", DriveKind::kCdRom);
+  machine.computer().SetDrive("F", DriveKind::kRemovable);
   for (const char* folder : {"E:\\", "F:\\Safe", "Q:\\None"}) {
     machine.Expect(ui::Answer::kOk, "Please select a fixed drive.");
     Choose(machine, folder);

@@ -4,7 +4,8 @@
 
 #include <stdexcept>
 
-#include "support/fakes.h"
+#include "support/faulty_platform.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
@@ -40,7 +41,7 @@ TEST(ProcessWatch, OtherImagesAreNoMatch) {
 }
 
 TEST(ProcessWatch, ServiceRunsByItsStateWord) {
-  FakeServices services;
+  MemoryServices services;
   services.states = {{"WSearch", "Running"}, {"Schedule", "Stopped"}, {"Odd", "Start Pending"}};
   EXPECT_TRUE(ServiceIsRunning(services, "WSearch"));
   EXPECT_FALSE(ServiceIsRunning(services, "Schedule"));
@@ -49,19 +50,22 @@ TEST(ProcessWatch, ServiceRunsByItsStateWord) {
 }
 
 TEST(ProcessWatch, ActionZeroStartsAndOthersAreControlCodes) {
-  FakeServices services;
+  MemoryServices services;
+  services.states = {{"WSearch", "Stopped"}};
   for (int action = 0; action <= 3; ++action) {
     EXPECT_TRUE(ControlServiceByName(services, "WSearch", action));
   }
   EXPECT_EQ((std::vector<std::string>{"start WSearch", "1 WSearch", "2 WSearch", "3 WSearch"}),
             services.told);
-  services.accepts = false;
-  EXPECT_FALSE(ControlServiceByName(services, "WSearch", 0));
-  EXPECT_FALSE(ControlServiceByName(services, "WSearch", 1));
+  CallCount calls;
+  FaultyServices refusing(services, calls);
+  refusing.Refuse("WSearch");
+  EXPECT_FALSE(ControlServiceByName(refusing, "WSearch", 0));
+  EXPECT_FALSE(ControlServiceByName(refusing, "WSearch", 1));
 }
 
 TEST(ProcessWatch, OtherActionsAreAnError) {
-  FakeServices services;
+  MemoryServices services;
   EXPECT_THROW(ControlServiceByName(services, "WSearch", 4), std::invalid_argument);
   EXPECT_THROW(ControlServiceByName(services, "WSearch", -1), std::invalid_argument);
   EXPECT_TRUE(services.told.empty());

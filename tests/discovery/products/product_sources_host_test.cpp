@@ -481,8 +481,8 @@ TEST(OutlookSource, TextOfProfileValuesGoesThereAndBack) {
 
 TEST(InternetExplorerSource, CookiesBesideTheFavoritesStandInForAMissingCookiesFolder) {
   TestMachine machine("98");
-  machine.SetSpecialFolder(33, "");
-  machine.SetSpecialFolder(6, "C:\\WINDOWS\\Favorites");
+  machine.computer().SetSpecialFolder(33, "");
+  machine.computer().SetSpecialFolder(6, "C:\\WINDOWS\\Favorites");
   machine.MakeFolder("C:\\WINDOWS\\Favorites");
   machine.MakeFolder("C:\\WINDOWS\\Cookies");
   FrmTwo& page = OpenPage(machine);
@@ -492,8 +492,8 @@ TEST(InternetExplorerSource, CookiesBesideTheFavoritesStandInForAMissingCookiesF
 
 TEST(InternetExplorerSource, FoldersThatAreGoneAreLeftOut) {
   TestMachine machine("xp");
-  machine.SetSpecialFolder(33, "C:\\Gone\\Cookies");
-  machine.SetSpecialFolder(6, "C:\\Gone\\Favorites");
+  machine.computer().SetSpecialFolder(33, "C:\\Gone\\Cookies");
+  machine.computer().SetSpecialFolder(6, "C:\\Gone\\Favorites");
   EXPECT_EQ(ChildTexts(NodeAt(OpenPage(machine), "Internet Explorer")),
             (Texts{"Typed Urls", "IESettings"}));
 }
@@ -507,8 +507,8 @@ TEST(InternetExplorerSource, TypedAddressesAreSelectedAtFirst) {
 
 TEST(OtherFilesSource, FoldersEndInOneBackslash) {
   TestMachine machine("xp");
-  machine.SetDrive("D", DriveKind::kFixed);
-  machine.SetSpecialFolder(5, "D:\\");
+  machine.computer().SetDrive("D", DriveKind::kFixed);
+  machine.computer().SetSpecialFolder(5, "D:\\");
   FrmTwo& page = OpenPage(machine);
   EXPECT_EQ(NodeAt(page, "Other Files\\My Documents")->Key(), "D:\\");
   EXPECT_EQ(NodeAt(page, "Other Files\\My Desktop Files")->Key(), machine.Desktop() + "\\");
@@ -516,7 +516,7 @@ TEST(OtherFilesSource, FoldersEndInOneBackslash) {
 
 TEST(OtherFilesSource, FillEndsAtItsFirstError) {
   TestMachine machine("xp");
-  machine.SetSpecialFolder(16, machine.Documents());
+  machine.computer().SetSpecialFolder(16, machine.Documents());
   FrmTwo& page = OpenPage(machine);
   EXPECT_EQ(ChildTexts(NodeAt(page, "Other Files")), Texts{"My Documents"});
   EXPECT_EQ(page.tvwMain.Find("Add Other Folders"), nullptr);

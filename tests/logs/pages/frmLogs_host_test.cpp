@@ -151,8 +151,9 @@ TEST_F(FrmLogsTest, AFileAndTheFolderOpenOutside) {
   ASSERT_TRUE(page.File1.on_double_click);
   page.File1.on_double_click();
   machine_.Click(page.Command2);
-  EXPECT_EQ(machine_.Started(), (std::vector<std::string>{"run|Notepad " + Folder() + "\\a.xml",
-                                                          "run|Explorer " + Folder()}));
+  EXPECT_EQ(machine_.computer().Started(),
+            (std::vector<std::string>{"run|Notepad " + Folder() + "\\a.xml",
+                                      "run|Explorer " + Folder()}));
 }
 
 TEST_F(FrmLogsTest, CancelLeadsHomeAndBackClosesThePageOnly) {

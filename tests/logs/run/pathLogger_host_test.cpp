@@ -92,7 +92,7 @@ TEST_F(PathLogger, AnEmptyRootIsOnePathWithoutFiles) {
 }
 
 TEST_F(PathLogger, ADrivesRootGivesPathsWithOneBackslash) {
-  machine_.SetDrive("E", DriveKind::kFixed);
+  machine_.computer().SetDrive("E", DriveKind::kFixed);
   machine_.WriteFile("E:\\sub\\x.bin", "x");
   machine_.WriteFile("E:\\y.bin", "y");
   EXPECT_TRUE(walk_.LogPath("E:\\"));

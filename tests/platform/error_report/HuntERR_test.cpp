@@ -6,14 +6,14 @@
 #include <stdexcept>
 
 #include "base/text.h"
-#include "support/fakes.h"
+#include "support/memory_platform.h"
 
 namespace quorvale {
 namespace {
 
 using namespace error_flag;
 
-class ReportSystem : public FakeSystem {
+class ReportSystem : public MemorySystem {
  public:
   LocalTime Now() override { return {2026, 3, 5, 9, 7, 1, 5}; }
   std::string ErrorText(int number) override {

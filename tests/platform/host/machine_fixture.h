@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -12,30 +11,9 @@
 
 #include "platform/host/host_platform.h"
 #include "platform/ui/ui.h"
+#include "support/temp_folder.h"
 
 namespace quorvale::host {
-
-// A folder of the host that is gone afterwards.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string name = testing::TempDir() + "quorvale-host-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
-    path_ = name;
-  }
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 inline void WriteHost(const std::string& path, const std::string& bytes) {
   std::filesystem::create_directories(std::filesystem::path(path).parent_path());

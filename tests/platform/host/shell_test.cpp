@@ -61,10 +61,8 @@ TEST_F(HostShellTest, StartedProgramsAreRecorded) {
   EXPECT_EQ(1, shell().started()[1].show);
 }
 
-TEST_F(HostShellTest, RefusedProgramsDoNotStart) {
-  shell().RefuseProgram("Notepad");
-  EXPECT_EQ(0u, shell().Run("notepad C:\\a.txt", WindowStyle::kNormal));
-  EXPECT_GT(32, shell().Execute("open", "C:\\Windows\\NOTEPAD", "", "", 1, nullptr));
+TEST_F(HostShellTest, NothingIsNoProgram) {
+  EXPECT_GT(32, shell().Execute("open", "", "", "", 1, nullptr));
   EXPECT_EQ(0u, shell().Run("", WindowStyle::kNormal));
   EXPECT_TRUE(shell().started().empty());
 }
@@ -103,13 +101,12 @@ TEST_F(HostShellTest, ExportIsThereOnlyWhenTheRunHasEnded) {
 }
 
 TEST_F(HostShellTest, RunEndsByQuestionsOrByTime) {
-  shell().SetRunLength(5, 1000);
   const RunId first = shell().Run("regedit.exe /s /c \"C:\\a.reg\"", WindowStyle::kHidden);
-  for (int i = 0; i < 4; ++i) EXPECT_TRUE(shell().IsRunning(first));
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(shell().IsRunning(first));
   EXPECT_FALSE(shell().IsRunning(first));
   const RunId second = shell().Run("regedit.exe /s /c \"C:\\a.reg\"", WindowStyle::kHidden);
   EXPECT_TRUE(shell().IsRunning(second));
-  platform_->system().Sleep(1000);
+  platform_->system().Sleep(2000);
   EXPECT_FALSE(shell().IsRunning(second));
   EXPECT_FALSE(shell().IsRunning(4711));
 }
@@ -184,18 +181,6 @@ TEST_F(HostShellTest, FileThatIsGoneBeforeTheRunEndsIsNotImported) {
   platform_->files().RemoveFile("C:\\a.reg", false);
   editor_.WaitForRuns();
   EXPECT_FALSE(platform_->registry().KeyExists(kUser, "Imported"));
-}
-
-TEST_F(HostShellTest, RunsThatHangAreGivenUp) {
-  shell().SetRunsHang(true);
-  editor_.Export("C:\\out.reg", "HKEY_CURRENT_USER\\Software", false);
-  const std::uint64_t before = platform_->system().Ticks();
-  editor_.WaitForRuns();
-  EXPECT_GE(platform_->system().Ticks() - before, 30000u);
-  EXPECT_EQ(1, shell().OutstandingRuns());
-  std::string error;
-  EXPECT_TRUE(platform_->Flush(&error));
-  EXPECT_FALSE(ReadFile("C:\\out.reg"));
 }
 
 TEST_F(HostShellTest, EndOfTheProgramLetsRunsEnd) {

@@ -51,15 +51,10 @@ TEST_F(HostSystemTest, TheRegionIsTheUnitedStates) {
 TEST_F(HostSystemTest, FactsCanBeSet) {
   system().SetVersion({2, 6, 0, true});
   system().SetEnvironment("APPDATA", "D:\\");
-  system().SetProgramFolder("D:\\Q");
   system().SetCommandLine("auto");
-  system().SetOtherCopyRuns(true);
   EXPECT_EQ(6, system().Version().major);
   EXPECT_EQ("D:\\", system().Environment("appdata"));
-  EXPECT_EQ("D:\\Q", system().ProgramFolder());
   EXPECT_EQ("auto", system().CommandLine());
-  EXPECT_TRUE(system().PreviousInstanceRuns());
-  EXPECT_FALSE(system().HoldInstanceMutex("x"));
 }
 
 TEST_F(HostSystemTest, SetClockMovesBySleepAlone) {
@@ -133,9 +128,6 @@ TEST_F(HostSystemTest, Processes) {
   processes.End("outlook.exe");
   EXPECT_EQ(0u, FindProcessId(processes.List(), "OUTLOOK.exe"));
   EXPECT_FALSE(processes.WindowExists("Quorvale"));
-  processes.OpenWindow("Quorvale");
-  EXPECT_TRUE(processes.WindowExists("Quorvale"));
-  EXPECT_FALSE(processes.WindowExists("quorvale"));
   processes.ActivatePreviousInstance();
   EXPECT_EQ(1, processes.activations());
 }
@@ -154,10 +146,8 @@ TEST_F(HostSystemTest, Services) {
   EXPECT_FALSE(ControlServiceByName(services, "WSearch", 1));
   EXPECT_TRUE(ControlServiceByName(services, "WSearch", 0));
   EXPECT_FALSE(ControlServiceByName(services, "None", 0));
-  services.Refuse("WSearch");
-  EXPECT_FALSE(ControlServiceByName(services, "WSearch", 1));
   EXPECT_TRUE(ServiceIsRunning(services, "WSearch"));
-  ASSERT_EQ(8u, services.log().size());
+  ASSERT_EQ(7u, services.log().size());
   EXPECT_EQ("control 1 WSearch", services.log()[3]);
   EXPECT_EQ("start None", services.log()[6]);
 }

@@ -37,7 +37,7 @@ std::vector<std::string> Sounds(TestMachine& machine) {
 
 TEST(FrmRFinish, ARunPutsFilesHomeAndRecordsItself) {
   TestMachine machine("xp");
-  machine.SetClock({2026, 3, 5, 9, 7, 1, 5});
+  machine.computer().SetClock({2026, 3, 5, 9, 7, 1, 5});
   RestoreWizard wizard(machine);
   wizard.RestoreAll(SomeFiles().Write(machine));
   EXPECT_EQ(machine.ReadFile("C:\\New\\file0.txt"), "content 0");
@@ -238,7 +238,7 @@ TEST(FrmRFinish, AFileOfAGoneDriveStaysInTheRestoreFolderWhichIsShown) {
   EXPECT_EQ(machine.ReadFile(left + "\\Added more Files\\gone.txt"), "kept");
   EXPECT_EQ(machine.ReadFile(left + "\\Added Other Folders\\Away\\b\\c.txt"), "kept too");
   EXPECT_EQ(machine.ReadFile("C:\\New\\file0.txt"), "content 0");
-  EXPECT_EQ(machine.Started().back(), "run|Explorer " + left);
+  EXPECT_EQ(machine.computer().Started().back(), "run|Explorer " + left);
 }
 
 TEST(FrmRFinish, WithTheRestoreFolderDeclinedLeftFilesAreKeptAndNoFolderIsShown) {
@@ -262,7 +262,7 @@ TEST(FrmRFinish, WithTheRestoreFolderDeclinedLeftFilesAreKeptAndNoFolderIsShown)
   EXPECT_EQ(machine.GetValue("HKEY_CURRENT_USER\\Software\\Typed", "url1"), "http://a.example/");
   EXPECT_FALSE(machine.Exists(machine.session().gAppDataPath + "\\tempXML"));
   EXPECT_FALSE(machine.session().gNoRestoreFolder);
-  for (const std::string& line : machine.Started())
+  for (const std::string& line : machine.computer().Started())
     EXPECT_FALSE(Contains(line, "Explorer ")) << line;
   // The next restore begins with a restore folder again.
   wizard.Choose("C:\\Backups\\Job.obk");

@@ -234,8 +234,9 @@ TEST(FrmROne, CancelLeadsHome) {
 
 TEST(FrmROne, AFileGivenAtTheStartIsRememberedAndLinked) {
   TestMachine machine("xp");
-  machine.SetCommandLine("\"C:\\Backups\\My mail.obk\"");
-  machine.SetSpecialFolder(special_folder::kPrograms, machine.Profile() + "\\Start Menu\\Programs");
+  machine.computer().SetCommandLine("\"C:\\Backups\\My mail.obk\"");
+  machine.computer().SetSpecialFolder(special_folder::kPrograms,
+                                      machine.Profile() + "\\Start Menu\\Programs");
   machine.MakeFolder(machine.Profile() + "\\Recent");
   machine.app().Get<frmROne>().RegisterOpenedFile();
   EXPECT_EQ(machine.session().gBackupFileName, "\"C:\\Backups\\My mail.obk\"");
@@ -246,7 +247,7 @@ TEST(FrmROne, ABackupThatTheProgramWasOpenedWithIsTheChosenOne) {
   TestMachine machine("xp");
   machine.WriteFile(ListedFile("a.obk"), "x");
   const std::string path = Encrypted(machine, "D:\\From the old computer\\My mail.obk");
-  machine.SetCommandLine("\"" + path + "\"");
+  machine.computer().SetCommandLine("\"" + path + "\"");
   OpenPage(machine);
   frmROne& page = machine.app().Get<frmROne>();
   EXPECT_EQ(page.txtpath.text.get(), path);
@@ -257,7 +258,7 @@ TEST(FrmROne, ABackupThatTheProgramWasOpenedWithIsTheChosenOne) {
 TEST(FrmROne, WithoutABackupListTheOpenedOneEnablesNext) {
   TestMachine machine("xp");
   machine.WriteFile("D:\\x.OBK", "x");
-  machine.SetCommandLine("D:\\x.OBK");
+  machine.computer().SetCommandLine("D:\\x.OBK");
   OpenPage(machine);
   EXPECT_EQ(machine.app().Get<frmROne>().txtpath.text.get(), "D:\\x.OBK");
   EXPECT_TRUE(machine.app().Get<frmROne>().cmdNext.enabled);
@@ -268,7 +269,7 @@ TEST(FrmROne, AnOpenedFileThatIsGoneOrNoBackupChoosesNothing) {
     TestMachine machine("xp");
     machine.WriteFile("D:\\letter.txt", "x");
     machine.WriteFile(ListedFile("a.obk"), "x");
-    machine.SetCommandLine(line);
+    machine.computer().SetCommandLine(line);
     OpenPage(machine);
     EXPECT_EQ(machine.app().Get<frmROne>().txtpath.text.get(), ListedFile("a.obk")) << line;
   }
@@ -276,7 +277,7 @@ TEST(FrmROne, AnOpenedFileThatIsGoneOrNoBackupChoosesNothing) {
 
 TEST(FrmROne, TheBareFileMarkOfTheShellIsNoFile) {
   TestMachine machine("xp");
-  machine.SetCommandLine("%1");
+  machine.computer().SetCommandLine("%1");
   machine.app().Get<frmROne>().RegisterOpenedFile();
   EXPECT_EQ(machine.session().gBackupFileName, "");
 }

@@ -291,8 +291,8 @@ TEST(FrmRTwo, NothingTickedIsRefused) {
 
 TEST(FrmRTwo, ARunningMailProgramStopsNextOnlyIfItsRootIsTicked) {
   TestMachine machine("xp");
-  machine.RunProcess("MSIMN.EXE");
-  machine.RunProcess("outlook.exe", 12);
+  machine.computer().RunProcess("MSIMN.EXE");
+  machine.computer().RunProcess("outlook.exe", 12);
   RestoreWizard wizard(machine);
   wizard.Open(FullArchive().Write(machine));
   wizard.Tick("Outlook Express");
@@ -300,7 +300,7 @@ TEST(FrmRTwo, ARunningMailProgramStopsNextOnlyIfItsRootIsTicked) {
   machine.Expect(ui::Answer::kOk, "Please close Outlook Express to continue");
   machine.Click(wizard.two().cmdNext);
   EXPECT_TRUE(machine.ui().boxes.back().request.to_foreground);
-  machine.EndProcess("MSIMN.EXE");
+  machine.computer().EndProcess("MSIMN.EXE");
   machine.Expect(ui::Answer::kOk, "Please close Microsoft Outlook to continue");
   machine.Click(wizard.two().cmdNext);
   EXPECT_TRUE(wizard.Shown("frmRTwo"));

@@ -29,7 +29,7 @@ TEST(FrmRfour, OnlyADriveThatIsShortIsNamedByItsLetter) {
   wizard.Open(TwoDrives().Write(machine));
   wizard.TickAll();
   wizard.ToReview();
-  machine.SetFreeSpace("D", 1024);
+  machine.computer().SetFreeSpace("D", 1024);
   const std::string text = std::string(kNoSpace) + Dashes() + "D\t1.000 KB\t2.930 KB\r\n" +
                            Dashes() + "Please customize items selected for restoration process";
   machine.Expect(ui::Answer::kOk, ReplaceAll(text, "\r\n", " "));
@@ -77,7 +77,7 @@ TEST(FrmRfour, AnArchiveWithoutTheMembersNeedsNoSpace) {
   // As after a rename: the prefix of the names is the file's name.
   machine.WriteFile("C:\\Backups\\Renamed.obk", machine.ReadFile("C:\\Backups\\Job.obk"));
   wizard.one().txtpath.text = "C:\\Backups\\Renamed.obk";
-  machine.SetFreeSpace("D", 0);
+  machine.computer().SetFreeSpace("D", 0);
   EXPECT_TRUE(wizard.review().ComputeRestoreSpace());
   EXPECT_EQ(wizard.review().SizeOfItem("Renamed\\Added More Files\\a.txt"), 0);
   EXPECT_EQ(wizard.review().SizeOfItem("job\\added more files\\A.TXT"), 1536);
@@ -90,7 +90,7 @@ TEST(FrmRfour, WhatCannotGoHomeCountsForTheRestoreFoldersDrive) {
   wizard.Open(TwoDrives().Write(machine));
   wizard.TickAll();
   wizard.ToReview();
-  machine.RemoveDrive("D");
+  machine.computer().RemoveDrive("D");
   EXPECT_TRUE(wizard.review().ComputeRestoreSpace());
   ASSERT_EQ(wizard.review().needs().size(), 1u);
   EXPECT_EQ(wizard.review().needs()[0].lRestoreFilesize, 4536);
@@ -112,7 +112,7 @@ TEST(FrmRfour, TheDriveOfATarget) {
 
 TEST(FrmRfour, TheSummarySaysWhatIsAboutToHappen) {
   TestMachine machine("xp");
-  machine.SetClock({2026, 11, 14, 22, 5, 9, 7});
+  machine.computer().SetClock({2026, 11, 14, 22, 5, 9, 7});
   RestoreWizard wizard(machine);
   wizard.Open(TwoDrives().Log("True").Write(machine));
   wizard.Tick("Added More Files\\C:\\x\\a.txt");
@@ -133,7 +133,7 @@ TEST(FrmRfour, TheSummarySaysWhatIsAboutToHappen) {
 TEST(FrmRfour, TheLogIsWrittenOnlyIfItIsWanted) {
   for (const bool wanted : {false, true}) {
     TestMachine machine("xp");
-    machine.SetClock({2026, 11, 14, 22, 5, 9, 7});
+    machine.computer().SetClock({2026, 11, 14, 22, 5, 9, 7});
     RestoreWizard wizard(machine);
     wizard.RestoreAll(TwoDrives().Log(wanted ? "True" : "False").Write(machine));
     const std::string log =
@@ -163,7 +163,7 @@ TEST(FrmRfour, AMailProgramStartedMeanwhileStopsTheRun) {
   wizard.Open(archive.Write(machine));
   wizard.TickAll();
   wizard.ToReview();
-  machine.RunProcess("msimn.exe");
+  machine.computer().RunProcess("msimn.exe");
   machine.Expect(ui::Answer::kOk, "Please close Outlook Express to continue");
   wizard.Run();
   EXPECT_TRUE(wizard.Shown("frmRfour"));

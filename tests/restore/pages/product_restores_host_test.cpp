@@ -539,7 +539,7 @@ TEST(BrowserRestore, FavoritesAndCookiesGoToThePresentUser) {
 
 TEST(BrowserRestore, WithoutACookieFolderTheyGoBesideTheFavorites) {
   TestMachine machine("xp", "Bert");
-  machine.SetSpecialFolder(special_folder::kCookies, "");
+  machine.computer().SetSpecialFolder(special_folder::kCookies, "");
   RestoreWizard(machine).RestoreAll(Cookies().Write(machine));
   EXPECT_EQ(machine.ReadFile(machine.Profile() + "\\cookies\\anna@site.txt"), "crumb");
 }

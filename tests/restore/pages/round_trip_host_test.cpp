@@ -11,6 +11,7 @@
 #include "play/sample_machine.h"
 #include "play/wizard.h"
 #include "restore/restore_bench.h"
+#include "support/temp_folder.h"
 
 namespace quorvale::restore_test {
 namespace {
@@ -29,23 +30,17 @@ class Machine {
     plan.user = user;
     plan.identity = identity;
     plan.drives.push_back({"F", "fixed"});
-    std::string pattern = (fs::temp_directory_path() / "quorvale_round_XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) ADD_FAILURE() << "no temporary folder";
-    folder_ = pattern;
-    EXPECT_EQ(MakeMachine(folder_, plan), "");
+    EXPECT_EQ(MakeMachine(folder_.path(), plan), "");
     std::string problem;
-    computer = Computer::Open(folder_, &problem);
+    computer = Computer::Open(folder_.path(), &problem);
     EXPECT_EQ(problem, "");
     layout = *LayoutOf(like, user);
     EXPECT_TRUE(!filled || FillSample(computer->platform(), plan, {4096, 4}));
   }
-  ~Machine() {
-    computer.reset();
-    std::error_code error;
-    fs::remove_all(folder_, error);
-  }
 
-  std::string HostPath(const std::string& path) { return MachineHostPath(folder_, path); }
+  ~Machine() { computer.reset(); }  // before its folder goes
+
+  std::string HostPath(const std::string& path) { return MachineHostPath(folder_.path(), path); }
   void SetVersion(const std::string& version) {
     RegistryStore& registry = computer->platform().registry;
     const std::string key = "Outlook.Application\\CurVer";
@@ -96,7 +91,7 @@ class Machine {
   void AnswerAll() {
     computer->ui().box_handler = [](const ui::MessageBoxRequest&) { return ui::Answer::kOk; };
   }
-  std::string folder_;
+  const TempFolder folder_;
 };
 
 struct FileFacts {

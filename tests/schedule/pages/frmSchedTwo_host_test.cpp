@@ -23,7 +23,7 @@ class ManagePage : public testing::Test {
     LocalTime now = DateOfDay(DayNumber(2026, 11, 14));  // a Saturday
     now.hour = 22;
     now.minute = 5;
-    machine_.SetClock(now);
+    machine_.computer().SetClock(now);
   }
 
   Application& app() { return machine_.app(); }
@@ -99,7 +99,7 @@ TEST_F(ManagePage, WithoutAScheduleTheTextSaysSo) {
 TEST_F(ManagePage, AJobThatYieldsNoNameIsSkipped) {
   AddJob("Alpha");
   AddJob("Beta");
-  machine_.host().scheduler().MakeUnreadable("Alpha");
+  machine_.faults().scheduler.MakeUnreadable("Alpha");
   Open();
   EXPECT_EQ(Rows(), Names{"Beta"});
 }
@@ -141,7 +141,7 @@ TEST_F(ManagePage, ARowIsFoundByExactlyItsText) {
 TEST_F(ManagePage, SelectingShowsAllAboutAJob) {
   AddJob("Alpha");
   AddJob("Beta", kScheduleComment, 23);
-  machine_.SetEnvironment("USERNAME", "Anna");
+  machine_.computer().SetEnvironment("USERNAME", "Anna");
   Open();
   Select(1);
   EXPECT_EQ(page().Text1.text.get(),
@@ -223,7 +223,7 @@ TEST_F(ManagePage, DeletingLeavesTheNextOneSelectedAndTheLastOneTheText) {
 TEST_F(ManagePage, AJobThatCannotBeDeletedStaysInTheList) {
   AddJob("Alpha");
   Open();
-  machine_.host().scheduler().SetRefusing(true);
+  machine_.faults().scheduler.SetRefusing(true);
   Delete(ui::Answer::kYes, "Alpha");
   EXPECT_EQ(Rows(), Names{"Alpha"});
   EXPECT_NE(page().Text1.text.get(), "");
@@ -232,7 +232,7 @@ TEST_F(ManagePage, AJobThatCannotBeDeletedStaysInTheList) {
 // --- The test schedule --------------------------------------------------------------------------
 
 TEST_F(ManagePage, ATestScheduleIsADailyJobWithItsOwnMarkAndInNoList) {
-  machine_.SetEnvironment("USERNAME", "Anna");
+  machine_.computer().SetEnvironment("USERNAME", "Anna");
   Open();
   EXPECT_EQ(page().txttime.text.get(), "10:05 PM");
   EXPECT_EQ(page().Check1.caption.get(), "Every Day");

@@ -33,7 +33,7 @@ class SchedulePage : public testing::Test {
     now.hour = 22;
     now.minute = 5;
     now.second = 9;
-    machine_.SetClock(now);
+    machine_.computer().SetClock(now);
   }
 
   FrmWelcome& welcome() { return machine_.app().Get<FrmWelcome>(); }
@@ -173,7 +173,7 @@ TEST_F(SchedulePage, ClearingTheLastDayLeavesDailyClear) {
 // --- Creating -----------------------------------------------------------------------------------
 
 TEST_F(SchedulePage, ADailyScheduleHasATriggerForEveryDayAndNoMask) {
-  machine_.SetEnvironment("USERNAME", "Anna");
+  machine_.computer().SetEnvironment("USERNAME", "Anna");
   frmSchedule& page = Open();
   page.txtSchedName.text = "  Nightly mail ";
   SetTime(9, 7);
@@ -259,7 +259,7 @@ TEST_F(SchedulePage, TheEndIsToldEvenIfTheSchedulerTookNothing) {
   frmSchedule& page = Open();
   page.txtSchedName.text = "Nightly";
   machine_.Click(page.chkDaily);
-  machine_.host().scheduler().SetRefusing(true);
+  machine_.faults().scheduler.SetRefusing(true);
   Create(kCreated);
   EXPECT_EQ(Jobs(), 0u);
   EXPECT_EQ(welcome().LblNextSchedule.caption.get(), "No Schedule yet Created");
@@ -397,7 +397,7 @@ TEST_F(SchedulePage, NextShowsTheListAndMarksItsStep) {
   EXPECT_TRUE(welcome().lblSchedule[1]->bold);
   EXPECT_FALSE(welcome().lblSchedule[0]->bold);
   EXPECT_EQ(welcome().ImgStepsSchedule.bounds->top, welcome().lblSchedule[1]->bounds->top);
-  EXPECT_TRUE(machine_.Started().empty());
+  EXPECT_TRUE(machine_.computer().Started().empty());
 }
 
 TEST_F(SchedulePage, TheStepsLeadFromOnePageToTheOther) {
@@ -413,12 +413,12 @@ TEST_F(SchedulePage, TheStepsLeadFromOnePageToTheOther) {
 }
 
 TEST_F(VistaSchedulePage, TheListNeedsRaisedRightsAndTheTwinOpensIt) {
-  machine_.RefuseElevation(false);
+  machine_.computer().RefuseElevation(false);
   frmSchedule& page = Open();
   machine_.Click(page.cmdNext);
   EXPECT_TRUE(machine_.app().Ended());
-  ASSERT_EQ(machine_.Started().size(), 1u);
-  EXPECT_TRUE(EndsWithNoCase(machine_.Started()[0], "\\Quorvale.exe|qvlrunasadmin"));
+  ASSERT_EQ(machine_.computer().Started().size(), 1u);
+  EXPECT_TRUE(EndsWithNoCase(machine_.computer().Started()[0], "\\Quorvale.exe|qvlrunasadmin"));
   const std::string text = machine_.ReadFile(HandOver());
   EXPECT_TRUE(Contains(text, "<BackupType>Schedule</BackupType>")) << text;
   EXPECT_FALSE(Contains(text, "BackupName")) << text;
@@ -431,11 +431,11 @@ TEST_F(VistaSchedulePage, TheListNeedsRaisedRightsAndTheTwinOpensIt) {
   EXPECT_TRUE(welcome().lblSchedule[1]->bold);
   EXPECT_TRUE(welcome().Enabled());
   EXPECT_FALSE(machine_.Exists(HandOver()));
-  EXPECT_EQ(machine_.Started().size(), 1u);
+  EXPECT_EQ(machine_.computer().Started().size(), 1u);
 }
 
 TEST_F(VistaSchedulePage, RefusedTheUserIsToldAndThePageStays) {
-  machine_.RefuseElevation();
+  machine_.computer().RefuseElevation();
   frmSchedule& page = Open();
   machine_.Expect(ui::Answer::kOk, kRefused);
   machine_.Click(page.cmdNext);
@@ -448,13 +448,13 @@ TEST_F(VistaSchedulePage, RefusedTheUserIsToldAndThePageStays) {
 }
 
 TEST_F(VistaSchedulePage, MakingAScheduleAsksForNoRights) {
-  machine_.RefuseElevation();
+  machine_.computer().RefuseElevation();
   frmSchedule& page = Open();
   machine_.Click(page.chkDaily);
   page.txtSchedName.text = "Nightly";
   Create(kCreated);
   EXPECT_TRUE(Job("Nightly"));
-  EXPECT_TRUE(machine_.Started().empty());
+  EXPECT_TRUE(machine_.computer().Started().empty());
 }
 
 }  // namespace

@@ -118,7 +118,7 @@ TEST_F(ScheduledRun, AnAutomaticBackupRunsWithNobodyThereAndTellsItsEnd) {
 TEST_F(ScheduledRun, AnAutomaticBackupStopsAtARunningMailProgramUntilItsMessageIsDismissed) {
   machine_.MakeKey("HKEY_CURRENT_USER\\Identities");
   MakeSchedule("Automatic Backup");
-  machine_.RunProcess("msimn.exe");
+  machine_.computer().RunProcess("msimn.exe");
   // Once as the page is filled, once by its timer.
   machine_.Expect(ui::Answer::kOk, "Please close Outlook Express to continue.");
   machine_.Expect(ui::Answer::kOk, "Please close Outlook Express to continue.");
@@ -127,7 +127,7 @@ TEST_F(ScheduledRun, AnAutomaticBackupStopsAtARunningMailProgramUntilItsMessageI
   EXPECT_FALSE(Shows("frmFinish"));
   EXPECT_EQ(BackupsIn(DefaultFolder()), 0u);
   // With the program closed, the page goes on from where it stayed.
-  machine_.EndProcess("msimn.exe");
+  machine_.computer().EndProcess("msimn.exe");
   machine_.Expect(ui::Answer::kOk, kDone);
   machine_.Click(app().Get<frmfour>().cmdNext);
   EXPECT_EQ(BackupsIn(DefaultFolder()), 1u);
@@ -148,7 +148,7 @@ TEST_F(ScheduledRun, AChangedBackupFolderTakesEffectAtTheNextFiring) {
 
 TEST_F(VistaScheduledRun, TheWordIsHandedToTheTwinWithRaisedRights) {
   MakeSchedule("Automatic Backup");
-  machine_.RefuseElevation(false);
+  machine_.computer().RefuseElevation(false);
   Fire();
   EXPECT_TRUE(app().Ended());
   const std::string hand_over = machine_.AppData() + "\\Tarnwick\\Quorvale\\temp.xml";

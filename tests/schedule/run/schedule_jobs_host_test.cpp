@@ -22,7 +22,7 @@ LocalTime At(int month, int day, int hour, int minute, int second = 0) {
 class ScheduleJobs : public testing::Test {
  protected:
   // 2026-11-14 is a Saturday.
-  ScheduleJobs() { machine_.SetClock(At(11, 14, 22, 5, 9)); }
+  ScheduleJobs() { machine_.computer().SetClock(At(11, 14, 22, 5, 9)); }
 
   Application& app() { return machine_.app(); }
   // Puts a job into the scheduler that starts once, at that moment.
@@ -50,7 +50,7 @@ class ScheduleJobs : public testing::Test {
 // --- Fields -------------------------------------------------------------------------------------
 
 TEST_F(ScheduleJobs, ANewJobRunsForTheUserWhoIsThereAndOnlyWhileLoggedOn) {
-  machine_.SetEnvironment("USERNAME", "Anna");
+  machine_.computer().SetEnvironment("USERNAME", "Anna");
   const ScheduledTask job = NewScheduleJob(app(), "Nightly", kScheduleComment, At(1, 1, 9, 7, 33));
   EXPECT_EQ(job.name, "Nightly");
   EXPECT_EQ(job.application, "C:\\Program Files\\Quorvale\\Quorvale.exe");
@@ -236,7 +236,7 @@ TEST_F(ScheduleJobs, AJobWhoseNextRunLiesInThePastDoesNotCount) {
 TEST_F(ScheduleJobs, AJobThatCannotBeReadIsPassedOver) {
   AddJob("Broken", At(11, 14, 22, 30));
   AddJob("Whole", At(11, 14, 23, 0));
-  machine_.host().scheduler().MakeUnreadable("Broken");
+  machine_.faults().scheduler.MakeUnreadable("Broken");
   EXPECT_EQ(Next(), "11/14/2026 11:00:00 PM");
   EXPECT_EQ(OwnScheduleJobs(app()).size(), 1u);
 }

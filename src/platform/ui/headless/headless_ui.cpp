@@ -37,13 +37,6 @@ std::vector<std::string> HeadlessUi::ExpectedBoxes() const {
   return texts;
 }
 
-void HeadlessUi::ForgetExpectations() {
-  expected_.clear();
-  folders_.clear();
-  files_.clear();
-  watchers_.clear();
-}
-
 void HeadlessUi::NewRun() {
   quit_ = false;
   timers_.clear();

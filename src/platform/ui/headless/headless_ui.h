@@ -60,7 +60,6 @@ class HeadlessUi : public Ui {
   std::vector<std::string> failures;
   // Expected boxes that did not come yet.
   std::vector<std::string> ExpectedBoxes() const;
-  void ForgetExpectations();
 
   // Runs `act` as one message of the outermost loop, then lets timers fire until idle.
   void Step(const std::function<void()>& act);
