@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "platform/system_info.h"
 
@@ -13,5 +15,7 @@ std::int64_t DayNumber(int year, int month, int day);
 LocalTime DateOfDay(std::int64_t day_number);
 // Whole minutes since 1970 by the same clock; seconds do not count.
 std::int64_t MinuteNumber(const LocalTime& time);
+// "2026-11-14 22:05:09" to a moment with its weekday. Nothing if it is not one.
+std::optional<LocalTime> ParseLocalTime(const std::string& text);
 
 }  // namespace quorvale

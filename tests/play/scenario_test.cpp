@@ -34,7 +34,7 @@ std::string OnlyError(const std::string& line) {
 
 TEST(ScenarioReader, ControlActsNameFormAndControl) {
   const ScenarioAct act = OnlyAct("set frmOne.txtBackupname My mail");
-  EXPECT_EQ(act.verb, "set");
+  EXPECT_STREQ(act.verb->name, "set");
   EXPECT_EQ(act.form, "frmOne");
   EXPECT_EQ(act.control, "txtBackupname");
   EXPECT_EQ(act.text, "My mail");
@@ -74,7 +74,7 @@ TEST(ScenarioReader, ConditionsCarryOneAct) {
   EXPECT_EQ(act.word, "contains");
   EXPECT_EQ(act.text, "Mail Items");
   ASSERT_EQ(act.then.size(), 1u);
-  EXPECT_EQ(act.then[0].verb, "click");
+  EXPECT_STREQ(act.then[0].verb->name, "click");
   EXPECT_EQ(act.then[0].control, "Command2");
 }
 

@@ -16,6 +16,7 @@
 #include "platform/error_report/HuntERR.h"
 #include "play/computer.h"
 #include "play/new_machine.h"
+#include "play/pages_stage.h"
 #include "play/sample_machine.h"
 #include "play/scenario_player.h"
 #include "play/scratch_folder.h"
@@ -114,7 +115,8 @@ ExitStatus Console::PlayScenario() {
   }
   const ScratchFolder scratch;
   if (scratch.path().empty()) return Fail("no folder for temporary files can be made.");
-  ScenarioPlayer player(scratch.path(), std::move(computer));
+  PagesStage stage(scratch.path(), std::move(computer));
+  ScenarioPlayer player(stage);
   const std::vector<ScenarioError> failures =
       player.Play(ReadScenario(WithVariables(text, HostVariable)));
   for (const ScenarioError& failure : failures) {

@@ -233,13 +233,6 @@ bool Reader::ReadDisc(const std::string& name, const std::string& value) {
   return Fail("[disc] has no \"" + name + "\"");
 }
 
-bool IsLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
-
-int DaysOfMonth(int year, int month) {
-  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  return month == 2 && IsLeapYear(year) ? 29 : kDays[month - 1];
-}
-
 }  // namespace
 
 std::string MachineError::Text() const {
@@ -274,39 +267,6 @@ std::optional<MachineFolder> ReadMachineFolder(const std::string& folder, Machin
 bool IsDiscWriter(const std::string& text) {
   return text == "drives" || text.starts_with("/dev/") ||
          (text.starts_with("file:") && text.size() > 5 && !text.ends_with("/"));
-}
-
-std::optional<LocalTime> ParseLocalTime(const std::string& text) {
-  static const char kPattern[] = "dddd-dd-dd dd:dd:dd";
-  if (text.size() != sizeof(kPattern) - 1) return std::nullopt;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool is_digit = text[i] >= '0' && text[i] <= '9';
-    if (kPattern[i] == 'd' ? !is_digit : text[i] != kPattern[i]) return std::nullopt;
-  }
-  const auto number = [&text](std::size_t at, std::size_t count) {
-    return std::stoi(text.substr(at, count));
-  };
-  LocalTime time;
-  time.year = number(0, 4);
-  time.month = number(5, 2);
-  time.day = number(8, 2);
-  time.hour = number(11, 2);
-  time.minute = number(14, 2);
-  time.second = number(17, 2);
-  if (time.year < 1601 || time.month < 1 || time.month > 12 || time.day < 1 ||
-      time.day > DaysOfMonth(time.year, time.month) || time.hour > 23 || time.minute > 59 ||
-      time.second > 59) {
-    return std::nullopt;
-  }
-  time.weekday = WeekdayOf(time.year, time.month, time.day);
-  return time;
-}
-
-int WeekdayOf(int year, int month, int day) {
-  // Sakamoto's method.
-  static const int kShift[] = {0, 3, 2, 5, 0, 3, 5, 1, 4, 6, 2, 4};
-  if (month < 3) --year;
-  return (year + year / 4 - year / 100 + year / 400 + kShift[month - 1] + day) % 7 + 1;
 }
 
 }  // namespace quorvale::host

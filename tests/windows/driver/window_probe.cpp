@@ -45,10 +45,10 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "machine_facts.h"
 #include "platform/windows/processes.h"
 #include "platform/windows/text_calls.h"
 #include "program_windows.h"
-#include "scenario_driver.h"
 
 namespace quorvale::driver {
 namespace {
