@@ -14,7 +14,7 @@ constexpr char kDiscFile[] = "file:disc.iso";
 
 }  // namespace
 
-PagesStage::PagesStage(std::string scratch_folder, std::unique_ptr<Computer> computer)
+PagesStage::PagesStage(std::string scratch_folder, std::unique_ptr<RunningMachine> computer)
     : scratch_folder_(std::move(scratch_folder)), computer_(std::move(computer)) {}
 
 PagesStage::~PagesStage() = default;
@@ -37,7 +37,8 @@ void PagesStage::WireUi() {
 std::string PagesStage::NewMachine(const std::string& like, const std::string& user) {
   const std::string folder = scratch_folder_ + "/machine" + std::to_string(++machines_);
   std::string problem;
-  std::unique_ptr<Computer> computer = MakeScenarioMachine(folder, like, user, machines_, &problem);
+  std::unique_ptr<RunningMachine> computer =
+      MakeScenarioMachine(folder, like, user, machines_, &problem);
   if (!computer) return problem;
   if (computer_) problem = computer_->EndProgram();
   former_ = std::move(computer_);

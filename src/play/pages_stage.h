@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "play/computer.h"
+#include "play/running_machine.h"
 #include "play/stage.h"
 
 namespace quorvale {
@@ -16,7 +16,7 @@ class PagesStage : public Stage {
  public:
   // `scratch_folder` on this host takes the computers that the scenario makes. `computer` is the
   // one it plays on before its first "machine" act; may be null.
-  PagesStage(std::string scratch_folder, std::unique_ptr<Computer> computer);
+  PagesStage(std::string scratch_folder, std::unique_ptr<RunningMachine> computer);
   ~PagesStage() override;
 
   void Enter(StageManager& manager) override;
@@ -89,7 +89,7 @@ class PagesStage : public Stage {
   void WireUi();
 
   const std::string scratch_folder_;
-  std::unique_ptr<Computer> former_, computer_;
+  std::unique_ptr<RunningMachine> former_, computer_;
   int machines_ = 0;
 };
 

@@ -47,10 +47,10 @@ int RemoveValuesBelow(RegistryStore& registry, const RegistryPath& key) {
   return gone;
 }
 
-Platform& Computer(ScenarioPlayer& player) { return *player.stage().platform(); }
+Platform& PlatformOf(ScenarioPlayer& player) { return *player.stage().platform(); }
 
 FileToolkit Files(ScenarioPlayer& player) {
-  return FileToolkit(Computer(player).files, [] {});
+  return FileToolkit(PlatformOf(player).files, [] {});
 }
 
 std::string NoKey(const std::string& text) { return "\"" + text + "\" is no key"; }
@@ -74,7 +74,7 @@ std::string ReadFile(ScenarioPlayer& player, const std::string& path, std::strin
 
 // Whether the archive that the act names has its entry, into `found`.
 std::string FindEntry(ScenarioPlayer& player, const ScenarioAct& act, bool* found) {
-  zip::Archive archive(Computer(player).files, Computer(player).system);
+  zip::Archive archive(PlatformOf(player).files, PlatformOf(player).system);
   archive.archive_name = act.path;
   std::vector<zip::Entry> entries;
   if (archive.List(&entries) != zip::Result::kDone) return act.path + " is no archive";
@@ -86,7 +86,7 @@ std::string FindEntry(ScenarioPlayer& player, const ScenarioAct& act, bool* foun
 
 // Whether a path names a registry key or value that is there, into `there`.
 std::string FindInRegistry(ScenarioPlayer& player, const std::string& path, bool* there) {
-  RegistryStore& registry = Computer(player).registry;
+  RegistryStore& registry = PlatformOf(player).registry;
   const std::optional<RegistryPath> key = ParseRegistryPath(path);
   if (!key) return "\"" + path + "\" is neither key nor value";
   const std::optional<ValuePlace> place = PlaceOf(path);
@@ -131,7 +131,7 @@ std::string SeedFolder(ScenarioPlayer& player, const ScenarioAct& act) {
 std::string SeedKey(ScenarioPlayer& player, const ScenarioAct& act) {
   const std::optional<RegistryPath> key = ParseRegistryPath(act.text);
   if (!key) return NoKey(act.text);
-  return Computer(player).registry.CreateKey(key->root, key->subkey) == registry_status::kOk
+  return PlatformOf(player).registry.CreateKey(key->root, key->subkey) == registry_status::kOk
              ? ""
              : act.text + " cannot be made";
 }
@@ -139,8 +139,8 @@ std::string SeedKey(ScenarioPlayer& player, const ScenarioAct& act) {
 std::string SeedValue(ScenarioPlayer& player, const ScenarioAct& act) {
   const std::optional<ValuePlace> place = PlaceOf(act.path);
   if (!place) return "\"" + act.path + "\" is no value";
-  RegistryStore& registry = Computer(player).registry;
-  const std::string data = Computer(player).system.ToAnsi(act.text) + '\0';
+  RegistryStore& registry = PlatformOf(player).registry;
+  const std::string data = PlatformOf(player).system.ToAnsi(act.text) + '\0';
   const bool written =
       registry.CreateKey(place->key.root, place->key.subkey) == registry_status::kOk &&
       registry.SetValue(place->key.root, place->key.subkey, place->name, registry_type::kString,
@@ -151,29 +151,29 @@ std::string SeedValue(ScenarioPlayer& player, const ScenarioAct& act) {
 std::string RemoveValues(ScenarioPlayer& player, const ScenarioAct& act) {
   const std::optional<RegistryPath> key = ParseRegistryPath(act.text);
   if (!key) return NoKey(act.text);
-  const int gone = RemoveValuesBelow(Computer(player).registry, *key);
+  const int gone = RemoveValuesBelow(PlatformOf(player).registry, *key);
   if (gone < 0) return act.text + " keeps a value";
   return gone > 0 ? "" : "there is no value below " + act.text;
 }
 
 std::string Remove(ScenarioPlayer& player, const ScenarioAct& act) {
-  const std::optional<FileInfo> info = Computer(player).files.Stat(act.text);
+  const std::optional<FileInfo> info = PlatformOf(player).files.Stat(act.text);
   if (!info) return "there is no " + act.text;
   const bool gone = info->IsFolder()
                         ? Files(player).KillFolder(act.text)
-                        : Computer(player).files.RemoveFile(act.text, true) == FileStatus::kOk;
+                        : PlatformOf(player).files.RemoveFile(act.text, true) == FileStatus::kOk;
   return gone ? "" : act.text + " cannot be removed";
 }
 
 std::string Rename(ScenarioPlayer& player, const ScenarioAct& act) {
-  return Computer(player).files.Replace(act.path, act.text) == FileStatus::kOk
+  return PlatformOf(player).files.Replace(act.path, act.text) == FileStatus::kOk
              ? ""
              : act.path + " cannot be renamed";
 }
 
 // A job as another program makes it: it tells the time of nothing of ours.
 std::string Task(ScenarioPlayer& player, const ScenarioAct& act) {
-  TaskScheduler& scheduler = Computer(player).scheduler;
+  TaskScheduler& scheduler = PlatformOf(player).scheduler;
   if (act.text == "gone") return scheduler.Delete(act.path) ? "" : "there is no job " + act.path;
   ScheduledTask task;
   task.name = act.path;
@@ -181,7 +181,7 @@ std::string Task(ScenarioPlayer& player, const ScenarioAct& act) {
   task.comment = act.text;
   TaskTrigger trigger;
   trigger.type = TaskTriggerType::kDaily;
-  trigger.begin = Computer(player).system.Now();
+  trigger.begin = PlatformOf(player).system.Now();
   task.triggers.push_back(trigger);
   return scheduler.Create(task) ? "" : "job " + act.path + " cannot be made";
 }
@@ -200,7 +200,7 @@ std::string ExpectFile(ScenarioPlayer& player, const ScenarioAct& act) {
 }
 
 std::string ExpectNoFile(ScenarioPlayer& player, const ScenarioAct& act) {
-  return Computer(player).files.Stat(act.text) ? "there is a " + act.text : "";
+  return PlatformOf(player).files.Stat(act.text) ? "there is a " + act.text : "";
 }
 
 std::string ExpectSame(ScenarioPlayer& player, const ScenarioAct& act) {
@@ -235,7 +235,7 @@ std::string ExpectRegistry(ScenarioPlayer& player, const ScenarioAct& act) {
   const std::optional<ValuePlace> place = PlaceOf(act.path);
   if (!act.has_text) return "";
   if (!place) return act.path + " is no value";
-  Registry reader(Computer(player).registry, Computer(player).system);
+  Registry reader(PlatformOf(player).registry, PlatformOf(player).system);
   const std::string text = reader.RegGetTyped(place->key.root, place->key.subkey, place->name);
   return text == act.text ? "" : Different(act.path, text, act.text);
 }
@@ -247,7 +247,7 @@ std::string ExpectNoRegistry(ScenarioPlayer& player, const ScenarioAct& act) {
 }
 
 std::string ExpectTask(ScenarioPlayer& player, const ScenarioAct& act) {
-  const std::optional<ScheduledTask> task = Computer(player).scheduler.Read(act.path);
+  const std::optional<ScheduledTask> task = PlatformOf(player).scheduler.Read(act.path);
   if (!task) return "there is no job " + act.path;
   return task->comment == act.text
              ? ""
@@ -255,7 +255,7 @@ std::string ExpectTask(ScenarioPlayer& player, const ScenarioAct& act) {
 }
 
 std::string ExpectNoTask(ScenarioPlayer& player, const ScenarioAct& act) {
-  return Computer(player).scheduler.Read(act.text) ? "there is a job " + act.text : "";
+  return PlatformOf(player).scheduler.Read(act.text) ? "there is a job " + act.text : "";
 }
 
 }  // namespace quorvale::acts

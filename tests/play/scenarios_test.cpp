@@ -59,7 +59,7 @@ TEST_P(RoundTripScenarios, BringAllBackThatWasLost) {
   std::string problem;
   const auto before = MakeScenarioMachine(scratch.path() + "/before", like, "Anna", 1, &problem);
   ASSERT_TRUE(before) << problem;
-  const auto after = Computer::Open(scratch.path() + "/machine1", &problem);
+  const auto after = RunningMachine::Open(scratch.path() + "/machine1", &problem);
   ASSERT_TRUE(after) << problem;
   const MachinePlan plan = ScenarioPlan(like, "Anna", 1);
   const RoundTripVerdict verdict = RoundTrip(*before, plan, *after, plan).Compare();

@@ -8,8 +8,8 @@
 #include "base/text.h"
 #include "platform/host/host_platform.h"
 #include "platform/registry_text.h"
-#include "play/computer.h"
 #include "play/new_machine.h"
+#include "play/running_machine.h"
 #include "support/test_machine.h"
 
 namespace quorvale {
@@ -28,7 +28,7 @@ std::string NewFolder() {
 struct TestMachine::Parts {
   std::string folder;
   MachineLayout layout;
-  std::unique_ptr<Computer> computer;
+  std::unique_ptr<RunningMachine> computer;
 };
 
 TestMachine::TestMachine(const std::string& like, const std::string& user)
@@ -40,7 +40,7 @@ TestMachine::TestMachine(const std::string& like, const std::string& user)
   plan.mail_program_started = false;
   const std::optional<MachineLayout> layout = LayoutOf(like, user);
   std::string problem = MakeMachine(parts_->folder, plan);
-  if (problem.empty()) parts_->computer = Computer::Open(parts_->folder, &problem);
+  if (problem.empty()) parts_->computer = RunningMachine::Open(parts_->folder, &problem);
   if (!parts_->computer || !layout) {
     ADD_FAILURE() << problem;
     std::abort();  // no test can go on without its computer
