@@ -13,10 +13,12 @@ namespace quorvale::driver {
 namespace {
 
 // Milliseconds.
-constexpr int kPatience = 15000;       // until an expectation holds
+constexpr int kPatience = 60000;       // until an act can be done, an expectation holds
 constexpr int kLongPatience = 120000;  // until foreseen boxes have come
-constexpr int kRest = 120;             // without work, and the program counts as at rest
-constexpr int kPause = 10;             // between two looks
+// So many looks in a row at a program that answered and had not worked, and it is at rest. They are
+// counted, not timed: a program that gets no time on a busy machine does not answer either.
+constexpr int kQuietLooks = 12;
+constexpr int kPause = 10;  // between two looks
 
 int ButtonOf(ui::Answer answer) {
   if (answer == ui::Answer::kOk) return IDOK;
@@ -267,20 +269,18 @@ bool WindowsStage::Foreseen() const {
 std::string WindowsStage::Rest() {
   if (watching_) return "";
   const DWORD start = GetTickCount();
-  DWORD quiet_since = start;
+  int quiet_looks = 0;
   unsigned long long used = 0;
   while (!manager().Failed() && ProgramProcesses::Runs(program_)) {
     Turn();
-    const DWORD now = GetTickCount();
     const unsigned long long used_now = ProgramProcesses::TimeUsed(windows_.process());
     const bool answered_box_is_up = answered_ != nullptr && IsWindow(answered_) != 0;
-    if (used_now != used || Foreseen() || answered_box_is_up) quiet_since = now;
+    const bool at_work =
+        used_now != used || Foreseen() || answered_box_is_up || !windows_.Answers();
+    quiet_looks = at_work ? 0 : quiet_looks + 1;
     used = used_now;
-    if (now - quiet_since > kRest && windows_.Answers() &&
-        ProgramProcesses::TimeUsed(windows_.process()) == used) {
-      return "";
-    }
-    if (now - start > kLongPatience) break;
+    if (quiet_looks >= kQuietLooks) return "";
+    if (GetTickCount() - start > kLongPatience) break;
     if (watchers_.empty()) Sleep(kPause);
   }
   processes_.Look();
