@@ -41,7 +41,7 @@ virtual_display_start() {
   Xvfb -displayfd 3 -screen 0 "$size" -nolisten tcp -noreset 3> "$number_file" > /dev/null 2>&1 &
   virtual_display_pid=$!
   local tries=0
-  while [ ! -s "$number_file" ] && [ $tries -lt 100 ]; do
+  while [ ! -s "$number_file" ] && [ $tries -lt 600 ]; do
     kill -0 "$virtual_display_pid" 2> /dev/null || break
     sleep 0.1
     tries=$((tries + 1))

@@ -66,4 +66,28 @@ int HourOfHalfDay(const LocalTime& time) {
 
 const char* HalfDay(const LocalTime& time) { return time.hour < kNoon ? "AM" : "PM"; }
 
+std::optional<LocalTime> ParseLocalTime(const std::string& text) {
+  static const char kPattern[] = "dddd-dd-dd dd:dd:dd";
+  if (text.size() != sizeof(kPattern) - 1) return std::nullopt;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool is_digit = text[i] >= '0' && text[i] <= '9';
+    if (kPattern[i] == 'd' ? !is_digit : text[i] != kPattern[i]) return std::nullopt;
+  }
+  const auto number = [&text](std::size_t at, std::size_t count) {
+    return std::stoi(text.substr(at, count));
+  };
+  LocalTime time;
+  time.year = number(0, 4);
+  time.month = number(5, 2);
+  time.day = number(8, 2);
+  time.hour = number(11, 2);
+  time.minute = number(14, 2);
+  time.second = number(17, 2);
+  if (time.year < 1601 || !IsDate(time.year, time.month, time.day) || time.hour > 23 ||
+      time.minute > 59 || time.second > 59) {
+    return std::nullopt;
+  }
+  return MomentOfSecond(SecondNumber(time));
+}
+
 }  // namespace quorvale

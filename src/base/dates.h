@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "base/local_time.h"
 
@@ -21,5 +23,7 @@ LocalTime MomentOfSecond(std::int64_t second_number);
 // The hour of the twelve-hour clock (12, 1, ... 11), and its half of the day.
 int HourOfHalfDay(const LocalTime& time);
 const char* HalfDay(const LocalTime& time);
+// "2026-11-14 22:05:09" to a moment with its weekday. Nothing if it is not one.
+std::optional<LocalTime> ParseLocalTime(const std::string& text);
 
 }  // namespace quorvale

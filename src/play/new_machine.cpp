@@ -161,7 +161,7 @@ std::string MachineIni(const MachinePlan& plan, const MachineLayout& layout) {
   line("33 = " + layout.cookies);
   line("43 = " + layout.common_files);
   line("[drives]");
-  for (const MachineDrive& drive : plan.drives) {
+  for (const PlannedDrive& drive : plan.drives) {
     line(drive.letter + " = " + drive.kind + ", drive_" + FoldCase(drive.letter));
   }
   line("[processes]");
@@ -250,7 +250,7 @@ std::string MakeMachine(const std::string& host_folder, const MachinePlan& plan)
     folders.push_back(layout->app_data + "\\Microsoft\\Address Book");
     if (!layout->IsVista()) folders.push_back(MailStoreFolder(plan, *layout));
   }
-  for (const MachineDrive& drive : plan.drives) {
+  for (const PlannedDrive& drive : plan.drives) {
     fs::create_directories(MachineHostPath(host_folder, drive.letter + ":\\"), error);
     if (error) return host_folder + " cannot be made: " + error.message() + ".";
   }

@@ -25,7 +25,7 @@ struct MachineLayout {
 // `like`: 95, 98, me, nt40, 2000, xp or vista. Nothing for another word.
 std::optional<MachineLayout> LayoutOf(const std::string& like, const std::string& user);
 
-struct MachineDrive {
+struct PlannedDrive {
   std::string letter;  // "C"
   std::string kind;    // the word of machine.ini: fixed, cdrom, removable, remote, ramdisk
 };
@@ -35,7 +35,7 @@ struct MachinePlan {
   std::string user = "Anna";
   std::string computer = "OFFICE";
   std::string identity = "{3F0A1C52-7D44-4B8E-9A61-0C55E2D7B901}";  // of the mail program
-  std::vector<MachineDrive> drives = {{"C", "fixed"}, {"D", "fixed"}, {"E", "cdrom"}};
+  std::vector<PlannedDrive> drives = {{"C", "fixed"}, {"D", "fixed"}, {"E", "cdrom"}};
   // False: an empty registry and no mail store, as tests of single units want it.
   bool mail_program_started = true;
 };

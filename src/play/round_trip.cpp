@@ -52,7 +52,7 @@ void RoundTripVerdict::Add(const RoundTripVerdict& other) {
   differences.insert(differences.end(), other.differences.begin(), other.differences.end());
 }
 
-RoundTrip::RoundTrip(Computer& source, const MachinePlan& source_plan, Computer& target,
+RoundTrip::RoundTrip(RunningMachine& source, const MachinePlan& source_plan, RunningMachine& target,
                      const MachinePlan& target_plan)
     : source_(source),
       target_(target),

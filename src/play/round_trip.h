@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "play/computer.h"
 #include "play/new_machine.h"
+#include "play/running_machine.h"
 
 namespace quorvale {
 
@@ -39,7 +39,7 @@ const std::set<SampleKind>& AllSampleKinds();
 
 class RoundTrip {
  public:
-  RoundTrip(Computer& source, const MachinePlan& source_plan, Computer& target,
+  RoundTrip(RunningMachine& source, const MachinePlan& source_plan, RunningMachine& target,
             const MachinePlan& target_plan);
 
   // The attributes in which files must agree.
@@ -62,8 +62,8 @@ class RoundTrip {
   void Key(const std::string& path, bool with_values);
   void Difference(const std::string& sentence) { verdict_.differences.push_back(sentence); }
 
-  Computer& source_;
-  Computer& target_;
+  RunningMachine& source_;
+  RunningMachine& target_;
   const MachinePlan& source_plan_;
   const MachinePlan& target_plan_;
   const MachineLayout source_layout_, target_layout_;

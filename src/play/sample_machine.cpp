@@ -460,7 +460,7 @@ void Filler::FillExtras() {
 }  // namespace
 
 SampleExtras ExtrasOf(const MachinePlan& plan) {
-  for (const MachineDrive& drive : plan.drives) {
+  for (const PlannedDrive& drive : plan.drives) {
     if (drive.letter == "D")
       return {{"D:\\Projects\\House & garden"}, {"D:\\Scans\\receipt 12.pdf"}};
   }

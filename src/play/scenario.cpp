@@ -25,13 +25,6 @@ bool TakeControl(std::string* rest, ScenarioAct* act) {
   return true;
 }
 
-const ActKind* FindKind(const std::string& verb) {
-  for (const ActKind& kind : ActKinds()) {
-    if (verb == kind.verb) return &kind;
-  }
-  return nullptr;
-}
-
 // Reads one act. The answer is "" or what is wrong with it.
 std::string ReadAct(const std::string& source, ScenarioAct* act);
 
@@ -43,8 +36,8 @@ std::string ReadCondition(std::string rest, ScenarioAct* act) {
   }
   // The text ends where the last act's verb stands.
   size_t cut = std::string::npos;
-  for (const ActKind& kind : ActKinds()) {
-    const size_t found = rest.rfind(" " + std::string(kind.verb) + " ");
+  for (const ScenarioVerb& verb : ScenarioVerbs()) {
+    const size_t found = rest.rfind(" " + std::string(verb.name) + " ");
     if (found != std::string::npos && (cut == std::string::npos || found > cut)) cut = found;
   }
   if (cut == std::string::npos || cut == 0) return "no act stands behind the text";
@@ -76,13 +69,12 @@ std::string ReadPaths(const std::string& rest, bool both, ScenarioAct* act) {
 std::string ReadAct(const std::string& source, ScenarioAct* act) {
   act->source = source;
   std::string rest = source;
-  act->verb = TakeWord(&rest);
-  const ActKind* kind = FindKind(act->verb);
-  if (kind == nullptr) return "there is no act \"" + act->verb + "\"";
-  act->shape = kind->shape;
-  switch (kind->shape) {
+  const std::string word = TakeWord(&rest);
+  act->verb = FindVerb(word);
+  if (act->verb == nullptr) return "there is no act \"" + word + "\"";
+  switch (act->verb->shape) {
     case ActShape::kNothing:
-      return rest.empty() ? "" : "nothing stands behind \"" + act->verb + "\"";
+      return rest.empty() ? "" : "nothing stands behind \"" + word + "\"";
     case ActShape::kText:
       if (rest.empty()) return "a text is missing";
       act->text = rest;
@@ -124,90 +116,6 @@ std::string WithoutComment(std::string line) {
 }
 
 }  // namespace
-
-const std::vector<ActKind>& ActKinds() {
-  static const std::vector<ActKind> kinds = {
-      // The computer.
-      {"machine", ActShape::kWordText},     // machine xp [user]: a new computer with things in it
-      {"bring", ActShape::kTwoPaths},       // a file of the former computer = its path on this one
-      {"seed", ActShape::kPathText},        // a file = its text
-      {"seed-bytes", ActShape::kTwoPaths},  // a file = its length
-      {"seed-folder", ActShape::kText},
-      {"seed-value", ActShape::kPathText},  // key\name = text
-      {"seed-key", ActShape::kText},
-      {"remove", ActShape::kText},         // a file, or a folder with all in it
-      {"remove-values", ActShape::kText},  // all values of a registry key and of the keys below it
-      {"rename", ActShape::kTwoPaths},
-      {"process", ActShape::kWordText},  // process msimn.exe 77, process msimn.exe gone
-      {"service", ActShape::kTwoPaths},  // service Name = running
-      {"task", ActShape::kTwoPaths},     // a job of another program = its comment; = gone
-      {"free", ActShape::kWordText},     // free C 1000: bytes
-      {"drive", ActShape::kWordText},    // drive D fixed; drive D gone
-      {"share", ActShape::kTwoPaths},    // share \\\\server\\share = answers; = silent
-      {"elevation", ActShape::kText},    // accepted, refused
-      {"clock", ActShape::kText},        // 2026-11-14 22:05:09
-      {"disc",
-       ActShape::kWordText},  // disc writer 700000000: blank media of so many bytes; disc gone
-      {"environment",
-       ActShape::kPathText},        // a variable = its text; nothing behind "=": it is gone
-      {"screen", ActShape::kText},  // 800x600; real windows only
-      // The person.
-      {"start", ActShape::kOptionalText},
-      {"start-beside", ActShape::kOptionalText},  // while a copy runs; real windows only
-      {"click", ActShape::kControl},
-      {"double-click", ActShape::kControl},
-      {"close", ActShape::kForm},  // the window, as by its own button
-      {"set", ActShape::kControlText},
-      {"check", ActShape::kControl},
-      {"uncheck", ActShape::kControl},
-      {"choose", ActShape::kControlText},
-      {"tick", ActShape::kControlText},
-      {"untick", ActShape::kControlText},
-      {"select", ActShape::kControlText},
-      {"answer", ActShape::kWordText},
-      {"at-box", ActShape::kControlText},  // what the control shows while the next box is up
-      {"folder", ActShape::kText},
-      {"file", ActShape::kText},
-      {"cancel-dialog", ActShape::kText},  // folder or file
-      {"wait", ActShape::kNothing},
-      {"when", ActShape::kCondition},
-      // What must be so now.
-      {"expect", ActShape::kControlText},
-      {"expect-contains", ActShape::kControlText},
-      {"expect-like", ActShape::kControlText},  // "#" is a digit, "*" any text
-      {"expect-not", ActShape::kControlText},   // another text than this
-      {"expect-form", ActShape::kForm},
-      {"expect-no-form", ActShape::kForm},
-      {"expect-enabled", ActShape::kControl},
-      {"expect-disabled", ActShape::kControl},
-      {"expect-visible", ActShape::kControl},
-      {"expect-hidden", ActShape::kControl},
-      {"expect-bold", ActShape::kControl},
-      {"expect-node", ActShape::kControlText},
-      {"expect-no-node", ActShape::kControlText},
-      {"expect-tick", ActShape::kControlText},
-      {"expect-no-tick", ActShape::kControlText},
-      {"expect-file", ActShape::kPathText},  // a path, or a path = the whole text of the file
-      {"expect-no-file", ActShape::kText},   // neither file nor folder
-      {"expect-same", ActShape::kTwoPaths},  // two files with the same bytes
-      {"expect-folder", ActShape::kText},
-      {"expect-entry", ActShape::kTwoPaths},  // archive = entry name
-      {"expect-no-entry", ActShape::kTwoPaths},
-      {"expect-registry", ActShape::kPathText},  // key\name, or key\name = text
-      {"expect-no-registry", ActShape::kText},
-      {"expect-task", ActShape::kTwoPaths},  // a job of the scheduler = its comment
-      {"expect-no-task", ActShape::kText},
-      {"expect-box", ActShape::kText},      // a message box with this text has been shown
-      {"expect-started", ActShape::kText},  // a program was started whose line contains this
-      {"expect-not-started", ActShape::kText},
-      {"expect-ended", ActShape::kNothing},  // the program has ended by itself
-      {"expect-running", ActShape::kNothing},
-      {"expect-copies", ActShape::kText},     // of the program run; real windows only
-      {"expect-front", ActShape::kForm},      // it is the window that takes the keys; likewise
-      {"expect-not-front", ActShape::kForm},  // likewise
-  };
-  return kinds;
-}
 
 bool IsLike(std::string_view text, std::string_view pattern) {
   if (pattern.empty()) return text.empty();

@@ -1,5 +1,4 @@
-// A scenario: a text that plays a person, one act a line. This is the reading of such texts, free
-// of any binding, so that a driver of real windows can play the same files.
+// A scenario: a text that plays a person, one act a line. This is the reading of such texts.
 #pragma once
 
 #include <functional>
@@ -7,38 +6,18 @@
 #include <string_view>
 #include <vector>
 
+#include "play/scenario_verbs.h"
+
 namespace quorvale {
 
-// How the words behind an act's verb are read.
-enum class ActShape {
-  kNothing,       // wait
-  kText,          // folder C:\Other Things
-  kOptionalText,  // start [command line]
-  kWordText,      // answer Yes Do you want to overwrite?
-  kForm,          // expect-form FrmWelcome
-  kControl,       // click frmOne.cmdNext
-  kControlText,   // set frmOne.txtBackupname My mail; the text may be empty
-  kPathText,      // seed C:\a b.txt = text; the text behind " = " may be missing
-  kTwoPaths,      // rename C:\a.obk = C:\b.obk
-  kCondition,     // when frmFinish.lblCurrent contains Copying click frmFinish.Command2
-};
-
-struct ActKind {
-  const char* verb;
-  ActShape shape;
-};
-// All acts there are.
-const std::vector<ActKind>& ActKinds();
-
 struct ScenarioAct {
-  int line = 0;      // 1-based
-  std::string verb;  // "click"
-  ActShape shape = ActShape::kNothing;
-  std::string form, control;  // of kForm, kControl, kControlText, kCondition
-  std::string word;           // the first word of kWordText; "contains" or "equals" of kCondition
-  std::string path;           // of kPathText and kTwoPaths
-  std::string text;           // the rest
-  bool has_text = false;      // kPathText: " = " was there
+  int line = 0;                        // 1-based
+  const ScenarioVerb* verb = nullptr;  // of the table
+  std::string form, control;           // of kForm, kControl, kControlText, kCondition
+  std::string word;       // the first word of kWordText; "contains" or "equals" of kCondition
+  std::string path;       // of kPathText and kTwoPaths
+  std::string text;       // the rest
+  bool has_text = false;  // kPathText: " = " was there
   // kCondition: the one act to do when the condition holds.
   std::vector<ScenarioAct> then;
   // The act as it was written, without its comment.

@@ -12,13 +12,14 @@ MachinePlan ScenarioPlan(const std::string& like, const std::string& user, int n
   return plan;
 }
 
-std::unique_ptr<Computer> MakeScenarioMachine(const std::string& folder, const std::string& like,
-                                              const std::string& user, int number,
-                                              std::string* problem) {
+std::unique_ptr<RunningMachine> MakeScenarioMachine(const std::string& folder,
+                                                    const std::string& like,
+                                                    const std::string& user, int number,
+                                                    std::string* problem) {
   const MachinePlan plan = ScenarioPlan(like, user, number);
   *problem = MakeMachine(folder, plan);
   if (!problem->empty()) return nullptr;
-  std::unique_ptr<Computer> computer = Computer::Open(folder, problem);
+  std::unique_ptr<RunningMachine> computer = RunningMachine::Open(folder, problem);
   if (!computer) return nullptr;
   SampleOptions small;
   small.big_file_bytes = 100000;

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "play/computer.h"
 #include "play/new_machine.h"
+#include "play/running_machine.h"
 
 namespace quorvale {
 
@@ -15,8 +15,9 @@ MachinePlan ScenarioPlan(const std::string& like, const std::string& user, int n
 
 // Makes the machine of such a plan in a folder of this host. Null with a sentence if it cannot be
 // made.
-std::unique_ptr<Computer> MakeScenarioMachine(const std::string& folder, const std::string& like,
-                                              const std::string& user, int number,
-                                              std::string* problem);
+std::unique_ptr<RunningMachine> MakeScenarioMachine(const std::string& folder,
+                                                    const std::string& like,
+                                                    const std::string& user, int number,
+                                                    std::string* problem);
 
 }  // namespace quorvale

@@ -83,5 +83,17 @@ TEST(Dates, MinutesCountWholeOnesOnly) {
   EXPECT_EQ(MinuteNumber(next) - MinuteNumber(late), 115);
 }
 
+TEST(Dates, MomentsAreReadWithTheirWeekdays) {
+  EXPECT_EQ(7, ParseLocalTime("2026-11-14 22:05:09")->weekday);
+  EXPECT_EQ(1, ParseLocalTime("2000-01-02 00:00:00")->weekday);
+  EXPECT_EQ(3, ParseLocalTime("2000-02-29 23:59:59")->weekday);
+  EXPECT_EQ(5, ParseLocalTime("2009-12-31 00:00:00")->weekday);
+  for (const char* text : {"", "2026-11-14", "2026-11-14T22:05:09", "2026-13-01 00:00:00",
+                           "2026-00-01 00:00:00", "2026-04-31 00:00:00", "1900-02-29 00:00:00",
+                           "2026-11-14 22:60:09", "2026-11-14 22:05:0x", "1600-01-01 00:00:00"}) {
+    EXPECT_FALSE(ParseLocalTime(text)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace quorvale

@@ -12,10 +12,10 @@
 #include "platform/host/child_process.h"
 #include "platform/host/host_platform.h"
 #include "play/new_machine.h"
+#include "play/page_driver.h"
 #include "play/sample_machine.h"
 #include "play/scenario_machine.h"
 #include "play/scratch_folder.h"
-#include "play/wizard.h"
 
 namespace quorvale {
 namespace {
@@ -79,10 +79,10 @@ class DiscBackup : public testing::Test {
     job.add_files = {kData};
     job.level = "No Compression";
     job.disc = "file: disc.iso";
-    Wizard wizard(*computer_);
-    const Outcome outcome = wizard.Backup(job);
-    EXPECT_EQ(wizard.problem(), "");
-    discs_ = wizard.discs();
+    PageDriver driver(*computer_);
+    const Outcome outcome = driver.Backup(job);
+    EXPECT_EQ(driver.problem(), "");
+    discs_ = driver.discs();
     EXPECT_EQ(screen.failures, std::vector<std::string>());
     EXPECT_EQ(screen.ExpectedBoxes(), std::vector<std::string>());
     screen.failures.clear();
@@ -119,14 +119,14 @@ class DiscBackup : public testing::Test {
     RestoreWishes job;
     job.file = Folder("copied/Big.obk");
     job.all = true;
-    Wizard wizard(*computer_);
-    EXPECT_EQ(wizard.Restore(job), Outcome::kDone) << wizard.problem();
+    PageDriver driver(*computer_);
+    EXPECT_EQ(driver.Restore(job), Outcome::kDone) << driver.problem();
     EXPECT_EQ(computer_->ui().failures, std::vector<std::string>());
     EXPECT_TRUE(FileToolkit(files, [] {}).ReadWhole(kData) == noise_);
   }
 
   const ScratchFolder scratch_;
-  std::unique_ptr<Computer> computer_;
+  std::unique_ptr<RunningMachine> computer_;
   std::string noise_;
   std::map<std::string, std::string> parts_;
   int discs_ = 0;
@@ -191,9 +191,9 @@ TEST_F(DiscBackup, CannotGoToADriveThatIsNotThere) {
   job.name = "Big";
   job.add_files = {kData};
   job.disc = "Q:";
-  Wizard wizard(*computer_);
-  EXPECT_EQ(wizard.Backup(job), Outcome::kRefused);
-  EXPECT_EQ(wizard.problem(), "there is no disc writer \"Q:\".");
+  PageDriver driver(*computer_);
+  EXPECT_EQ(driver.Backup(job), Outcome::kRefused);
+  EXPECT_EQ(driver.problem(), "there is no disc writer \"Q:\".");
 }
 
 // --- The console edition ------------------------------------------------------------------------

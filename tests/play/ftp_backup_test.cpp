@@ -11,10 +11,10 @@
 #include "app/console/console.h"
 #include "app/console/console_options.h"
 #include "play/ftp_address.h"
+#include "play/page_driver.h"
 #include "play/round_trip.h"
 #include "play/sample_machine.h"
 #include "play/scratch_folder.h"
-#include "play/wizard.h"
 
 namespace quorvale {
 namespace {
@@ -29,7 +29,7 @@ class FtpBackup : public testing::Test {
     target_plan_.computer = "LAPTOP";
     ASSERT_EQ(MakeMachine(target_folder_, target_plan_), "");
     std::string problem;
-    const std::unique_ptr<Computer> source = Computer::Open(source_folder_, &problem);
+    const std::unique_ptr<RunningMachine> source = RunningMachine::Open(source_folder_, &problem);
     ASSERT_TRUE(source) << problem;
     ASSERT_TRUE(FillSample(source->platform(), source_plan_, {30000, 3}));
     ASSERT_EQ(source->SaveRegistry(), "");
@@ -70,8 +70,8 @@ TEST_F(FtpBackup, LandsOnTheServerAndIsRestoredFromTheCopy) {
             0)
       << printed_;
   std::string problem;
-  const std::unique_ptr<Computer> source = Computer::Open(source_folder_, &problem);
-  const std::unique_ptr<Computer> target = Computer::Open(target_folder_, &problem);
+  const std::unique_ptr<RunningMachine> source = RunningMachine::Open(source_folder_, &problem);
+  const std::unique_ptr<RunningMachine> target = RunningMachine::Open(target_folder_, &problem);
   ASSERT_TRUE(source && target) << problem;
   target->ui().box_handler = [](const ui::MessageBoxRequest& request) {
     return request.buttons == ui::Buttons::kOk ? ui::Answer::kOk : ui::Answer::kYes;
@@ -79,8 +79,8 @@ TEST_F(FtpBackup, LandsOnTheServerAndIsRestoredFromTheCopy) {
   RestoreWishes job;
   job.file = Copy();
   job.all = true;
-  Wizard wizard(*target);
-  ASSERT_EQ(wizard.Restore(job), Outcome::kDone) << wizard.problem();
+  PageDriver driver(*target);
+  ASSERT_EQ(driver.Restore(job), Outcome::kDone) << driver.problem();
   ASSERT_EQ(target->EndProgram(), "");
   RoundTrip round_trip(*source, source_plan_, *target, target_plan_);
   const RoundTripVerdict verdict =

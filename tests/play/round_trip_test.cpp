@@ -6,9 +6,9 @@
 
 #include "base/text.h"
 #include "platform/file_toolkit.h"
+#include "play/page_driver.h"
 #include "play/sample_machine.h"
 #include "play/scratch_folder.h"
-#include "play/wizard.h"
 
 namespace quorvale {
 namespace {
@@ -65,16 +65,16 @@ class Machines {
     if (kinds.contains(SampleKind::kAddedFolders)) job.add_folders = extras.folders;
     if (kinds.contains(SampleKind::kAddedFiles)) job.add_files = extras.files;
     source_->ui().box_handler = AnswerYes;
-    Wizard wizard(*source_);
-    EXPECT_EQ(wizard.Backup(job), Outcome::kDone) << wizard.problem() << LastBox(*source_);
+    PageDriver driver(*source_);
+    EXPECT_EQ(driver.Backup(job), Outcome::kDone) << driver.problem() << LastBox(*source_);
   }
   void Restore() {
     RestoreWishes job;
     job.file = scratch_.path() + "/Round trip.obk";
     job.all = true;
     target_->ui().box_handler = AnswerYes;
-    Wizard wizard(*target_);
-    EXPECT_EQ(wizard.Restore(job), Outcome::kDone) << wizard.problem() << LastBox(*target_);
+    PageDriver driver(*target_);
+    EXPECT_EQ(driver.Restore(job), Outcome::kDone) << driver.problem() << LastBox(*target_);
     EXPECT_EQ(target_->EndProgram(), "");
   }
   RoundTripVerdict Verdict(const std::set<SampleKind>& kinds) {
@@ -84,28 +84,28 @@ class Machines {
     EXPECT_TRUE(verdict.AllWell());
     return verdict;
   }
-  Computer& source() { return *source_; }
-  Computer& target() { return *target_; }
+  RunningMachine& source() { return *source_; }
+  RunningMachine& target() { return *target_; }
 
  private:
   static std::optional<ui::Answer> AnswerYes(const ui::MessageBoxRequest& request) {
     return request.buttons == ui::Buttons::kOk ? ui::Answer::kOk : ui::Answer::kYes;
   }
-  static std::string LastBox(Computer& computer) {
+  static std::string LastBox(RunningMachine& computer) {
     return computer.ui().boxes.empty() ? "" : computer.ui().boxes.back().request.text;
   }
-  std::unique_ptr<Computer> Make(const std::string& name, const MachinePlan& plan) {
+  std::unique_ptr<RunningMachine> Make(const std::string& name, const MachinePlan& plan) {
     const std::string folder = scratch_.path() + "/" + name;
     std::string problem = MakeMachine(folder, plan);
     EXPECT_EQ(problem, "");
-    std::unique_ptr<Computer> computer = Computer::Open(folder, &problem);
+    std::unique_ptr<RunningMachine> computer = RunningMachine::Open(folder, &problem);
     EXPECT_TRUE(computer) << problem;
     return computer;
   }
 
   const ScratchFolder scratch_;
   MachinePlan source_plan_, target_plan_;
-  std::unique_ptr<Computer> source_, target_;
+  std::unique_ptr<RunningMachine> source_, target_;
 };
 
 struct KindCase {

@@ -8,9 +8,9 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "discovery/pages/FrmTwo.h"
-#include "play/computer.h"
+#include "play/page_driver.h"
+#include "play/running_machine.h"
 #include "play/scratch_folder.h"
-#include "play/wizard.h"
 
 namespace quorvale {
 namespace {
@@ -21,7 +21,7 @@ class Samples : public testing::TestWithParam<const char*> {
     plan_.like = GetParam();
     ASSERT_EQ(MakeMachine(scratch_.path() + "/m", plan_), "");
     std::string problem;
-    computer_ = Computer::Open(scratch_.path() + "/m", &problem);
+    computer_ = RunningMachine::Open(scratch_.path() + "/m", &problem);
     ASSERT_TRUE(computer_) << problem;
     ASSERT_TRUE(FillSample(computer_->platform(), plan_, {10000, 3}));
   }
@@ -30,7 +30,7 @@ class Samples : public testing::TestWithParam<const char*> {
   }
   const ScratchFolder scratch_;
   MachinePlan plan_;
-  std::unique_ptr<Computer> computer_;
+  std::unique_ptr<RunningMachine> computer_;
 };
 
 TEST_P(Samples, HoldWhatAPersonHasOnAComputer) {
@@ -49,9 +49,9 @@ TEST_P(Samples, HoldWhatAPersonHasOnAComputer) {
 }
 
 TEST_P(Samples, ShowTheirProductsInTheTree) {
-  Wizard wizard(*computer_);
-  const ui::TreeView* tree = wizard.ShowComputer();
-  ASSERT_NE(tree, nullptr) << wizard.problem();
+  PageDriver driver(*computer_);
+  const ui::TreeView* tree = driver.ShowComputer();
+  ASSERT_NE(tree, nullptr) << driver.problem();
   const bool vista = LayoutOf(plan_.like, plan_.user)->IsVista();
   EXPECT_EQ(tree->FindPath("Windows Mail") != nullptr, vista);
   EXPECT_EQ(tree->FindPath("Outlook Express") != nullptr, !vista);
@@ -84,7 +84,7 @@ TEST_P(Samples, AreTheSameForTheSamePlan) {
   const std::string other_folder = scratch_.path() + "/other";
   ASSERT_EQ(MakeMachine(other_folder, plan_), "");
   std::string problem;
-  const std::unique_ptr<Computer> other = Computer::Open(other_folder, &problem);
+  const std::unique_ptr<RunningMachine> other = RunningMachine::Open(other_folder, &problem);
   ASSERT_TRUE(other);
   ASSERT_TRUE(FillSample(other->platform(), plan_, {10000, 3}));
   const std::string file = LayoutOf(plan_.like, plan_.user)->documents + "\\Pictures\\lake.bmp";
@@ -109,10 +109,11 @@ TEST(NewMachine, EverySystemOpens) {
     plan.like = like;
     ASSERT_EQ(MakeMachine(scratch.path() + "/m", plan), "") << like;
     std::string problem;
-    const std::unique_ptr<Computer> computer = Computer::Open(scratch.path() + "/m", &problem);
+    const std::unique_ptr<RunningMachine> computer =
+        RunningMachine::Open(scratch.path() + "/m", &problem);
     ASSERT_TRUE(computer) << like << problem;
-    Wizard wizard(*computer);
-    const ui::TreeView* tree = wizard.ShowComputer();
+    PageDriver driver(*computer);
+    const ui::TreeView* tree = driver.ShowComputer();
     ASSERT_NE(tree, nullptr) << like;
     EXPECT_NE(tree->FindPath("Other Files\\My Desktop Files"), nullptr) << like;
   }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "play/pages_stage.h"
 #include "play/scratch_folder.h"
 
 namespace quorvale {
@@ -10,7 +11,8 @@ namespace {
 
 std::vector<ScenarioError> Played(const std::string& text) {
   const ScratchFolder scratch;
-  ScenarioPlayer player(scratch.path(), nullptr);
+  PagesStage stage(scratch.path(), nullptr);
+  ScenarioPlayer player(stage);
   return player.Play(ReadScenario(text));
 }
 

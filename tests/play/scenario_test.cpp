@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace quorvale {
 namespace {
 
@@ -34,7 +36,7 @@ std::string OnlyError(const std::string& line) {
 
 TEST(ScenarioReader, ControlActsNameFormAndControl) {
   const ScenarioAct act = OnlyAct("set frmOne.txtBackupname My mail");
-  EXPECT_EQ(act.verb, "set");
+  EXPECT_STREQ(act.verb->name, "set");
   EXPECT_EQ(act.form, "frmOne");
   EXPECT_EQ(act.control, "txtBackupname");
   EXPECT_EQ(act.text, "My mail");
@@ -74,7 +76,7 @@ TEST(ScenarioReader, ConditionsCarryOneAct) {
   EXPECT_EQ(act.word, "contains");
   EXPECT_EQ(act.text, "Mail Items");
   ASSERT_EQ(act.then.size(), 1u);
-  EXPECT_EQ(act.then[0].verb, "click");
+  EXPECT_STREQ(act.then[0].verb->name, "click");
   EXPECT_EQ(act.then[0].control, "Command2");
 }
 
@@ -118,6 +120,26 @@ TEST(ScenarioReader, BrokenActsAreRefused) {
   EXPECT_NE(OnlyError("when a.b holds x click a.c"), "");
   EXPECT_NE(OnlyError("when a.b contains x when a.b contains y click a.c"), "");
   EXPECT_NE(OnlyError("folder"), "");
+}
+
+TEST(ScenarioVerbs, EachStandsOnceInTheTableAndIsPlayedBySomething) {
+  std::set<std::string> names;
+  for (const ScenarioVerb& verb : ScenarioVerbs()) {
+    EXPECT_TRUE(names.insert(verb.name).second) << verb.name << " stands twice";
+    EXPECT_NE(verb.play, nullptr) << verb.name;
+    EXPECT_EQ(FindVerb(verb.name), &verb);
+  }
+  EXPECT_EQ(FindVerb("dance"), nullptr);
+}
+
+// What must not be so is expected of each moment, what must be so of one.
+TEST(ScenarioVerbs, ExpectationsOfAbsenceAreToldFromOthers) {
+  for (const char* name : {"expect-no-node", "expect-no-file", "expect-not-started"}) {
+    EXPECT_EQ(FindVerb(name)->way, ActWay::kMustNotBe) << name;
+  }
+  for (const char* name : {"expect", "expect-node", "expect-started"}) {
+    EXPECT_EQ(FindVerb(name)->way, ActWay::kMustBe) << name;
+  }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "play/pages_stage.h"
 #include "play/round_trip.h"
 #include "play/scenario_machine.h"
 #include "play/scenario_player.h"
@@ -34,7 +35,8 @@ Scenario ReadFrom(const std::string& folder, const std::string& name) {
 
 void PlayAll(const Scenario& scenario, const std::string& name, const ScratchFolder& scratch) {
   ASSERT_FALSE(scenario.acts.empty());
-  ScenarioPlayer player(scratch.path(), nullptr);
+  PagesStage stage(scratch.path(), nullptr);
+  ScenarioPlayer player(stage);
   for (const ScenarioError& failure : player.Play(scenario)) {
     ADD_FAILURE() << name << ".txt:" << failure.line << ": " << failure.message;
   }
@@ -57,7 +59,7 @@ TEST_P(RoundTripScenarios, BringAllBackThatWasLost) {
   std::string problem;
   const auto before = MakeScenarioMachine(scratch.path() + "/before", like, "Anna", 1, &problem);
   ASSERT_TRUE(before) << problem;
-  const auto after = Computer::Open(scratch.path() + "/machine1", &problem);
+  const auto after = RunningMachine::Open(scratch.path() + "/machine1", &problem);
   ASSERT_TRUE(after) << problem;
   const MachinePlan plan = ScenarioPlan(like, "Anna", 1);
   const RoundTripVerdict verdict = RoundTrip(*before, plan, *after, plan).Compare();

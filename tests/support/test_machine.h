@@ -47,7 +47,7 @@ class TestMachine {
   ui::HeadlessUi& ui();
   Platform& platform();
   // The computer that the program runs on: its facts are set here, and what was started is told.
-  Computer& computer();
+  RunningMachine& computer();
   // What goes wrong on it. The program sees the computer through these.
   FaultyPlatform& faults();
   // The computer itself, for what no method here arranges ("platform/host/...").

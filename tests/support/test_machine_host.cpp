@@ -6,8 +6,8 @@
 #include "base/text.h"
 #include "platform/host/host_platform.h"
 #include "platform/registry_text.h"
-#include "play/computer.h"
 #include "play/new_machine.h"
+#include "play/running_machine.h"
 #include "support/temp_folder.h"
 #include "support/test_machine.h"
 
@@ -16,7 +16,7 @@ struct TestMachine::Parts {
   TempFolder folder;
   MachineLayout layout;
   std::unique_ptr<FaultyPlatform> faults;  // goes after the program, which sees through it
-  std::unique_ptr<Computer> computer;
+  std::unique_ptr<RunningMachine> computer;
 };
 
 TestMachine::TestMachine(const std::string& like, const std::string& user)
@@ -27,7 +27,7 @@ TestMachine::TestMachine(const std::string& like, const std::string& user)
   plan.mail_program_started = false;
   const std::optional<MachineLayout> layout = LayoutOf(like, user);
   std::string problem = MakeMachine(parts_->folder.path(), plan);
-  if (problem.empty()) parts_->computer = Computer::Open(parts_->folder.path(), &problem);
+  if (problem.empty()) parts_->computer = RunningMachine::Open(parts_->folder.path(), &problem);
   if (!parts_->computer || !layout) {
     ADD_FAILURE() << problem;
     std::abort();  // no test can go on without its computer
@@ -53,7 +53,7 @@ Application& TestMachine::app() {
 
 ui::HeadlessUi& TestMachine::ui() { return parts_->computer->ui(); }
 Platform& TestMachine::platform() { return parts_->computer->platform(); }
-Computer& TestMachine::computer() { return *parts_->computer; }
+RunningMachine& TestMachine::computer() { return *parts_->computer; }
 FaultyPlatform& TestMachine::faults() { return *parts_->faults; }
 host::HostPlatform& TestMachine::host() { return parts_->computer->host(); }
 const std::string& TestMachine::folder() const { return parts_->folder.path(); }

@@ -103,7 +103,7 @@ read_back() { # PREFIX MACHINE FOLDER
   for root in HKEY_CURRENT_USER "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Internet Explorer"; do
     (
       wine_use_prefix "$prefix"
-      timeout -k 5 60 "$(wine_command)" regedit /e \
+      timeout -k 5 300 "$(wine_command)" regedit /e \
         "$(windows_path "$after/registry/${root%%\\*}.reg")" "$root" < /dev/null > /dev/null 2>&1
     ) || return 1
   done

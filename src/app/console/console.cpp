@@ -14,12 +14,13 @@
 #include "base/text.h"
 #include "core/program/version.h"
 #include "platform/error_report/HuntERR.h"
-#include "play/computer.h"
 #include "play/new_machine.h"
+#include "play/page_driver.h"
+#include "play/pages_stage.h"
+#include "play/running_machine.h"
 #include "play/sample_machine.h"
 #include "play/scenario_player.h"
 #include "play/scratch_folder.h"
-#include "play/wizard.h"
 
 namespace quorvale {
 namespace {
@@ -39,12 +40,12 @@ class Console {
   ExitStatus MakeNewMachine(bool sample);
   ExitStatus PlayScenario();
   ExitStatus RunOnMachine();
-  ExitStatus RunCommand(Computer& computer);
-  ExitStatus RunPageCommand(Computer& computer);
-  ExitStatus RunScheduleCommand(Computer& computer);
-  ExitStatus PrintTree(const ui::TreeView* tree, const Wizard& wizard);
-  ExitStatus Status(Outcome outcome, const Wizard& wizard);
-  void PrintWhereItIs(const Wizard& wizard);
+  ExitStatus RunCommand(RunningMachine& computer);
+  ExitStatus RunPageCommand(RunningMachine& computer);
+  ExitStatus RunScheduleCommand(RunningMachine& computer);
+  ExitStatus PrintTree(const ui::TreeView* tree, const PageDriver& driver);
+  ExitStatus Status(Outcome outcome, const PageDriver& driver);
+  void PrintWhereItIs(const PageDriver& driver);
   BackupWishes JobOfOptions() const;
 
   const ConsoleOptions& options_;
@@ -84,7 +85,8 @@ ExitStatus Console::MakeNewMachine(bool sample) {
   std::string problem = MakeMachine(options_.target, plan);
   if (!problem.empty()) return Fail(problem);
   if (sample) {
-    const std::unique_ptr<Computer> computer = Computer::Open(options_.target, &problem);
+    const std::unique_ptr<RunningMachine> computer =
+        RunningMachine::Open(options_.target, &problem);
     if (!computer) return Fail(problem);
     if (!FillSample(computer->platform(), plan)) {
       return Fail(options_.target + " could not be filled.");
@@ -106,15 +108,16 @@ ExitStatus Console::PlayScenario() {
   std::ifstream file(options_.target, std::ios::binary);
   if (!file) return Fail(options_.target + " cannot be read.");
   const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  std::unique_ptr<Computer> computer;
+  std::unique_ptr<RunningMachine> computer;
   if (!options_.machine.empty()) {
     std::string problem;
-    computer = Computer::Open(options_.machine, &problem);
+    computer = RunningMachine::Open(options_.machine, &problem);
     if (!computer) return Fail(problem);
   }
   const ScratchFolder scratch;
   if (scratch.path().empty()) return Fail("no folder for temporary files can be made.");
-  ScenarioPlayer player(scratch.path(), std::move(computer));
+  PagesStage stage(scratch.path(), std::move(computer));
+  ScenarioPlayer player(stage);
   const std::vector<ScenarioError> failures =
       player.Play(ReadScenario(WithVariables(text, HostVariable)));
   for (const ScenarioError& failure : failures) {
@@ -142,8 +145,8 @@ BackupWishes Console::JobOfOptions() const {
   return job;
 }
 
-ExitStatus Console::PrintTree(const ui::TreeView* tree, const Wizard& wizard) {
-  if (tree == nullptr) return Status(Outcome::kRefused, wizard);
+ExitStatus Console::PrintTree(const ui::TreeView* tree, const PageDriver& driver) {
+  if (tree == nullptr) return Status(Outcome::kRefused, driver);
   for (int i = 1; i <= tree->Count(); ++i) {
     const ui::TreeNode* node = tree->Node(i);
     terminal_.out << node->FullPath() << '\t' << node->Key() << '\t' << node->image << '\n';
@@ -151,8 +154,8 @@ ExitStatus Console::PrintTree(const ui::TreeView* tree, const Wizard& wizard) {
   return ExitStatus::kDone;
 }
 
-ExitStatus Console::Status(Outcome outcome, const Wizard& wizard) {
-  if (!wizard.problem().empty()) return Fail(wizard.problem());
+ExitStatus Console::Status(Outcome outcome, const PageDriver& driver) {
+  if (!driver.problem().empty()) return Fail(driver.problem());
   switch (outcome) {
     case Outcome::kDone:
       return ExitStatus::kDone;
@@ -164,7 +167,7 @@ ExitStatus Console::Status(Outcome outcome, const Wizard& wizard) {
   return ExitStatus::kFailed;
 }
 
-ExitStatus Console::RunPageCommand(Computer& computer) {
+ExitStatus Console::RunPageCommand(RunningMachine& computer) {
   PageCommands page(computer, terminal_);
   bool done = false;
   switch (options_.command) {
@@ -190,16 +193,16 @@ ExitStatus Console::RunPageCommand(Computer& computer) {
   return done ? ExitStatus::kDone : ExitStatus::kFailed;
 }
 
-void Console::PrintWhereItIs(const Wizard& wizard) {
-  if (wizard.discs() == 0) {
-    terminal_.out << "The backup is " << wizard.archive() << ".\n";
+void Console::PrintWhereItIs(const PageDriver& driver) {
+  if (driver.discs() == 0) {
+    terminal_.out << "The backup is " << driver.archive() << ".\n";
   } else {
-    terminal_.out << "The backup is on " << wizard.discs()
-                  << (wizard.discs() == 1 ? " disc.\n" : " discs.\n");
+    terminal_.out << "The backup is on " << driver.discs()
+                  << (driver.discs() == 1 ? " disc.\n" : " discs.\n");
   }
 }
 
-ExitStatus Console::RunScheduleCommand(Computer& computer) {
+ExitStatus Console::RunScheduleCommand(RunningMachine& computer) {
   ScheduleCommands pages(computer, terminal_);
   bool done = false;
   switch (options_.command) {
@@ -220,24 +223,24 @@ ExitStatus Console::RunScheduleCommand(Computer& computer) {
   return done ? ExitStatus::kDone : ExitStatus::kFailed;
 }
 
-ExitStatus Console::RunCommand(Computer& computer) {
-  Wizard wizard(computer);
+ExitStatus Console::RunCommand(RunningMachine& computer) {
+  PageDriver driver(computer);
   ExitStatus status = ExitStatus::kDone;
   switch (options_.command) {
     case ConsoleCommand::kTree:
-      status = PrintTree(wizard.ShowComputer(), wizard);
+      status = PrintTree(driver.ShowComputer(), driver);
       break;
     case ConsoleCommand::kShow:
-      status = PrintTree(wizard.ShowBackup(options_.target, options_.password), wizard);
+      status = PrintTree(driver.ShowBackup(options_.target, options_.password), driver);
       break;
     case ConsoleCommand::kBackup:
     case ConsoleCommand::kQuick: {
       const Outcome outcome = options_.command == ConsoleCommand::kQuick
-                                  ? wizard.QuickBackup()
-                                  : wizard.Backup(JobOfOptions());
-      status = Status(outcome, wizard);
+                                  ? driver.QuickBackup()
+                                  : driver.Backup(JobOfOptions());
+      status = Status(outcome, driver);
       if (status == ExitStatus::kDone) {
-        PrintWhereItIs(wizard);
+        PrintWhereItIs(driver);
       }
       break;
     }
@@ -264,7 +267,7 @@ ExitStatus Console::RunCommand(Computer& computer) {
       job.to = options_.to;
       job.keep = options_.keep;
       job.no_restore_folder = options_.no_restore_folder;
-      status = Status(wizard.Restore(job), wizard);
+      status = Status(driver.Restore(job), driver);
     }
   }
   return status;
@@ -272,7 +275,7 @@ ExitStatus Console::RunCommand(Computer& computer) {
 
 ExitStatus Console::RunOnMachine() {
   std::string problem;
-  const std::unique_ptr<Computer> computer = Computer::Open(options_.machine, &problem);
+  const std::unique_ptr<RunningMachine> computer = RunningMachine::Open(options_.machine, &problem);
   if (!computer) return Fail(problem);
   const ConsoleScreen screen(*computer, terminal_, options_.answer);
   if (IsDiscWriter(options_.disc)) computer->SetDiscWriter(options_.disc);

@@ -35,7 +35,8 @@ const char* KindWord(ui::Icon icon) {
 
 void RequestStop() { g_stop_requested = 1; }
 
-ConsoleScreen::ConsoleScreen(Computer& computer, Terminal& terminal, std::optional<bool> answer)
+ConsoleScreen::ConsoleScreen(RunningMachine& computer, Terminal& terminal,
+                             std::optional<bool> answer)
     : computer_(computer), terminal_(terminal), answer_(answer), progress_(terminal.error) {
   computer_.ui().box_handler = [this](const ui::MessageBoxRequest& request) {
     return AnswerBox(request);

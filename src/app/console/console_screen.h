@@ -7,7 +7,7 @@
 
 #include "app/console/console.h"
 #include "app/console/progress_bar.h"
-#include "play/computer.h"
+#include "play/running_machine.h"
 
 namespace quorvale {
 
@@ -15,7 +15,7 @@ class ConsoleScreen {
  public:
   // `answer` is the answer to all questions; nothing: they are asked, or answered No where nobody
   // can be asked.
-  ConsoleScreen(Computer& computer, Terminal& terminal, std::optional<bool> answer);
+  ConsoleScreen(RunningMachine& computer, Terminal& terminal, std::optional<bool> answer);
   ~ConsoleScreen();
   ConsoleScreen(const ConsoleScreen&) = delete;
   ConsoleScreen& operator=(const ConsoleScreen&) = delete;
@@ -29,7 +29,7 @@ class ConsoleScreen {
   bool CloseDelivery();
   void PressStop();
 
-  Computer& computer_;
+  RunningMachine& computer_;
   Terminal& terminal_;
   std::optional<bool> answer_;
   ProgressBarLine progress_;

@@ -11,11 +11,11 @@
 #include "app/console/console_screen.h"
 #include "archive/archive.h"
 #include "base/text.h"
-#include "play/computer.h"
 #include "play/new_machine.h"
+#include "play/page_driver.h"
 #include "play/round_trip.h"
+#include "play/running_machine.h"
 #include "play/sample_machine.h"
-#include "play/wizard.h"
 
 namespace quorvale {
 namespace {
@@ -58,12 +58,12 @@ class Demo {
     terminal_.error << "quorvale: " << sentence << "\n";
     return false;
   }
-  bool Well(Outcome outcome, const Wizard& wizard, const std::string& otherwise) {
+  bool Succeeded(Outcome outcome, const PageDriver& driver, const std::string& otherwise) {
     if (outcome == Outcome::kDone) return true;
     stopped_ = outcome == Outcome::kStopped;
-    return Fail(wizard.problem().empty() ? otherwise : wizard.problem());
+    return Fail(driver.problem().empty() ? otherwise : driver.problem());
   }
-  std::ostream& Say() { return terminal_.out; }
+  std::ostream& out() { return terminal_.out; }
 
   bool MakeMachines() {
     const std::string source = (folder_ / MachineName(people_.from)).string();
@@ -71,19 +71,19 @@ class Demo {
     std::string problem = MakeMachine(source, source_plan_);
     if (problem.empty()) problem = MakeMachine(target, target_plan_);
     if (!problem.empty()) return Fail(problem);
-    source_ = Computer::Open(source, &problem);
-    target_ = Computer::Open(target, &problem);
+    source_ = RunningMachine::Open(source, &problem);
+    target_ = RunningMachine::Open(target, &problem);
     if (!source_ || !target_) return Fail(problem);
     if (!FillSample(source_->platform(), source_plan_)) {
       return Fail(source + " could not be filled.");
     }
-    Say() << "A computer with " << people_.system << ", its user " << source_plan_.user
+    out() << "A computer with " << people_.system << ", its user " << source_plan_.user
           << ", is in " << source << ".\n";
     return true;
   }
 
   bool Backup() {
-    Say() << "\nEverything on it is backed up:\n" << std::flush;
+    out() << "\nEverything on it is backed up:\n" << std::flush;
     const ConsoleScreen screen(*source_, terminal_, true);
     BackupWishes job;
     job.name = "Everything of " + source_plan_.user;
@@ -93,8 +93,8 @@ class Demo {
     const SampleExtras extras = ExtrasOf(source_plan_);
     job.add_folders = extras.folders;
     job.add_files = extras.files;
-    Wizard wizard(*source_);
-    if (!Well(wizard.Backup(job), wizard, "the backup was not made.")) return false;
+    PageDriver driver(*source_);
+    if (!Succeeded(driver.Backup(job), driver, "the backup was not made.")) return false;
     archive_ = (folder_ / (job.name + ".obk")).string();
     return true;
   }
@@ -106,24 +106,24 @@ class Demo {
     if (archive.List(&entries) != zip::Result::kDone) return Fail(archive_ + " cannot be listed.");
     std::uint64_t bytes = 0;
     for (const zip::Entry& entry : entries) bytes += entry.size;
-    Say() << "\nThe backup holds " << entries.size() << " entries of " << bytes / 1024
+    out() << "\nThe backup holds " << entries.size() << " entries of " << bytes / 1024
           << " KB, among them:\n";
     const size_t step = std::max<size_t>(1, entries.size() / kListedEntries);
     for (size_t i = 0; i < entries.size(); i += step) {
-      Say() << "  " << entries[i].name << "  " << entries[i].size << "\n";
+      out() << "  " << entries[i].name << "  " << entries[i].size << "\n";
     }
     return true;
   }
 
   bool Restore() {
-    Say() << "\nIt is restored onto a new computer, its user " << target_plan_.user << ":\n"
+    out() << "\nIt is restored onto a new computer, its user " << target_plan_.user << ":\n"
           << std::flush;
     const ConsoleScreen screen(*target_, terminal_, true);
     RestoreWishes job;
     job.file = archive_;
     job.all = true;
-    Wizard wizard(*target_);
-    if (!Well(wizard.Restore(job), wizard, "the backup was not restored.")) return false;
+    PageDriver driver(*target_);
+    if (!Succeeded(driver.Restore(job), driver, "the backup was not restored.")) return false;
     const std::string problem = target_->EndProgram();
     return problem.empty() || Fail(problem);
   }
@@ -131,20 +131,20 @@ class Demo {
   bool Verify() {
     RoundTrip round_trip(*source_, source_plan_, *target_, target_plan_);
     RoundTripVerdict sum;
-    Say() << "\n";
+    out() << "\n";
     for (const SampleKind kind : AllSampleKinds()) {
       const RoundTripVerdict verdict = round_trip.Compare({kind});
-      Say() << "  " << CaptionOf(kind) << ": " << verdict.identical_files << " of " << verdict.files
+      out() << "  " << CaptionOf(kind) << ": " << verdict.identical_files << " of " << verdict.files
             << " files, " << verdict.present_keys << " of " << verdict.keys << " registry keys\n";
       sum.Add(verdict);
     }
     for (size_t i = 0; i < sum.differences.size() && i < kListedDifferences; ++i) {
-      Say() << "  " << sum.differences[i] << "\n";
+      out() << "  " << sum.differences[i] << "\n";
     }
     if (sum.differences.size() > kListedDifferences) {
-      Say() << "  and " << sum.differences.size() - kListedDifferences << " more\n";
+      out() << "  and " << sum.differences.size() - kListedDifferences << " more\n";
     }
-    Say() << "\n"
+    out() << "\n"
           << sum.present_folders << " of " << sum.folders << " folders present.\n"
           << sum.identical_files << " of " << sum.files << " files identical, " << sum.present_keys
           << " of " << sum.keys << " registry keys present.\n"
@@ -176,7 +176,7 @@ class Demo {
   const People people_;
   Terminal& terminal_;
   MachinePlan source_plan_, target_plan_;
-  std::unique_ptr<Computer> source_, target_;
+  std::unique_ptr<RunningMachine> source_, target_;
   std::string archive_;
   bool stopped_ = false;
 };

@@ -4,14 +4,15 @@
 #include <string>
 
 #include "app/console/console.h"
-#include "play/computer.h"
 #include "play/hands.h"
+#include "play/running_machine.h"
 
 namespace quorvale {
 
 class PageCommands {
  public:
-  PageCommands(Computer& computer, Terminal& terminal) : computer_(computer), terminal_(terminal) {}
+  PageCommands(RunningMachine& computer, Terminal& terminal)
+      : computer_(computer), terminal_(terminal) {}
 
   // Each starts the program afresh and answers whether it was done. If not, a message box or
   // problem() says why.
@@ -33,7 +34,7 @@ class PageCommands {
   ui::Control* Setting(const std::string& name);
   bool ChooseFolder(const std::string& button, const ui::Control& box, const std::string& folder);
 
-  Computer& computer_;
+  RunningMachine& computer_;
   Terminal& terminal_;
   std::string problem_;
 };

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "app/console/console.h"
-#include "play/computer.h"
 #include "play/hands.h"
+#include "play/running_machine.h"
 
 namespace quorvale {
 
@@ -25,7 +25,7 @@ bool IsScheduleType(const std::string& type);
 
 class ScheduleCommands {
  public:
-  ScheduleCommands(Computer& computer, Terminal& terminal)
+  ScheduleCommands(RunningMachine& computer, Terminal& terminal)
       : computer_(computer), terminal_(terminal) {}
 
   // Each starts the program afresh and answers whether it was done. If not, a message box or
@@ -46,7 +46,7 @@ class ScheduleCommands {
   bool ChooseRow(const std::string& name);
   bool IsListed(const std::string& name);
 
-  Computer& computer_;
+  RunningMachine& computer_;
   Terminal& terminal_;
   std::string problem_;
 };

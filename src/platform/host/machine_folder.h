@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/dates.h"
 #include "platform/files.h"
 #include "platform/processes.h"
 #include "platform/system_info.h"
@@ -71,8 +72,5 @@ std::optional<MachineFolder> ReadMachineFolder(const std::string& folder, Machin
 
 // True for a text that MachineDisc::writer takes, "" aside.
 bool IsDiscWriter(const std::string& text);
-
-// "2026-11-14 22:05:09" to a moment with its weekday. Nothing if it is not one.
-std::optional<LocalTime> ParseLocalTime(const std::string& text);
 
 }  // namespace quorvale::host

@@ -15,9 +15,9 @@
 #include "backup/pages/frmFinish.h"
 #include "core/main/FrmWelcome.h"
 #include "play/new_machine.h"
+#include "play/page_driver.h"
 #include "play/sample_machine.h"
 #include "play/scratch_folder.h"
-#include "play/wizard.h"
 
 namespace quorvale {
 namespace {
@@ -58,7 +58,7 @@ class Console : public testing::Test {
     ASSERT_FALSE(scratch_.path().empty());
     ASSERT_EQ(MakeMachine(machine_, MachinePlan()), "");
     std::string problem;
-    const std::unique_ptr<Computer> computer = Computer::Open(machine_, &problem);
+    const std::unique_ptr<RunningMachine> computer = RunningMachine::Open(machine_, &problem);
     ASSERT_TRUE(computer) << problem;
     ASSERT_TRUE(FillSample(computer->platform(), MachinePlan(), {20000, 3}));
     ASSERT_EQ(computer->SaveRegistry(), "");
@@ -440,7 +440,7 @@ TEST_F(Console, ProgressIsDrawnOnATerminal) {
 
 TEST_F(Console, TheProgressLineSaysPhaseAndShare) {
   std::string problem;
-  const std::unique_ptr<Computer> computer = Computer::Open(machine_, &problem);
+  const std::unique_ptr<RunningMachine> computer = RunningMachine::Open(machine_, &problem);
   ASSERT_TRUE(computer);
   Application& app = computer->Start("");
   EXPECT_EQ(ProgressText(app, 79), "");

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "play/pages_stage.h"
 #include "play/scenario_player.h"
 #include "play/scratch_folder.h"
 
@@ -38,7 +39,8 @@ TEST_P(FtpScenarioFile, GoesAsItSays) {
       }));
   ASSERT_FALSE(scenario.acts.empty());
   const ScratchFolder scratch;
-  ScenarioPlayer player(scratch.path(), nullptr);
+  PagesStage stage(scratch.path(), nullptr);
+  ScenarioPlayer player(stage);
   for (const ScenarioError& error : player.Play(scenario)) {
     ADD_FAILURE() << path << ":" << error.line << ": " << error.message;
   }

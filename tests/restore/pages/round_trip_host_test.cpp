@@ -6,10 +6,10 @@
 
 #include "discovery/products/outlook_profile.h"
 #include "platform/registry_text.h"
-#include "play/computer.h"
+#include "play/page_driver.h"
 #include "play/round_trip.h"
+#include "play/running_machine.h"
 #include "play/sample_machine.h"
-#include "play/wizard.h"
 #include "restore/restore_bench.h"
 #include "support/temp_folder.h"
 
@@ -32,7 +32,7 @@ class Machine {
     plan.drives.push_back({"F", "fixed"});
     EXPECT_EQ(MakeMachine(folder_.path(), plan), "");
     std::string problem;
-    computer = Computer::Open(folder_.path(), &problem);
+    computer = RunningMachine::Open(folder_.path(), &problem);
     EXPECT_EQ(problem, "");
     layout = *LayoutOf(like, user);
     EXPECT_TRUE(!filled || FillSample(computer->platform(), plan, {4096, 4}));
@@ -54,7 +54,7 @@ class Machine {
   // The archive's path on this host.
   std::string BackUp(const std::vector<std::string>& ticks,
                      const std::string& name = "Round trip") {
-    Wizard wizard(*computer);
+    PageDriver driver(*computer);
     BackupWishes job;
     job.name = name;
     job.all = ticks.empty();
@@ -65,19 +65,19 @@ class Machine {
       job.add_files = extras.files;
     }
     AnswerAll();
-    EXPECT_EQ(wizard.Backup(job), Outcome::kDone) << wizard.problem() << LastBox();
-    return HostPath(wizard.archive());
+    EXPECT_EQ(driver.Backup(job), Outcome::kDone) << driver.problem() << LastBox();
+    return HostPath(driver.archive());
   }
   void Restore(const std::string& archive, const std::vector<std::string>& ticks,
                bool keep = false) {
-    Wizard wizard(*computer);
+    PageDriver driver(*computer);
     RestoreWishes job;
     job.file = archive;
     job.all = ticks.empty();
     job.ticks = ticks;
     job.keep = keep;
     AnswerAll();
-    EXPECT_EQ(wizard.Restore(job), Outcome::kDone) << wizard.problem() << LastBox();
+    EXPECT_EQ(driver.Restore(job), Outcome::kDone) << driver.problem() << LastBox();
   }
   std::string LastBox() const {
     return computer->ui().boxes.empty() ? "" : computer->ui().boxes.back().request.text;
@@ -85,7 +85,7 @@ class Machine {
 
   MachinePlan plan;
   MachineLayout layout;
-  std::unique_ptr<Computer> computer;
+  std::unique_ptr<RunningMachine> computer;
 
  private:
   void AnswerAll() {
@@ -480,14 +480,14 @@ TEST(RoundTripOfFiles, AFolderOnADriveThatIsGoneIsKept) {
   FileToolkit toolkit(a.computer->platform().files, [] {});
   toolkit.MakeFolderChain("F:\\Far\\Deep");
   toolkit.WriteWhole("F:\\Far\\Deep\\x.txt", "far away");
-  Wizard wizard(*a.computer);
+  PageDriver driver(*a.computer);
   BackupWishes job;
   job.name = "Far";
   job.add_folders = {"F:\\Far"};
   a.computer->ui().box_handler = [](const ui::MessageBoxRequest&) { return ui::Answer::kOk; };
-  ASSERT_EQ(wizard.Backup(job), Outcome::kDone) << wizard.problem();
+  ASSERT_EQ(driver.Backup(job), Outcome::kDone) << driver.problem();
   b.computer->RemoveDrive("F");
-  b.Restore(a.HostPath(wizard.archive()), {"Added Other Folders"});
+  b.Restore(a.HostPath(driver.archive()), {"Added Other Folders"});
   EXPECT_TRUE(Contains(b.LastBox(), "could not be restored on to there default locations."));
   FileToolkit target(b.computer->platform().files, [] {});
   EXPECT_EQ(target.ReadWhole(b.layout.app_data +

@@ -13,14 +13,14 @@ namespace {
 
 struct Side {
   quorvale::MachinePlan plan;
-  std::unique_ptr<quorvale::Computer> computer;
+  std::unique_ptr<quorvale::RunningMachine> computer;
 };
 
 Side OpenSide(char** words) {
   Side side;
   side.plan = quorvale::ScenarioPlan(words[1], words[2], std::atoi(words[3]));
   std::string problem;
-  side.computer = quorvale::Computer::Open(words[0], &problem);
+  side.computer = quorvale::RunningMachine::Open(words[0], &problem);
   if (side.computer == nullptr) std::printf("%s\n", problem.c_str());
   return side;
 }

@@ -1,5 +1,8 @@
-// The facts of a machine folder, given to the system that runs here.
+#include "machine_facts.h"
+
 #include <map>
+#include <optional>
+#include <vector>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -7,7 +10,7 @@
 #include "platform/registry_text.h"
 #include "platform/windows/files.h"
 #include "platform/windows/text_calls.h"
-#include "scenario_driver.h"
+#include "platform/windows/windows_headers.h"
 
 namespace quorvale::driver {
 namespace {

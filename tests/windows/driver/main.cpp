@@ -11,7 +11,8 @@
 #include "platform/file_toolkit.h"
 #include "platform/windows/files.h"
 #include "platform/windows/system_info.h"
-#include "scenario_driver.h"
+#include "play/scenario_player.h"
+#include "windows_stage.h"
 
 namespace {
 
@@ -50,8 +51,9 @@ int PlayScenario(const quorvale::driver::DriverOptions& options) {
       quorvale::ReadScenario(quorvale::WithVariables(*text, [](const std::string& name) {
         return quorvale::windows::WindowsSystemInfo().Environment(name);
       }));
-  quorvale::driver::ScenarioDriver driver(options);
-  const auto failures = driver.Play(scenario);
+  quorvale::driver::WindowsStage stage(options);
+  quorvale::ScenarioPlayer player(stage);
+  const auto failures = player.Play(scenario, options.first_line);
   for (const quorvale::ScenarioError& failure : failures) {
     std::printf("line %d: %s\n", failure.line, failure.message.c_str());
   }
@@ -60,8 +62,8 @@ int PlayScenario(const quorvale::driver::DriverOptions& options) {
     std::printf("there is no act in it\n");
     return 1;
   }
-  if (driver.next_machine_line() == 0) return 0;
-  std::printf("%d\n", driver.next_machine_line());
+  if (player.next_machine_line() == 0) return 0;
+  std::printf("%d\n", player.next_machine_line());
   return kNextMachine;
 }
 

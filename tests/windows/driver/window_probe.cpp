@@ -45,10 +45,10 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "machine_facts.h"
 #include "platform/windows/processes.h"
 #include "platform/windows/text_calls.h"
 #include "program_windows.h"
-#include "scenario_driver.h"
 
 namespace quorvale::driver {
 namespace {
@@ -293,7 +293,16 @@ class Probe {
            (control == nullptr ? "" : "; it shows " + windows_.ShownLine(control));
   }
 
+  // Keys go to the window in front: one that has just come up may not be it yet.
+  bool TakesKeys() const {
+    const HWND front = GetForegroundWindow();
+    DWORD process = 0;
+    GetWindowThreadProcessId(front, &process);
+    return process == windows_.id() && IsWindowEnabled(front) != 0 && windows_.Answers();
+  }
+
   std::string Keys(const Words& words) {
+    if (!Until(kPatience, [this] { return TakesKeys(); })) return "another program takes the keys";
     for (const std::string& word : words) {
       if (word.starts_with("text:")) {
         for (const char letter : word.substr(5)) SendLetter(letter);
@@ -302,7 +311,7 @@ class Probe {
       }
       // The next key may go to another window than this one.
       Sleep(kPause);
-      windows_.Answers();
+      if (!windows_.Answers()) return "the program does not answer";
     }
     return "";
   }

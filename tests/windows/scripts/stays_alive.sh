@@ -11,7 +11,7 @@
 # what the program takes to answer while it does nothing is measured first, and four times of it are
 # allowed on top.
 set -euo pipefail
-cd "$(dirname "$0")/../.."
+cd "$(dirname "$0")/../../.."
 . tools/wine.sh
 . tests/windows/computer.sh
 prepare_window_script alive "$@"

@@ -1,4 +1,4 @@
-// A computer of the host with its program: a machine folder, a headless user interface, and one
+// A computer of the host, running: a machine folder, a headless user interface, and one
 // run of the program after another. The console edition, the scenario player and the tests all
 // sit before such a computer.
 #pragma once
@@ -19,13 +19,13 @@ namespace host {
 class HostPlatform;
 }
 
-class Computer {
+class RunningMachine {
  public:
   // Null, with a sentence that names file and line, if the folder holds no machine.
-  static std::unique_ptr<Computer> Open(const std::string& host_folder, std::string* problem);
-  ~Computer();
-  Computer(const Computer&) = delete;
-  Computer& operator=(const Computer&) = delete;
+  static std::unique_ptr<RunningMachine> Open(const std::string& host_folder, std::string* problem);
+  ~RunningMachine();
+  RunningMachine(const RunningMachine&) = delete;
+  RunningMachine& operator=(const RunningMachine&) = delete;
 
   const std::string& folder() const;
   // What programs see of the computer: all of it, as it is, unless ShowThrough set another one.
@@ -84,7 +84,7 @@ class Computer {
 
  private:
   struct Parts;
-  explicit Computer(std::unique_ptr<Parts> parts);
+  explicit RunningMachine(std::unique_ptr<Parts> parts);
   std::unique_ptr<Parts> parts_;
 };
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "play/computer.h"
 #include "play/ftp_address.h"
 #include "play/hands.h"
+#include "play/running_machine.h"
 
 namespace quorvale {
 
@@ -39,9 +39,9 @@ struct RestoreWishes {
 
 enum class Outcome { kDone, kRefused, kStopped };
 
-class Wizard {
+class PageDriver {
  public:
-  explicit Wizard(Computer& computer) : computer_(computer) {}
+  explicit PageDriver(RunningMachine& computer) : computer_(computer) {}
 
   // Each starts the program afresh. kRefused: a message box, or problem(), says why.
   Outcome Backup(const BackupWishes& job);
@@ -83,7 +83,7 @@ class Wizard {
   // What the boxes since the start of the run say.
   Outcome Ending(const std::string& good, const std::string& stopped);
 
-  Computer& computer_;
+  RunningMachine& computer_;
   size_t first_box_ = 0;
   std::string problem_;
   std::string archive_;

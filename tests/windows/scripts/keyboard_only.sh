@@ -7,7 +7,7 @@
 # PROGRAMS is the build folder of the Windows programs, LAY_MACHINE the host program that makes the
 # machine. QUORVALE_PLAY_FOLDER takes the Wine prefix.
 set -euo pipefail
-cd "$(dirname "$0")/../.."
+cd "$(dirname "$0")/../../.."
 . tools/wine.sh
 . tests/windows/computer.sh
 prepare_window_script keyboard "$@"
@@ -17,20 +17,20 @@ fail() {
   exit 1
 }
 press() { act keys "$@"; }
-# The control with the keyboard, told within a few seconds.
-focus_is() {
-  local name=$1 found tries
-  for tries in 1 2 3 4 5 6; do
-    found=$(act focus)
-    [ "$found" = "$name" ] && return 0
-    sleep 0.3
+# Asks until the answer is right, for as long as a busy machine may take.
+comes_to() { # EXPECTED ACT [WORD...]
+  local expected=$1 end=$((SECONDS + 60))
+  shift
+  until found=$(act "$@") && [ "$found" = "$expected" ]; do
+    [ $SECONDS -lt $end ] || return 1
+    sleep 0.2
   done
-  fail "the keyboard is in \"$found\" and not in $name"
+}
+focus_is() { # CONTROL
+  comes_to "$1" focus || fail "the keyboard is in \"$found\" and not in $1"
 }
 shows() { # CONTROL TEXT
-  local found
-  found=$(act shown "$1")
-  [ "$found" = "$2" ] || fail "$1 shows \"$found\" and not \"$2\""
+  comes_to "$2" shown "$1" || fail "$1 shows \"$found\" and not \"$2\""
 }
 
 use_annas_computer

@@ -1,4 +1,4 @@
-#include "play/computer.h"
+#include "play/running_machine.h"
 
 #include <sys/stat.h>
 
@@ -22,7 +22,7 @@ char Letter(const std::string& letter) {
 
 }  // namespace
 
-struct Computer::Parts {
+struct RunningMachine::Parts {
   std::string folder;
   ui::HeadlessUi ui;
   std::unique_ptr<host::HostPlatform> host;
@@ -32,7 +32,8 @@ struct Computer::Parts {
   size_t starts_seen = 0;  // of the shell's record, when the program at work was made
 };
 
-std::unique_ptr<Computer> Computer::Open(const std::string& host_folder, std::string* problem) {
+std::unique_ptr<RunningMachine> RunningMachine::Open(const std::string& host_folder,
+                                                     std::string* problem) {
   host::MachineError error;
   auto parts = std::make_unique<Parts>();
   parts->folder = host_folder;
@@ -53,20 +54,20 @@ std::unique_ptr<Computer> Computer::Open(const std::string& host_folder, std::st
   parts->ui.after_step = [raw] {
     if (raw->app) raw->app->CollectUnloaded();
   };
-  return std::unique_ptr<Computer>(new Computer(std::move(parts)));
+  return std::unique_ptr<RunningMachine>(new RunningMachine(std::move(parts)));
 }
 
-Computer::Computer(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
+RunningMachine::RunningMachine(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
 
-Computer::~Computer() { parts_->app.reset(); }
+RunningMachine::~RunningMachine() { parts_->app.reset(); }
 
-const std::string& Computer::folder() const { return parts_->folder; }
-Platform& Computer::platform() { return *parts_->shown; }
-void Computer::ShowThrough(Platform& platform) { parts_->shown = &platform; }
-ui::HeadlessUi& Computer::ui() { return parts_->ui; }
-Application* Computer::app() { return parts_->app.get(); }
+const std::string& RunningMachine::folder() const { return parts_->folder; }
+Platform& RunningMachine::platform() { return *parts_->shown; }
+void RunningMachine::ShowThrough(Platform& platform) { parts_->shown = &platform; }
+ui::HeadlessUi& RunningMachine::ui() { return parts_->ui; }
+Application* RunningMachine::app() { return parts_->app.get(); }
 
-Application& Computer::MakeProgram(const std::string& command_line) {
+Application& RunningMachine::MakeProgram(const std::string& command_line) {
   EndProgram();
   parts_->host->system().SetCommandLine(command_line);
   parts_->starts_seen = parts_->host->shell().started().size();
@@ -74,15 +75,15 @@ Application& Computer::MakeProgram(const std::string& command_line) {
   return *parts_->app;
 }
 
-Application& Computer::Start(const std::string& command_line) {
+Application& RunningMachine::Start(const std::string& command_line) {
   Application& program = MakeProgram(command_line);
   parts_->ui.Step([&program] { SubMain(program); });
   return program;
 }
 
-bool Computer::ProgramEnded() { return parts_->app && parts_->app->Ended(); }
+bool RunningMachine::ProgramEnded() { return parts_->app && parts_->app->Ended(); }
 
-bool Computer::FollowRestart() {
+bool RunningMachine::FollowRestart() {
   const std::vector<host::StartedProgram> started = parts_->host->shell().started();
   for (size_t i = parts_->starts_seen; i < started.size(); ++i) {
     if (!EqualsNoCase(started[i].verb, "runas")) continue;
@@ -93,19 +94,19 @@ bool Computer::FollowRestart() {
   return false;
 }
 
-std::string Computer::EndProgram() {
+std::string RunningMachine::EndProgram() {
   if (!parts_->app) return "";
   parts_->app.reset();
   parts_->ui.NewRun();
   return SaveRegistry();
 }
 
-std::string Computer::SaveRegistry() {
+std::string RunningMachine::SaveRegistry() {
   std::string reason;
   return parts_->host->Flush(&reason) ? "" : kNotWritten + reason;
 }
 
-std::vector<std::string> Computer::Started() {
+std::vector<std::string> RunningMachine::Started() {
   std::vector<std::string> lines;
   for (const host::StartedProgram& program : parts_->host->shell().started()) {
     lines.push_back(program.command_line.empty()
@@ -115,60 +116,62 @@ std::vector<std::string> Computer::Started() {
   return lines;
 }
 
-void Computer::SetCommandLine(const std::string& text) {
+void RunningMachine::SetCommandLine(const std::string& text) {
   parts_->host->system().SetCommandLine(text);
 }
 
-void Computer::SetVersion(int platform_id, int major, int minor) {
+void RunningMachine::SetVersion(int platform_id, int major, int minor) {
   parts_->host->system().SetVersion({platform_id, major, minor, true});
 }
 
-void Computer::SetEnvironment(const std::string& name, const std::string& value) {
+void RunningMachine::SetEnvironment(const std::string& name, const std::string& value) {
   parts_->host->system().SetEnvironment(name, value);
 }
 
-void Computer::SetSpecialFolder(int number, const std::string& path) {
+void RunningMachine::SetSpecialFolder(int number, const std::string& path) {
   parts_->host->shell().SetSpecialFolder(number, path);
 }
 
-void Computer::SetDrive(const std::string& letter, DriveKind kind,
-                        std::optional<std::uint64_t> free_bytes) {
+void RunningMachine::SetDrive(const std::string& letter, DriveKind kind,
+                              std::optional<std::uint64_t> free_bytes) {
   const std::string folder = parts_->folder + "/drive_" + FoldCase(letter.substr(0, 1));
   mkdir(folder.c_str(), 0777);
   parts_->host->files().SetDrive(Letter(letter), kind, folder);
   parts_->host->files().SetFreeBytes(Letter(letter), free_bytes);
 }
 
-void Computer::RemoveDrive(const std::string& letter) {
+void RunningMachine::RemoveDrive(const std::string& letter) {
   parts_->host->files().RemoveDrive(Letter(letter));
 }
 
-void Computer::SetFreeSpace(const std::string& letter, std::uint64_t free_bytes) {
+void RunningMachine::SetFreeSpace(const std::string& letter, std::uint64_t free_bytes) {
   parts_->host->files().SetFreeBytes(Letter(letter), free_bytes);
 }
 
-void Computer::SetShare(const std::string& share, bool answers) {
+void RunningMachine::SetShare(const std::string& share, bool answers) {
   if (!answers) return parts_->host->files().RemoveShare(share);
   const std::string folder = parts_->folder + "/share" + ReplaceAll(FoldCase(share), "\\", "_");
   mkdir(folder.c_str(), 0777);
   parts_->host->files().SetShare(share, folder);
 }
 
-void Computer::RunProcess(const std::string& image, std::uint32_t id) {
+void RunningMachine::RunProcess(const std::string& image, std::uint32_t id) {
   parts_->host->processes().Start(image, id);
 }
 
-void Computer::EndProcess(const std::string& image) { parts_->host->processes().End(image); }
+void RunningMachine::EndProcess(const std::string& image) { parts_->host->processes().End(image); }
 
-void Computer::SetService(const std::string& name, bool running) {
+void RunningMachine::SetService(const std::string& name, bool running) {
   parts_->host->services().SetState(name, running ? "Running" : "Stopped");
 }
 
-void Computer::SetClock(const LocalTime& time) { parts_->host->system().SetNow(time); }
+void RunningMachine::SetClock(const LocalTime& time) { parts_->host->system().SetNow(time); }
 
-void Computer::RefuseElevation(bool refuse) { parts_->host->shell().SetElevationRefused(refuse); }
+void RunningMachine::RefuseElevation(bool refuse) {
+  parts_->host->shell().SetElevationRefused(refuse);
+}
 
-void Computer::SetDiscWriter(const std::string& writer) {
+void RunningMachine::SetDiscWriter(const std::string& writer) {
   host::MachineDisc disc = parts_->host->discs().disc();
   disc.writer = writer;
   const std::string file = writer.starts_with("file:") ? writer.substr(5) : "/";
@@ -178,8 +181,8 @@ void Computer::SetDiscWriter(const std::string& writer) {
   parts_->host->discs().Use(disc);
 }
 
-void Computer::SetDiscMedia(const std::string& writer, std::optional<std::uint64_t> size,
-                            std::optional<int> media) {
+void RunningMachine::SetDiscMedia(const std::string& writer, std::optional<std::uint64_t> size,
+                                  std::optional<int> media) {
   host::MachineDisc disc;
   disc.writer = writer;
   if (size) disc.size = *size;
@@ -187,7 +190,7 @@ void Computer::SetDiscMedia(const std::string& writer, std::optional<std::uint64
   parts_->host->discs().Use(disc);
 }
 
-host::HostPlatform& Computer::host() { return *parts_->host; }
+host::HostPlatform& RunningMachine::host() { return *parts_->host; }
 
 bool IsDiscWriter(const std::string& text) { return host::IsDiscWriter(text); }
 

@@ -1,4 +1,4 @@
-#include "play/wizard.h"
+#include "play/page_driver.h"
 
 #include "base/text.h"
 #include "core/program/session.h"
@@ -6,7 +6,7 @@
 
 namespace quorvale {
 
-void Wizard::Begin() {
+void PageDriver::Begin() {
   problem_.clear();
   archive_.clear();
   discs_ = 0;
@@ -14,12 +14,12 @@ void Wizard::Begin() {
   first_box_ = computer_.ui().boxes.size();
 }
 
-bool Wizard::Act(const std::string& problem) {
+bool PageDriver::Act(const std::string& problem) {
   if (problem_.empty()) problem_ = problem;
   return problem_.empty();
 }
 
-bool Wizard::IsShown(const std::string& form) {
+bool PageDriver::IsShown(const std::string& form) {
   if (computer_.app() == nullptr) return false;
   for (const ui::Form* loaded : computer_.app()->LoadedForms()) {
     if (loaded->name() == form) return IsOnScreen(*loaded);
@@ -28,8 +28,8 @@ bool Wizard::IsShown(const std::string& form) {
 }
 
 // A click that leads to another page. The program may start itself again on the way.
-bool Wizard::ClickTo(const std::string& form, const std::string& control,
-                     const std::string& next_form) {
+bool PageDriver::ClickTo(const std::string& form, const std::string& control,
+                         const std::string& next_form) {
   const size_t boxes = computer_.ui().boxes.size();
   if (!Act(hands().Click(form, control))) return false;
   if (computer_.ProgramEnded()) computer_.FollowRestart();
@@ -38,7 +38,7 @@ bool Wizard::ClickTo(const std::string& form, const std::string& control,
   return false;
 }
 
-bool Wizard::TickRoots(const std::string& form, const std::string& tree) {
+bool PageDriver::TickRoots(const std::string& form, const std::string& tree) {
   std::string problem;
   const ui::Control* control = hands().Find(form, tree, &problem);
   if (control == nullptr) return Act(problem);
@@ -52,7 +52,7 @@ bool Wizard::TickRoots(const std::string& form, const std::string& tree) {
   return TickPaths(form, roots);
 }
 
-bool Wizard::TickPaths(const std::string& form, const std::vector<std::string>& paths) {
+bool PageDriver::TickPaths(const std::string& form, const std::vector<std::string>& paths) {
   for (const std::string& path : paths) {
     if (!Act(hands().Tick(form, "tvwMain", path, true))) return false;
   }
@@ -60,14 +60,15 @@ bool Wizard::TickPaths(const std::string& form, const std::vector<std::string>& 
 }
 
 // A file dialog gives no file that is not there.
-bool Wizard::ChooseFile(const std::string& path) {
+bool PageDriver::ChooseFile(const std::string& path) {
   const std::string file = ComputerPath(path);
   if (!computer_.app()->files().FileExists(file)) return Act("there is no file " + file + ".");
   computer_.ui().ExpectFile(file);
   return true;
 }
 
-bool Wizard::AddAll(const std::string& root, const std::vector<std::string>& paths, bool folders) {
+bool PageDriver::AddAll(const std::string& root, const std::vector<std::string>& paths,
+                        bool folders) {
   for (const std::string& path : paths) {
     if (folders) {
       computer_.ui().ExpectFolder(ComputerPath(path));
@@ -82,7 +83,7 @@ bool Wizard::AddAll(const std::string& root, const std::vector<std::string>& pat
   return true;
 }
 
-bool Wizard::FillItemPage(const BackupWishes& job) {
+bool PageDriver::FillItemPage(const BackupWishes& job) {
   if (!job.to.empty() && !Act(hands().Set("FrmTwo", "txtpath", ComputerPath(job.to)))) {
     return false;
   }
@@ -91,7 +92,7 @@ bool Wizard::FillItemPage(const BackupWishes& job) {
          AddAll("Add More Files", job.add_files, false);
 }
 
-bool Wizard::FillOptionsPage(const BackupWishes& job) {
+bool PageDriver::FillOptionsPage(const BackupWishes& job) {
   if (job.log && !Act(hands().Check("frmThree", "chklogdetails", true))) return false;
   if (!job.level.empty()) {
     const bool none = job.level == "No Compression";
@@ -104,7 +105,7 @@ bool Wizard::FillOptionsPage(const BackupWishes& job) {
          Act(hands().Set("frmThree", "txtpwd2", job.password));
 }
 
-bool Wizard::ChooseDrive(const std::string& drive) {
+bool PageDriver::ChooseDrive(const std::string& drive) {
   std::string problem;
   const ui::Control* control = hands().Find("FrmBackupMedia", "cboDrives", &problem);
   if (control == nullptr) return Act(problem);
@@ -117,7 +118,7 @@ bool Wizard::ChooseDrive(const std::string& drive) {
   return Act("there is no disc writer \"" + drive + "\".");
 }
 
-bool Wizard::FillServer(const FtpAddress& server) {
+bool PageDriver::FillServer(const FtpAddress& server) {
   const char* page = "FrmBackupMedia";
   if (!Act(hands().Check(page, "ChkFTP", true)) ||
       !Act(hands().Set(page, "TxtHostname", server.host)) ||
@@ -131,13 +132,13 @@ bool Wizard::FillServer(const FtpAddress& server) {
 }
 
 // The run itself ends well also where the server did not get the file.
-Outcome Wizard::UploadEnding(Outcome outcome) {
+Outcome PageDriver::UploadEnding(Outcome outcome) {
   if (outcome != Outcome::kDone || computer_.app()->session().gDelivered) return outcome;
   Act("the backup is " + archive_ + ", but the server did not get it.");
   return Outcome::kRefused;
 }
 
-bool Wizard::FillMediaPage(const BackupWishes& job) {
+bool PageDriver::FillMediaPage(const BackupWishes& job) {
   if (job.ftp) return FillServer(*job.ftp);
   if (job.disc.empty()) return true;
   const size_t boxes = computer_.ui().boxes.size();
@@ -147,7 +148,7 @@ bool Wizard::FillMediaPage(const BackupWishes& job) {
 }
 
 // The run itself ends well also where its discs were not written.
-Outcome Wizard::BurnEnding(Outcome outcome) {
+Outcome PageDriver::BurnEnding(Outcome outcome) {
   if (outcome != Outcome::kDone) return outcome;
   archive_.clear();
   if (!computer_.app()->session().gDelivered) return Outcome::kRefused;
@@ -159,7 +160,7 @@ Outcome Wizard::BurnEnding(Outcome outcome) {
   return outcome;
 }
 
-Outcome Wizard::Ending(const std::string& good, const std::string& stopped) {
+Outcome PageDriver::Ending(const std::string& good, const std::string& stopped) {
   Outcome outcome = Outcome::kRefused;
   const std::vector<ui::HeadlessUi::ShownBox>& boxes = computer_.ui().boxes;
   for (size_t i = first_box_; i < boxes.size(); ++i) {
@@ -169,7 +170,7 @@ Outcome Wizard::Ending(const std::string& good, const std::string& stopped) {
   return outcome;
 }
 
-Outcome Wizard::Backup(const BackupWishes& job) {
+Outcome PageDriver::Backup(const BackupWishes& job) {
   Begin();
   const bool ready = ClickTo("FrmWelcome", "cmdWC_TakeBackup", "frmOne") &&
                      Act(hands().Set("frmOne", "txtBackupname", job.name)) &&
@@ -184,7 +185,7 @@ Outcome Wizard::Backup(const BackupWishes& job) {
   return job.disc.empty() ? outcome : BurnEnding(outcome);
 }
 
-Outcome Wizard::QuickBackup() {
+Outcome PageDriver::QuickBackup() {
   Begin();
   const bool ready = ClickTo("FrmWelcome", "lblQuicklinks(0)", "frmfour");
   if (!ready || !Act(hands().Click("frmfour", "cmdNext"))) return Outcome::kRefused;
@@ -192,7 +193,7 @@ Outcome Wizard::QuickBackup() {
   return Ending("Backup successfully completed", "Backup Process Aborted by User");
 }
 
-bool Wizard::SelectFile(const RestoreWishes& job) {
+bool PageDriver::SelectFile(const RestoreWishes& job) {
   Begin();
   if (!ClickTo("FrmWelcome", "cmdWC_Restore", "frmROne")) return false;
   if (!ChooseFile(job.file) || !Act(hands().Click("frmROne", "Command1"))) return false;
@@ -208,7 +209,7 @@ bool Wizard::SelectFile(const RestoreWishes& job) {
   return job.to.empty() || Act(hands().Set("frmROne", "txtRestore", ComputerPath(job.to)));
 }
 
-Outcome Wizard::Restore(const RestoreWishes& job) {
+Outcome PageDriver::Restore(const RestoreWishes& job) {
   if (!SelectFile(job) || !ClickTo("frmROne", "cmdNext", "frmRTwo")) return Outcome::kRefused;
   if (job.all && !TickRoots("frmRTwo", "tvwMain")) return Outcome::kRefused;
   if (!TickPaths("frmRTwo", job.ticks) || !ClickTo("frmRTwo", "cmdNext", "frmRfour")) {
@@ -221,7 +222,7 @@ Outcome Wizard::Restore(const RestoreWishes& job) {
   return Ending("Backup successfully restored", "Restore Process Aborted by User");
 }
 
-const ui::TreeView* Wizard::ShowBackup(const std::string& file, const std::string& password) {
+const ui::TreeView* PageDriver::ShowBackup(const std::string& file, const std::string& password) {
   RestoreWishes job;
   job.file = file;
   job.password = password;
@@ -232,7 +233,7 @@ const ui::TreeView* Wizard::ShowBackup(const std::string& file, const std::strin
 }
 
 // The page fills its tree when it loads; it need not be shown.
-const ui::TreeView* Wizard::ShowComputer() {
+const ui::TreeView* PageDriver::ShowComputer() {
   Begin();
   if (computer_.app()->Ended()) {
     Act("The program ended at once.");
