@@ -17,8 +17,8 @@
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/outlook_express_places.h"
 #include "discovery/products/outlook_profile.h"
-#include "discovery/products/process_watch.h"
 #include "discovery/products/product_table.h"
+#include "discovery/products/watched_programs.h"
 
 namespace quorvale {
 namespace {
