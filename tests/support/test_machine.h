@@ -24,7 +24,7 @@
 #include "platform/ui/controls.h"
 #include "platform/ui/headless/headless_ui.h"
 #include "platform/ui/tree_view.h"
-#include "play/computer.h"
+#include "play/running_machine.h"
 #include "support/faulty_platform.h"
 
 namespace quorvale {

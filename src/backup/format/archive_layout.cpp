@@ -3,14 +3,12 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
 
-constexpr char kOtherFiles[] = "Other Files";
 constexpr char kDesktopCaption[] = "My Desktop Files";
-constexpr char kAddedFolders[] = "Added Other Folders";
-constexpr char kAddedFiles[] = "Added More Files";
 
 // How many characters of the tree path are surely part of an item's folder: the folder ends at the
 // first "\" behind them.
@@ -89,19 +87,20 @@ std::string LastFolderName(const std::string& key) {
 }
 
 ItemEntry AddedFolderEntry(const std::string& key) {
-  return Folder(std::string(kAddedFolders) + "\\" + LastFolderName(key));
+  return Folder(std::string(ProductOf(ProductId::kAddedFolders).restore_caption) + "\\" +
+                LastFolderName(key));
 }
 
 // The documents folder and the desktop. Their own captions come first: they agree with the keys
 // on an ordinary computer, and decide where a folder was moved or renamed.
 ItemEntry OtherFilesEntry(const std::string& path, const std::string& key,
                           const std::string& os_name) {
-  const std::string root = std::string(kOtherFiles) + "\\";
+  const std::string root = PathPrefix(ProductId::kOtherFiles);
   const std::string caption = path.substr(root.size());
   if (caption == "My Documents" || caption == "Documents" || caption == kDesktopCaption) {
     return Folder(root + caption);
   }
-  const std::string documents = os_name == kWindowsVista ? "Documents" : "My Documents";
+  const std::string documents = DocumentsWord(os_name);
   if (Contains(key, documents + "\\")) return Folder(root + documents);
   if (Contains(key, "Desktop")) return Folder(root + kDesktopCaption);
   return AddedFolderEntry(key);
@@ -110,27 +109,27 @@ ItemEntry OtherFilesEntry(const std::string& path, const std::string& key,
 }  // namespace
 
 ItemEntry EntryOfItem(const std::string& path, const std::string& key, const std::string& os_name) {
-  if (StartsWith(path, "Microsoft Outlook\\")) {
-    return NamesSomething(key) ? OutlookEntry(path, key)
-                               : Nothing(WithUsableCharacters(MailFolder(path)));
+  const Product* product = ProductOfItem(path);
+  if (product == nullptr) return Nothing("");
+  const bool named = NamesSomething(key);
+  switch (product->id) {
+    case ProductId::kMicrosoftOutlook:
+      return named ? OutlookEntry(path, key) : Nothing(WithUsableCharacters(MailFolder(path)));
+    case ProductId::kWindowsMail:
+      return named ? WindowsMailEntry(path, key) : Nothing(WithUsableCharacters(MailFolder(path)));
+    case ProductId::kOutlookExpress:
+      return named ? OutlookExpressEntry(path, key)
+                   : Nothing(WithUsableCharacters(ParentFolder(path)));
+    case ProductId::kInternetExplorer:
+      return named ? InternetExplorerEntry(path, key)
+                   : Nothing(WithUsableCharacters(CutAtBackslash(path, kBrowserRootLength)));
+    case ProductId::kAddedFiles:
+      return named ? OneFile(product->restore_caption, key) : Nothing("");
+    case ProductId::kAddedFolders:
+      return named ? AddedFolderEntry(key) : Nothing("");
+    case ProductId::kOtherFiles:
+      return named ? OtherFilesEntry(path, key, os_name) : Nothing("");
   }
-  if (StartsWith(path, "Windows Mail\\")) {
-    return NamesSomething(key) ? WindowsMailEntry(path, key)
-                               : Nothing(WithUsableCharacters(MailFolder(path)));
-  }
-  if (StartsWith(path, "Outlook Express\\")) {
-    return NamesSomething(key) ? OutlookExpressEntry(path, key)
-                               : Nothing(WithUsableCharacters(ParentFolder(path)));
-  }
-  if (StartsWith(path, "Internet Explorer\\")) {
-    return NamesSomething(key)
-               ? InternetExplorerEntry(path, key)
-               : Nothing(WithUsableCharacters(CutAtBackslash(path, kBrowserRootLength)));
-  }
-  if (!NamesSomething(key)) return Nothing("");
-  if (StartsWith(path, "Add More Files\\")) return OneFile(kAddedFiles, key);
-  if (StartsWith(path, "Add Other Folders\\")) return AddedFolderEntry(key);
-  if (StartsWith(path, "Other Files\\")) return OtherFilesEntry(path, key, os_name);
   return Nothing("");
 }
 

@@ -1,11 +1,12 @@
 #include "backup/format/settings_file.h"
 
-#include <array>
+#include <initializer_list>
 
 #include "backup/format/settings_items.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
@@ -56,20 +57,20 @@ void AddTail(Lines* lines) {
 
 enum class EmptyKey { kNamed, kKept };
 
-// One pair of lines for each element whose text the item's path holds.
-template <size_t N>
-void AddItems(const Session& session, const std::array<ItemElement, N>& elements,
-              EmptyKey empty_key, Lines* lines) {
+// One pair of lines for each product whose words the item's path holds.
+void AddItems(const Session& session, std::initializer_list<ProductId> products, EmptyKey empty_key,
+              Lines* lines) {
   for (size_t i = 0; i < session.gBackupItemPaths.size(); ++i) {
     const std::string& path = session.gBackupItemPaths[i];
-    for (const ItemElement& element : elements) {
-      if (!Contains(path, element.substring)) continue;
+    for (const ProductId id : products) {
+      if (!Contains(path, PathPrefix(id))) continue;
       std::string key = ItemKey(session, i);
-      if (key.empty() && empty_key == EmptyKey::kNamed && element.substring == kOutlook.substring) {
+      if (key.empty() && empty_key == EmptyKey::kNamed && id == ProductId::kMicrosoftOutlook) {
         key = kExchangeMails;
       }
-      lines->Add("<" + std::string(element.element) + " Key='" + key + kAttributeEnd + path);
-      lines->Add("</" + std::string(element.element) + ">");
+      const std::string element = ProductOf(id).settings_element;
+      lines->Add("<" + element + " Key='" + key + kAttributeEnd + path);
+      lines->Add("</" + element + ">");
     }
   }
 }
@@ -98,21 +99,21 @@ void AddElement(Lines* lines, const std::string& name, const std::string& text) 
   lines->Add("</" + name + ">");
 }
 
+// The log has lines of its own for each product; of Windows Mail it tells nothing.
 void AddLoggedItem(const std::string& path, const std::string& key, const std::string& closing,
                    Lines* lines) {
-  if (Contains(path, kOutlook.substring)) {
+  const auto add = [&](ProductId id, const std::string& text) {
+    if (Contains(path, PathPrefix(id))) AddElement(lines, ProductOf(id).caption, text);
+  };
+  if (Contains(path, PathPrefix(ProductId::kMicrosoftOutlook))) {
     lines->Add(key.empty() ? "<Exchange Mails >" + path + closing + path : "<" + key + closing);
     lines->Add("</MO>");
   }
-  if (Contains(path, kOutlookExpress.substring)) {
-    AddElement(lines, "Outlook Express", "<" + path);
-  }
-  if (Contains(path, kInternetExplorer.substring)) {
-    AddElement(lines, "Internet Explorer", "<" + path);
-  }
-  if (Contains(path, kOtherFiles.substring)) AddElement(lines, "Other Files", path);
-  if (Contains(path, kAddedFolders.substring)) AddElement(lines, "Add Other Folders", key);
-  if (Contains(path, kAddedFiles.substring)) AddElement(lines, "Add More Files", key);
+  add(ProductId::kOutlookExpress, "<" + path);
+  add(ProductId::kInternetExplorer, "<" + path);
+  add(ProductId::kOtherFiles, path);
+  add(ProductId::kAddedFolders, key);
+  add(ProductId::kAddedFiles, key);
 }
 
 std::string LogMoment(Program& program) {
@@ -165,10 +166,11 @@ void WriteBackupSettings(Program& program, const std::string& path) {
   if (program.files().FileExists(path)) return;
   Lines lines;
   AddHead(program, &lines);
-  AddItems<7>(program.session(),
-              {kOutlook, kWindowsMail, kOutlookExpress, kInternetExplorer, kOtherFiles,
-               kAddedFolders, kAddedFiles},
-              EmptyKey::kNamed, &lines);
+  AddItems(program.session(),
+           {ProductId::kMicrosoftOutlook, ProductId::kWindowsMail, ProductId::kOutlookExpress,
+            ProductId::kInternetExplorer, ProductId::kOtherFiles, ProductId::kAddedFolders,
+            ProductId::kAddedFiles},
+           EmptyKey::kNamed, &lines);
   lines.Add("</ItemsForBackup>");
   AddAdvancedSettings(program.session(), &lines);
   AddTail(&lines);
@@ -179,8 +181,10 @@ void WriteQuickSettings(Program& program, const std::string& path) {
   if (program.files().FileExists(path)) return;
   Lines lines;
   AddHead(program, &lines);
-  AddItems<4>(program.session(), {kOutlook, kOutlookExpress, kInternetExplorer, kOtherFiles},
-              EmptyKey::kKept, &lines);
+  AddItems(program.session(),
+           {ProductId::kMicrosoftOutlook, ProductId::kOutlookExpress, ProductId::kInternetExplorer,
+            ProductId::kOtherFiles},
+           EmptyKey::kKept, &lines);
   lines.Add("</ItemsForBackup>");
   AddAdvancedSettings(program.session(), &lines);
   AddTail(&lines);
@@ -202,10 +206,11 @@ void SaveTreeState(Program& program, const std::string& path, const HandOver& ha
   if (!RemoveOld(program, path)) return;
   Lines lines;
   AddHead(program, &lines);
-  AddItems<7>(program.session(),
-              {kOutlook, kOutlookExpress, kWindowsMail, kInternetExplorer, kOtherFiles,
-               kAddedFolders, kAddedFiles},
-              EmptyKey::kNamed, &lines);
+  AddItems(program.session(),
+           {ProductId::kMicrosoftOutlook, ProductId::kOutlookExpress, ProductId::kWindowsMail,
+            ProductId::kInternetExplorer, ProductId::kOtherFiles, ProductId::kAddedFolders,
+            ProductId::kAddedFiles},
+           EmptyKey::kNamed, &lines);
   lines.Add("</ItemsForBackup>");
   lines.Element("BackupName", hand_over.name);
   lines.Element("BackupPath", hand_over.path);

@@ -6,19 +6,6 @@
 
 namespace quorvale::settings_items {
 
-// Which items go under which element, by a text anywhere in the tree path.
-struct ItemElement {
-  const char* substring;
-  const char* element;
-};
-inline constexpr ItemElement kOutlook{"Microsoft Outlook\\", "MO"};
-inline constexpr ItemElement kWindowsMail{"Windows Mail\\", "WM"};
-inline constexpr ItemElement kOutlookExpress{"Outlook Express\\", "OE"};
-inline constexpr ItemElement kInternetExplorer{"Internet Explorer\\", "IE"};
-inline constexpr ItemElement kOtherFiles{"Other Files\\", "OF"};
-inline constexpr ItemElement kAddedFolders{"Add Other Folders\\", "AOF"};
-inline constexpr ItemElement kAddedFiles{"Add More Files\\", "AMF"};
-
 // What stands between key and path: the blank belongs to the format.
 inline constexpr char kAttributeEnd[] = "' >";
 

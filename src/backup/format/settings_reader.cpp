@@ -3,6 +3,7 @@
 
 #include "backup/format/settings_file.h"
 #include "backup/format/settings_items.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
@@ -36,21 +37,13 @@ std::optional<std::string> AnyElementText(std::string_view line) {
   return ElementText(line, line.substr(1, end - 1));
 }
 
-bool StartsWithRoot(std::string_view text) {
-  for (const ItemElement& element : {kOutlook, kWindowsMail, kOutlookExpress, kInternetExplorer,
-                                     kOtherFiles, kAddedFolders, kAddedFiles}) {
-    if (text.starts_with(element.substring)) return true;
-  }
-  return false;
-}
-
 // Where the key of "key' >path" ends. A key may hold the mark itself: the one is meant behind
 // which a tree path begins.
 size_t FindAttributeEnd(std::string_view rest) {
   const std::string_view mark = kAttributeEnd;
   const size_t first = rest.find(mark);
   for (size_t at = first; at != std::string_view::npos; at = rest.find(mark, at + 1)) {
-    if (StartsWithRoot(rest.substr(at + mark.size()))) return at;
+    if (ProductOfItem(rest.substr(at + mark.size())) != nullptr) return at;
   }
   return first;
 }

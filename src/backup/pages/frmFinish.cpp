@@ -13,7 +13,7 @@
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
-#include "discovery/products/process_watch.h"
+#include "discovery/products/watched_programs.h"
 
 namespace quorvale {
 namespace {
@@ -23,8 +23,6 @@ constexpr char kAborted[] = "Backup Process Aborted by User";
 constexpr char kOutlookProgram[] =
     "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\OUTLOOK.EXE";
 constexpr char kSearchService[] = "WSearch";
-constexpr int kServiceStart = 0;
-constexpr int kServiceStop = 1;
 
 // The registry editor gets this long to start before the next item.
 constexpr int kExportPause = 100;  // milliseconds
@@ -614,9 +612,9 @@ zip::Result frmFinish::RunArchive() {
   Services& services = app_.platform().services;
   // The search service must not hold the mail stores open.
   const bool searching = ServiceIsRunning(services, kSearchService);
-  if (searching) ControlServiceByName(services, kSearchService, kServiceStop);
+  if (searching) ControlServiceByName(services, kSearchService, ServiceAction::kStop);
   const zip::Result result = archive.Zip();
-  if (searching) ControlServiceByName(services, kSearchService, kServiceStart);
+  if (searching) ControlServiceByName(services, kSearchService, ServiceAction::kStart);
   return result;
 }
 

@@ -13,6 +13,7 @@
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
@@ -35,32 +36,37 @@ constexpr ui::Color kHead = ui::Rgb(210, 228, 249);
 constexpr ui::Color kGreen = ui::Rgb(0, 128, 0);
 constexpr ui::Color kRed = ui::Rgb(255, 0, 0);
 
-// The root words behind which a row starts, and where (from 1), looked for in the first
-// characters of a path.
-struct RowStart {
-  const char* root;
-  size_t from;
-};
-constexpr RowStart kRowStarts[] = {
-    {"Other Files", 13}, {"Add Other Folders", 19}, {"Add More Files", 16}, {"Add Folders", 19}};
+// The roots whose name a row leaves out are looked for in the first characters of a path.
 constexpr size_t kRootCharacters = 17;
+constexpr ProductId kUnnamedRoots[] = {ProductId::kOtherFiles, ProductId::kAddedFolders,
+                                       ProductId::kAddedFiles};
+// Another name of the root for added folders, cut as if it were that one.
+constexpr char kShortAddedFolders[] = "Add Folders";
 
 std::string RowText(const std::string& path) {
   const std::string start = path.substr(0, kRootCharacters);
-  for (const RowStart& row : kRowStarts) {
-    if (!Contains(start, row.root)) continue;
-    return row.from - 1 < path.size() ? path.substr(row.from - 1) : "";
+  const auto behind = [&path](ProductId id) {
+    const size_t from = PathPrefix(id).size();
+    return from < path.size() ? path.substr(from) : "";
+  };
+  for (const ProductId id : kUnnamedRoots) {
+    if (Contains(start, ProductOf(id).caption)) return behind(id);
   }
-  return path;
+  return Contains(start, kShortAddedFolders) ? behind(ProductId::kAddedFolders) : path;
 }
 
 bool IsAdded(const std::string& path) {
-  return path.starts_with("Add Other Folders") || path.starts_with("Add More Files");
+  return path.starts_with(ProductOf(ProductId::kAddedFolders).caption) ||
+         path.starts_with(ProductOf(ProductId::kAddedFiles).caption);
 }
 
 ui::Grid::Row HeadRow(const std::string& path) {
-  if (path == "Add Other Folders") return {{"Other Folders", ""}, kAddedFoldersHead, true};
-  if (path == "Add More Files") return {{"Other Files", ""}, kAddedFilesHead, true};
+  if (path == ProductOf(ProductId::kAddedFolders).caption) {
+    return {{"Other Folders", ""}, kAddedFoldersHead, true};
+  }
+  if (path == ProductOf(ProductId::kAddedFiles).caption) {
+    return {{"Other Files", ""}, kAddedFilesHead, true};
+  }
   return {{path, ""}, kHead, true};
 }
 

@@ -68,8 +68,12 @@ std::string GetOSName(const SystemVersion& version) {
 
 bool IsVista(const Program& program) { return program.session().gOSName == kWindowsVista; }
 
+std::string DocumentsWord(const std::string& os_name) {
+  return os_name == kWindowsVista ? "Documents" : "My Documents";
+}
+
 std::string DocumentsWord(const Program& program) {
-  return IsVista(program) ? "Documents" : "My Documents";
+  return DocumentsWord(program.session().gOSName);
 }
 
 std::string DefaultBrowser(Program& program) {

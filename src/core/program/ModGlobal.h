@@ -24,7 +24,8 @@ inline constexpr char kHistoryKey[] = "Software\\Tarnwick\\Quorvale";
 std::string GetOSName(const SystemVersion& version);
 bool IsVista(const Program& program);
 // "Documents" on Windows Vista, "My Documents" on every other system.
-std::string DocumentsWord(const Program& program);
+std::string DocumentsWord(const std::string& os_name);
+std::string DocumentsWord(const Program& program);  // of this computer
 
 // The browser's program, or "Invalid".
 std::string DefaultBrowser(Program& program);

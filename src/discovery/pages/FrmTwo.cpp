@@ -15,9 +15,10 @@
 #include "core/program/ModGlobal.h"
 #include "core/program/command_words.h"
 #include "discovery/products/ModbasTvw.h"
+#include "discovery/products/outlook_express_places.h"
 #include "discovery/products/outlook_profile.h"
-#include "discovery/products/process_watch.h"
-#include "discovery/products/product_fills.h"
+#include "discovery/products/product_table.h"
+#include "discovery/products/watched_programs.h"
 
 namespace quorvale {
 namespace {
@@ -31,8 +32,6 @@ constexpr char kAddFilesImage[] = "ab1";
 constexpr char kAddedFolderImage[] = "of";
 constexpr char kAddedFileImage[] = "dc1";
 
-constexpr char kOtherMailFolders[] = "Outlook Express\\Email Messages\\Other Mail Folders";
-constexpr char kFolderIndex[] = "Outlook Express\\Email Messages\\Other Mail Folders\\Folders.dbx";
 constexpr char kWindowsMails[] = "Windows Mail\\Mails";
 
 // A root on which the user adds folders or files.
@@ -46,7 +45,12 @@ bool IsRemovable(const ui::TreeNode& node) {
 }
 
 bool IsAddCaption(const std::string& caption) {
-  return caption == "Add Other Folders" || caption == "Add More Files";
+  return caption == ProductOf(ProductId::kAddedFolders).caption ||
+         caption == ProductOf(ProductId::kAddedFiles).caption;
+}
+
+bool IsRootOf(const ui::TreeNode& node, ProductId id) {
+  return node.Key() == ProductOf(id).caption;
 }
 
 bool HasTickedParent(const ui::TreeNode& node) {
@@ -156,14 +160,7 @@ void FrmTwo::LayOut() {
 void FrmTwo::FillExplorer() {
   tvwMain.BeginUpdate();
   tvwMain.Clear();
-  if (IsVista(app_)) {
-    FillWindowsMailNodes(app_, tvwMain);
-  } else {
-    FillOutlookExpressNodes(app_, tvwMain);
-  }
-  if (HasMicrosoftOutlook(app_)) FillMicrosoftOutlookNodes(app_, tvwMain);
-  FillInternetExplorerNodes(app_, tvwMain);
-  FillOtherFilesNodes(app_, tvwMain);
+  FillProducts(app_, tvwMain);
   tvwMain.EndUpdate();
 
   const std::string& folder = app_.Get<frmSettings>().txtBackup.text;
@@ -205,11 +202,7 @@ void FrmTwo::LoadTreeState(const std::string& path) {
     Session& session = app_.session();
     session.gRestoreBackupFolder = settings.backup_folder;
     tvwMain.BeginUpdate();
-    for (const char* root :
-         {"Outlook Express", "Microsoft Outlook", "Internet Explorer", "Windows Mail",
-          "Other Files", "Add Other Folders", "Add More Files"}) {
-      TickFromItems(root, settings.items);
-    }
+    for (const Product& product : Products()) TickFromItems(product.caption, settings.items);
     tvwMain.EndUpdate();
     // What the file does not tell stays as it was.
     const SettingsOptions& told = settings.options;
@@ -240,7 +233,7 @@ void FrmTwo::TickFromItem(ui::TreeNode* root, const SettingsItem& item) {
   std::string key = item.key;
   const bool below_root = item.path.starts_with(root->Text() + "\\") &&
                           item.path.find('\\', root->Text().size() + 1) == std::string::npos;
-  if (root->Key() == "Microsoft Outlook" && below_root) {
+  if (IsRootOf(*root, ProductId::kMicrosoftOutlook) && below_root) {
     const size_t colon = key.find(':');
     if (Contains(key, ":Outlook.Application")) {
       app_.session().gRestoreSettingsField = key.substr(colon + 1);
@@ -250,7 +243,7 @@ void FrmTwo::TickFromItem(ui::TreeNode* root, const SettingsItem& item) {
     }
   }
   if (ui::TreeNode* node = tvwMain.Find(key)) node->SetChecked(true);
-  if (root->Key() != "Outlook Express") root->SetChecked(true);
+  if (!IsRootOf(*root, ProductId::kOutlookExpress)) root->SetChecked(true);
 }
 
 void FrmTwo::AddItemAnew(ui::TreeNode* root, const SettingsItem& item) {
@@ -327,9 +320,9 @@ void FrmTwo::tvwMain_LostFocus() {
 }
 
 void FrmTwo::tvwMain_Expand(ui::TreeNode* node) {
-  for (const char* caption : {"Microsoft Outlook", "Outlook Express", "Internet Explorer",
-                              "Other Files", "Add Other Folders", "Add More Files"}) {
-    if (node->Text() == caption) return;
+  // Of the roots only that of Windows Mail changes its picture.
+  for (const Product& product : Products()) {
+    if (node->Text() == product.caption && product.id != ProductId::kWindowsMail) return;
   }
   if (node->Parent() != nullptr && node->Parent()->Text() == "Identities") return;
   tvwMain.Select(node);
@@ -457,7 +450,7 @@ void FrmTwo::txtpath_Change() {
 // The commit -------------------------------------------------------------------------------------
 
 std::string FrmTwo::CommittedKey(const ui::TreeNode& node) const {
-  if (node.Root()->Key() != "Microsoft Outlook") return node.Key();
+  if (!IsRootOf(*node.Root(), ProductId::kMicrosoftOutlook)) return node.Key();
   // A file of a group whose own name ends like row numbers keeps its name.
   const bool is_data_file =
       node.Parent() != nullptr && node.Parent()->Text() == "Account Emails-Files";
@@ -474,19 +467,20 @@ bool FrmTwo::savedetails() {
     session.gBackupItemPaths.push_back(path);
     session.gBackupItemKeys.push_back(key);
   };
+  const std::string folder_index = std::string(kOtherMailFoldersPath) + "\\" + kMailStoreIndex;
   bool mail_folders_ticked = false;
   for (int index = 1; index <= tvwMain.Count(); ++index) {
     ui::TreeNode* node = tvwMain.Node(index);
     const std::string path = node->FullPath();
     if (Contains(path, "Account Settings") && HasTickedParent(*node)) node->SetChecked(true);
     if (node->Checked()) {
-      if (path == kOtherMailFolders || path == kWindowsMails) mail_folders_ticked = true;
+      if (path == kOtherMailFoldersPath || path == kWindowsMails) mail_folders_ticked = true;
       if (path == "Microsoft Outlook\\Identities") {
         add(path, node->Key() + ":" + OutlookCurVer(app_));
       } else {
         add(path, needs_elevation_ ? node->Key() : CommittedKey(*node));
       }
-    } else if (path == kFolderIndex && mail_folders_ticked) {
+    } else if (path == folder_index && mail_folders_ticked) {
       // The folder index of the mail store travels with the mail folders.
       add(path, node->Key());
     }

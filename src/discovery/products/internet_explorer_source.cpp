@@ -4,6 +4,7 @@
 #include "base/paths.h"
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/product_fills.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
@@ -28,7 +29,7 @@ std::string CookieFolder(Program& program) {
 }  // namespace
 
 void FillInternetExplorerNodes(Program& program, ui::TreeView& tree) {
-  ui::TreeNode* root = tree.Add(nullptr, "Internet Explorer", "Internet Explorer", "iea");
+  ui::TreeNode* root = AddProductRoot(tree, ProductId::kInternetExplorer);
   if (root == nullptr) return;
   ui::TreeNode* typed =
       tree.Add(root, "HKEY_CURRENT_USER\\Software\\Microsoft\\Internet Explorer\\TypedURLs",

@@ -5,6 +5,7 @@
 #include "core/program/ModGlobal.h"
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/product_fills.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
@@ -24,13 +25,13 @@ bool AddFolderNode(Program& program, ui::TreeView& tree, ui::TreeNode* root, int
 }  // namespace
 
 void FillOtherFilesNodes(Program& program, ui::TreeView& tree) {
-  ui::TreeNode* root = tree.Add(nullptr, "Other Files", "Other Files", "af");
+  ui::TreeNode* root = AddProductRoot(tree, ProductId::kOtherFiles);
   if (root == nullptr) return;
   if (!AddFolderNode(program, tree, root, special_folder::kDocuments, DocumentsWord(program)))
     return;
   if (!AddFolderNode(program, tree, root, special_folder::kDesktop, "My Desktop Files")) return;
-  tree.Add(nullptr, "Add Other Folders", "Add Other Folders", "aa1");
-  UpdateNodeChecks(tree, tree.Add(nullptr, "Add More Files", "Add More Files", "ab1"));
+  AddProductRoot(tree, ProductId::kAddedFolders);
+  UpdateNodeChecks(tree, AddProductRoot(tree, ProductId::kAddedFiles));
 }
 
 }  // namespace quorvale

@@ -9,7 +9,9 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "discovery/products/ModbasTvw.h"
+#include "discovery/products/outlook_express_places.h"
 #include "discovery/products/product_fills.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
@@ -17,26 +19,22 @@ namespace {
 constexpr RegistryRoot kUser = RegistryRoot::kCurrentUser;
 constexpr char kAccounts[] = "SOFTWARE\\Microsoft\\Internet Account Manager\\Accounts\\";
 
+enum class AccountKind { kMsn, kMail, kNews, kDirectory };
+
 struct Row {
   std::string text;
-  std::string tag;  // the registry key that a backup exports
-  std::string d1;   // an account's kind
+  std::string tag;                        // the registry key that a backup exports
+  AccountKind kind = AccountKind::kMail;  // of an account
 };
 
-// The kinds of accounts, as a row's d1 holds them.
-constexpr char kMsnAccount[] = "1";
-constexpr char kMailAccount[] = "2";
-constexpr char kNewsAccount[] = "3";
-constexpr char kDirectoryAccount[] = "4";
-
-class Fill {
+class OutlookExpressTree {
  public:
-  Fill(Program& program, ui::TreeView& tree) : program_(program), tree_(tree) {}
+  OutlookExpressTree(Program& program, ui::TreeView& tree) : program_(program), tree_(tree) {}
 
   void Run() {
-    root_ = tree_.Add(nullptr, "Outlook Express", "Outlook Express", "oea");
+    root_ = AddProductRoot(tree_, ProductId::kOutlookExpress);
     if (root_ == nullptr) return;
-    identity_ = program_.registry().RegGetValue(kUser, "Identities\\", "Default User ID");
+    identity_ = DefaultIdentity(program_);
     AddAccounts();
     AddAddressBooks();
     AddRows(AddGroup("Blocked Senders", "Blocked Senders"), "bs",
@@ -58,8 +56,7 @@ class Fill {
 
   // A key of the default identity; "" if there is no such identity.
   std::string IdentityKey(const std::string& below) const {
-    if (identity_.empty()) return "";
-    return "Identities\\" + identity_ + "\\Software\\Microsoft\\Outlook Express\\5.0\\" + below;
+    return identity_.empty() ? "" : IdentitySettingsKey(identity_) + below;
   }
 
   std::string Value(const std::string& key, const std::string& name) {
@@ -82,18 +79,18 @@ class Fill {
     return rows;
   }
 
-  std::string KindOfAccount(const std::string& key) {
-    if (Value(key, "Domain is MSN.com") == "1") return kMsnAccount;
-    if (!Value(key, "NNTP Server").empty()) return kNewsAccount;
-    if (!Value(key, "LDAP Server").empty()) return kDirectoryAccount;
-    return kMailAccount;
+  AccountKind KindOfAccount(const std::string& key) {
+    if (Value(key, "Domain is MSN.com") == "1") return AccountKind::kMsn;
+    if (!Value(key, "NNTP Server").empty()) return AccountKind::kNews;
+    if (!Value(key, "LDAP Server").empty()) return AccountKind::kDirectory;
+    return AccountKind::kMail;
   }
 
   std::vector<Row> SubKeyCount(const std::string& path) {
     return Enumerate(path, [&](const std::string& name, Row* row) {
       const std::string key = path + name + "\\";
       row->text = Value(key, "Account Name");
-      row->d1 = KindOfAccount(key);
+      row->kind = KindOfAccount(key);
       return true;
     });
   }
@@ -137,11 +134,11 @@ class Fill {
     ui::TreeNode* group = AddGroup("Account Settings", "Account Settings");
     const std::vector<Row> rows = SubKeyCount(kAccounts);
     for (const Row& row : rows) {
-      if (row.d1 == kMsnAccount) tree_.Add(group, row.tag, row.text, "msn");
-      if (row.d1 == kMailAccount) tree_.Add(group, row.tag, row.text, "non");
+      if (row.kind == AccountKind::kMsn) tree_.Add(group, row.tag, row.text, "msn");
+      if (row.kind == AccountKind::kMail) tree_.Add(group, row.tag, row.text, "non");
     }
     for (const Row& row : rows) {
-      if (row.d1 == kNewsAccount || row.d1 == kDirectoryAccount) {
+      if (row.kind == AccountKind::kNews || row.kind == AccountKind::kDirectory) {
         tree_.Add(group, row.tag, row.text, "new");
       }
     }
@@ -156,13 +153,10 @@ class Fill {
     return names;
   }
 
-  std::string SpecialFolder(int number) { return program_.platform().shell.SpecialFolder(number); }
-
   void AddAddressBooks() {
     ui::TreeNode* group = AddGroup("Address Book", "Address Book");
-    const std::string app_data = SpecialFolder(special_folder::kAppData);
-    if (app_data.empty()) return;
-    const std::string folder = WithBackslash(app_data) + "Microsoft\\Address Book\\";
+    const std::string folder = AddressBookFolder(program_);
+    if (folder.empty()) return;
     program_.files().MakeFolderChain(folder);
     for (const std::string& name : FileNames(folder)) {
       if (!Contains(name, ".wab~")) tree_.Add(group, folder + name, name, "ab");
@@ -172,11 +166,7 @@ class Fill {
   // The folder of the mail stores with a final "\", "" if none is named.
   std::string StoreFolder() {
     if (identity_.empty()) return "";
-    std::string root = Value(IdentityKey(""), "Store Root");
-    if (Contains(root, "%UserProfile%")) {
-      const std::string profile = program_.platform().system.Environment("UserProfile");
-      root = ReplaceAll(root, "%UserProfile%\\", profile + "\\");
-    }
+    const std::string root = StoreRoot(program_, identity_);
     return root.empty() ? "" : WithBackslash(root);
   }
 
@@ -218,9 +208,8 @@ class Fill {
 
   void AddStationery() {
     ui::TreeNode* group = AddGroup("Stationery", "Stationery");
-    const std::string common = SpecialFolder(special_folder::kCommonFiles);
-    if (common.empty()) return;
-    const std::string folder = WithBackslash(common) + "Microsoft Shared\\Stationery\\";
+    const std::string folder = StationeryFolder(program_);
+    if (folder.empty()) return;
     for (const std::string& name : FileNames(folder)) {
       tree_.Add(group, folder + name, name, "st");
     }
@@ -243,6 +232,8 @@ class Fill {
 
 }  // namespace
 
-void FillOutlookExpressNodes(Program& program, ui::TreeView& tree) { Fill(program, tree).Run(); }
+void FillOutlookExpressNodes(Program& program, ui::TreeView& tree) {
+  OutlookExpressTree(program, tree).Run();
+}
 
 }  // namespace quorvale

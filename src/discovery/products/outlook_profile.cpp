@@ -119,7 +119,7 @@ std::vector<ProfileRow> SubKeyCountMO(Program& program, const std::string& profi
   bool default_seen = false;
   for (const std::string& name : names) {
     default_seen = default_seen || name == default_name;
-    rows.push_back({name, "HKEY_CURRENT_USER\\" + profiles_root + name, default_seen ? "1" : ""});
+    rows.push_back({name, "HKEY_CURRENT_USER\\" + profiles_root + name, default_seen});
     program.Pump();
   }
   return rows;

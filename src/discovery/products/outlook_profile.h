@@ -79,9 +79,8 @@ std::vector<ProfileStore> CollectOutlookStores(Program& program, const std::stri
 // One mail profile.
 struct ProfileRow {
   std::string name;
-  std::string key;  // "HKEY_CURRENT_USER\" and the path of its key
-  // "1" from the default profile on, also for those behind it; "" before it.
-  std::string d1;
+  std::string key;               // "HKEY_CURRENT_USER\" and the path of its key
+  bool from_default_on = false;  // true for the default profile and those behind it
 };
 // The profiles below a root that ends in "\".
 std::vector<ProfileRow> SubKeyCountMO(Program& program, const std::string& profiles_root);

@@ -1,54 +1,44 @@
 // Mail profiles with the data files that they open, and the loose files of the application's
 // folders, each group by its file pattern.
-#include <algorithm>
-#include <array>
-#include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/products/ModbasTvw.h"
+#include "discovery/products/outlook_places.h"
 #include "discovery/products/outlook_profile.h"
 #include "discovery/products/product_fills.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
 
-constexpr char kApplicationPath[] =
-    "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\OUTLOOK.EXE";
+// A key of a node that comes after the profiles. A profile of such a name must not take it.
+bool IsLaterKey(const std::string& name) {
+  for (const OutlookFileGroup& group : kOutlookFileGroups) {
+    if (name == group.caption) return true;
+  }
+  for (const ProductId id : {ProductId::kInternetExplorer, ProductId::kOtherFiles,
+                             ProductId::kAddedFolders, ProductId::kAddedFiles}) {
+    if (name == ProductOf(id).caption) return true;
+  }
+  return name == "Registry Settings" || name == "IESettings";
+}
 
-// The keys of nodes that come after the profiles. A profile of such a name must not take one.
-constexpr std::array<std::string_view, 13> kLaterKeys = {"Adult-Junk Senders",
-                                                         "Dictionary",
-                                                         "Macros and VBA programs",
-                                                         "Offline folders",
-                                                         "Personal Address Book",
-                                                         "Signatures",
-                                                         "Setting Files",
-                                                         "Registry Settings",
-                                                         "Internet Explorer",
-                                                         "IESettings",
-                                                         "Other Files",
-                                                         "Add Other Folders",
-                                                         "Add More Files"};
+// A file of the roaming folder that stands in a group of its own.
+bool StandsInOtherGroup(const std::string& name) {
+  return Contains(name, "Adult Content Senders.txt") || Contains(name, "Junk Senders.txt") ||
+         Contains(name, ".dic") || ContainsNoCase(name, ".otm") || ContainsNoCase(name, ".ost");
+}
 
-struct FileGroup {
-  const char* caption;
-  std::string folder;
-  const char* pattern;
-  const char* image;
-  std::function<bool(const std::string& name)> skip;
-};
-
-class Fill {
+class OutlookTree {
  public:
-  Fill(Program& program, ui::TreeView& tree) : program_(program), tree_(tree) {}
+  OutlookTree(Program& program, ui::TreeView& tree) : program_(program), tree_(tree) {}
 
   void Run() {
-    root_ = tree_.Add(nullptr, "Microsoft Outlook", "Microsoft Outlook", "moa");
+    root_ = AddProductRoot(tree_, ProductId::kMicrosoftOutlook);
     if (root_ == nullptr) return;
     AddProfiles();
     AddFileGroups();
@@ -76,16 +66,15 @@ class Fill {
     if (profiles_root.empty()) return;
     size_t row = 0;
     for (const ProfileRow& profile : SubKeyCountMO(program_, profiles_root)) {
-      const bool is_default = profile.d1 == "1" && profile.name == default_name;
+      const bool is_default = profile.from_default_on && profile.name == default_name;
       AddProfile(identities, profile, ++row, is_default);
     }
   }
 
   void AddProfile(ui::TreeNode* identities, const ProfileRow& profile, size_t row,
                   bool is_default) {
-    const bool reserved =
-        std::find(kLaterKeys.begin(), kLaterKeys.end(), profile.name) != kLaterKeys.end();
-    const std::string key = reserved ? profile.name + "," + std::to_string(row) : profile.name;
+    const std::string key =
+        IsLaterKey(profile.name) ? profile.name + "," + std::to_string(row) : profile.name;
     const std::string caption = is_default ? profile.name + " (Default)" : profile.name;
     ui::TreeNode* identity = AddWithRow(identities, key, row, caption, "id", "id");
     if (identity == nullptr) return;
@@ -99,54 +88,32 @@ class Fill {
     }
   }
 
-  // A folder below the user's profile, "" where the system names no profile.
-  std::string BelowProfile(const std::string& path) {
-    const std::string profile = program_.platform().system.Environment("UserProfile");
-    return profile.empty() ? "" : profile + "\\" + path;
-  }
-
-  // Where the dictionaries of the installed version lie, below the Microsoft folder.
-  std::string ProofFolder() {
-    const std::string version = OutlookCurVer(program_);
-    if (version == "Outlook.Application.9" || version == "Outlook.Application.10" ||
-        version == "Outlook.Application.11") {
-      return "\\Proof";
-    }
-    return version == "Outlook.Application.12" ? "\\UProof" : "";
-  }
-
   void AddFileGroups() {
-    const std::string roaming = BelowProfile("Application Data\\Microsoft\\Outlook");
-    const std::string local = BelowProfile("Local Settings\\Application Data\\Microsoft\\Outlook");
-    const std::string microsoft = BelowProfile("Application Data\\Microsoft");
-    const std::string proofing = microsoft.empty() ? "" : microsoft + ProofFolder();
-    const std::string signatures = microsoft.empty() ? "" : microsoft + "\\Signatures";
-
-    const auto in_tree = [&](const std::string& name) {
-      return tree_.Find(local + "\\" + name) != nullptr;
-    };
-    const auto in_other_group = [](const std::string& name) {
-      return Contains(name, "Adult Content Senders.txt") || Contains(name, "Junk Senders.txt") ||
-             Contains(name, ".dic") || ContainsNoCase(name, ".otm") || ContainsNoCase(name, ".ost");
-    };
-    AddFileGroup({"Adult-Junk Senders", roaming, "*.txt", "bs", nullptr});
-    AddFileGroup({"Dictionary", proofing, "*.dic", "dc", nullptr});
-    AddFileGroup({"Macros and VBA programs", roaming, "*.otm", "af", nullptr});
-    AddFileGroup({"Offline folders", local, "*.ost", "of", in_tree});
-    AddFileGroup({"Personal Address Book", local, "*.pab", "ab", nullptr});
-    AddFileGroup({"Signatures", signatures, "*.*", "sg", nullptr});
-    AddFileGroup({"Setting Files", roaming, "*.*", "set", in_other_group});
+    const std::string profile = program_.platform().system.Environment("UserProfile");
+    const std::string version = OutlookCurVer(program_);
+    for (const OutlookFileGroup& group : kOutlookFileGroups) {
+      ui::TreeNode* node = tree_.Add(root_, group.caption, group.caption, "fc", "fo");
+      // Where the system names no profile, the groups stay empty.
+      if (node == nullptr || profile.empty()) continue;
+      AddFiles(node, group, OutlookGroupFolder(group.caption, profile, version));
+    }
   }
 
-  void AddFileGroup(const FileGroup& group) {
-    ui::TreeNode* node = tree_.Add(root_, group.caption, group.caption, "fc", "fo");
-    if (node == nullptr || group.folder.empty()) return;
+  void AddFiles(ui::TreeNode* node, const OutlookFileGroup& group, const std::string& folder) {
     size_t position = 0;
-    for (const std::string& name : program_.files().ListFileNames(group.folder, group.pattern)) {
+    for (const std::string& name : program_.files().ListFileNames(folder, group.pattern)) {
       ++position;
-      if (group.skip && group.skip(name)) continue;
-      AddWithRow(node, group.folder + "\\" + name, position, name, group.image, group.image);
+      const std::string key = folder + "\\" + name;
+      if (IsLeftOut(group, name, key)) continue;
+      AddWithRow(node, key, position, name, group.picture, group.picture);
     }
+  }
+
+  // An offline folder that a profile's data files hold already, and a file of another group.
+  bool IsLeftOut(const OutlookFileGroup& group, const std::string& name, const std::string& key) {
+    const std::string_view caption = group.caption;
+    if (caption == "Offline folders") return tree_.Find(key) != nullptr;
+    return caption == "Setting Files" && StandsInOtherGroup(name);
   }
 
   Program& program_;
@@ -158,11 +125,13 @@ class Fill {
 
 bool HasMicrosoftOutlook(Program& program) {
   Registry& registry = program.registry();
-  return registry.store().KeyExists(RegistryRoot::kLocalMachine, kApplicationPath) &&
+  return registry.store().KeyExists(RegistryRoot::kLocalMachine, kOutlookProgramKey) &&
          registry.RegCountSubkeys(RegistryRoot::kCurrentUser, WithoutBackslash(kNtProfilesRoot)) >
              0;
 }
 
-void FillMicrosoftOutlookNodes(Program& program, ui::TreeView& tree) { Fill(program, tree).Run(); }
+void FillMicrosoftOutlookNodes(Program& program, ui::TreeView& tree) {
+  OutlookTree(program, tree).Run();
+}
 
 }  // namespace quorvale

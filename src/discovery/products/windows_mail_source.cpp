@@ -4,11 +4,12 @@
 #include "base/paths.h"
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/product_fills.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 
 void FillWindowsMailNodes(Program& program, ui::TreeView& tree) {
-  ui::TreeNode* root = tree.Add(nullptr, "Windows Mail", "Windows Mail", "WM");
+  ui::TreeNode* root = AddProductRoot(tree, ProductId::kWindowsMail);
   if (root == nullptr) return;
 
   // A folder that the system cannot name leaves a node that stands for nothing.

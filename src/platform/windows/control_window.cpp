@@ -18,6 +18,36 @@ constexpr char kBoldProperty[] = "QuorvaleBold";
 
 }  // namespace
 
+std::optional<LRESULT> Surface::RouteToChild(UINT message, WPARAM w, LPARAM l) {
+  const auto child_of = [](HWND window) {
+    return dynamic_cast<ControlWindow*>(Window::Of(window));
+  };
+  switch (message) {
+    case WM_COMMAND:
+      if (ControlWindow* child = child_of(reinterpret_cast<HWND>(l))) {
+        child->OnCommand(HIWORD(w));
+        return 0;
+      }
+      break;
+    case WM_NOTIFY: {
+      auto* header = reinterpret_cast<NMHDR*>(l);
+      if (ControlWindow* child = child_of(header->hwndFrom)) return child->OnNotify(header);
+      break;
+    }
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN: {
+      // A control of the system's own is coloured too.
+      const ControlWindow* child = child_of(reinterpret_cast<HWND>(l));
+      const COLORREF ground = child != nullptr ? child->InsideColor(GroundColor()) : GroundColor();
+      SetBkColor(reinterpret_cast<HDC>(w), ground);
+      return reinterpret_cast<LRESULT>(drawing().Brush(ground));
+    }
+    default:
+      break;
+  }
+  return std::nullopt;
+}
+
 ControlWindow::ControlWindow(FormView& view, ui::Control& control)
     : view_(view), control_(control) {}
 
@@ -144,54 +174,65 @@ void ControlWindow::PaintWindow() {
   EndPaint(handle(), &paint);
 }
 
-// True if the message goes no further.
 bool ControlWindow::OnMouse(UINT message, LPARAM l) {
   const int x = static_cast<short>(LOWORD(l));
   const int y = static_cast<short>(HIWORD(l));
   switch (message) {
     case WM_MOUSEMOVE:
-      if (!mouse_inside_) {
-        mouse_inside_ = true;
-        TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, handle(), 0};
-        _TrackMouseEvent(&track);
-        if (control_.on_mouse_enter) control_.on_mouse_enter();
-        if (OwnClicks()) Invalidate();
-      }
+      if (!mouse_inside_) OnMouseEnter();
       return false;
     case WM_MOUSELEAVE:
-      mouse_inside_ = false;
-      if (control_.on_mouse_leave) control_.on_mouse_leave();
-      if (OwnClicks()) Invalidate();
+      OnMouseLeave();
       return false;
     case WM_LBUTTONDOWN:
-      if (control_.on_mouse_down) control_.on_mouse_down(x, y);
-      if (!OwnClicks()) return false;
-      if (TakesFocus()) SetFocus(handle());
-      mouse_pressed_ = true;
-      SetCapture(handle());
-      Invalidate();
-      return true;
-    case WM_LBUTTONUP: {
-      const bool pressed = mouse_pressed_;
-      mouse_pressed_ = false;
-      if (OwnClicks()) {
-        if (GetCapture() == handle()) ReleaseCapture();
-        Invalidate();
-      }
-      if (control_.on_mouse_up) control_.on_mouse_up(x, y);
-      if (!OwnClicks()) return false;
-      RECT area;
-      GetClientRect(handle(), &area);
-      const POINT point = {static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l))};
-      if (pressed && PtInRect(&area, point) != 0) OnClick();
-      return true;
-    }
+      return OnPress(x, y);
+    case WM_LBUTTONUP:
+      return OnRelease(x, y);
     case WM_LBUTTONDBLCLK:
       if (control_.on_double_click) control_.on_double_click();
       return false;
     default:
       return false;
   }
+}
+
+void ControlWindow::OnMouseEnter() {
+  mouse_inside_ = true;
+  TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, handle(), 0};
+  _TrackMouseEvent(&track);
+  if (control_.on_mouse_enter) control_.on_mouse_enter();
+  if (OwnClicks()) Invalidate();
+}
+
+void ControlWindow::OnMouseLeave() {
+  mouse_inside_ = false;
+  if (control_.on_mouse_leave) control_.on_mouse_leave();
+  if (OwnClicks()) Invalidate();
+}
+
+bool ControlWindow::OnPress(int x, int y) {
+  if (control_.on_mouse_down) control_.on_mouse_down(x, y);
+  if (!OwnClicks()) return false;
+  if (TakesFocus()) SetFocus(handle());
+  mouse_pressed_ = true;
+  SetCapture(handle());
+  Invalidate();
+  return true;
+}
+
+bool ControlWindow::OnRelease(int x, int y) {
+  const bool pressed = mouse_pressed_;
+  mouse_pressed_ = false;
+  if (OwnClicks()) {
+    if (GetCapture() == handle()) ReleaseCapture();
+    Invalidate();
+  }
+  if (control_.on_mouse_up) control_.on_mouse_up(x, y);
+  if (!OwnClicks()) return false;
+  RECT area;
+  GetClientRect(handle(), &area);
+  if (pressed && PtInRect(&area, POINT{x, y}) != 0) OnClick();
+  return true;
 }
 
 // Boxes of all kinds have the same thin line around them, whatever look the system gives each.
@@ -214,6 +255,7 @@ COLORREF ControlWindow::InsideColor(COLORREF around) const {
 
 LRESULT ControlWindow::Handle(UINT message, WPARAM w, LPARAM l) {
   if (const std::optional<LRESULT> answer = OnMessage(message, w, l)) return *answer;
+  if (const std::optional<LRESULT> answer = RouteToChild(message, w, l)) return *answer;
   switch (message) {
     case WM_MOUSEMOVE:
     case WM_MOUSELEAVE:
@@ -238,27 +280,6 @@ LRESULT ControlWindow::Handle(UINT message, WPARAM w, LPARAM l) {
         if (w == 0) return 0;
       }
       break;
-    case WM_COMMAND: {
-      auto* child = dynamic_cast<ControlWindow*>(Window::Of(reinterpret_cast<HWND>(l)));
-      if (child != nullptr) {
-        child->OnCommand(HIWORD(w));
-        return 0;
-      }
-      break;
-    }
-    case WM_NOTIFY: {
-      auto* header = reinterpret_cast<NMHDR*>(l);
-      auto* child = dynamic_cast<ControlWindow*>(Window::Of(header->hwndFrom));
-      if (child != nullptr) return child->OnNotify(header);
-      break;
-    }
-    case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLORBTN: {
-      const auto* child = dynamic_cast<ControlWindow*>(Window::Of(reinterpret_cast<HWND>(l)));
-      const COLORREF ground = child != nullptr ? child->InsideColor(GroundColor()) : GroundColor();
-      SetBkColor(reinterpret_cast<HDC>(w), ground);
-      return reinterpret_cast<LRESULT>(drawing().Brush(ground));
-    }
     default:
       break;
   }

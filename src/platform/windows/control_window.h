@@ -28,6 +28,13 @@ class Surface : public Window {
   virtual void PaintAll(Canvas& canvas, Origin origin) = 0;
   // The colour behind system controls that stand on this one.
   virtual COLORREF GroundColor() const = 0;
+
+ protected:
+  virtual Drawing& drawing() const = 0;
+  // Hands what a control tells its parent window, by WM_COMMAND, WM_NOTIFY and WM_CTLCOLOR...,
+  // to the control's own object. Nothing if the message is none of these, or a command
+  // or a notice of a window that is none of ours.
+  std::optional<LRESULT> RouteToChild(UINT message, WPARAM w, LPARAM l);
 };
 
 class ControlWindow : public Surface {
@@ -65,7 +72,7 @@ class ControlWindow : public Surface {
   virtual bool OwnClicks() const { return false; }
 
   FormView& view() const { return view_; }
-  Drawing& drawing() const;
+  Drawing& drawing() const override;
   HWND ParentWindow() const;
   // The control's place, relative to its parent.
   RECT Place() const;
@@ -84,7 +91,12 @@ class ControlWindow : public Surface {
   void UseFont(BOOL repaint);
   void PaintBehind(Canvas& canvas, Origin origin);
   void PaintBoxBorder();
+  // True if the message goes no further.
   bool OnMouse(UINT message, LPARAM l);
+  void OnMouseEnter();
+  void OnMouseLeave();
+  bool OnPress(int x, int y);
+  bool OnRelease(int x, int y);
 
   FormView& view_;
   ui::Control& control_;

@@ -77,80 +77,42 @@ class FormView::FormWindow : public Surface {
   }
 
  protected:
+  Drawing& drawing() const override { return view_.ui_.drawing(); }
+
   LRESULT Handle(UINT message, WPARAM w, LPARAM l) override {
-    ui::Form& form = view_.form_;
+    if (const std::optional<LRESULT> answer = RouteToChild(message, w, l)) return *answer;
     switch (message) {
       case WM_ERASEBKGND:
         return 1;
-      case WM_PAINT: {
-        PAINTSTRUCT paint;
-        const HDC target = BeginPaint(handle(), &paint);
-        FillRect(target, &paint.rcPaint, view_.ui_.drawing().Brush(GroundColor()));
-        EndPaint(handle(), &paint);
+      case WM_PAINT:
+        OnPaint();
         return 0;
-      }
-      case WM_LBUTTONDOWN: {
-        const int x = static_cast<short>(LOWORD(l));
-        const int y = static_cast<short>(HIWORD(l));
-        if (view_.DragFrom(handle(), x, y)) return 0;
-        if (form.on_mouse_down) form.on_mouse_down(x, y);
+      case WM_LBUTTONDOWN:
+        OnPress(static_cast<short>(LOWORD(l)), static_cast<short>(HIWORD(l)));
         return 0;
-      }
       case WM_ACTIVATE:
-        if (LOWORD(w) == WA_INACTIVE) {
-          if (form.on_deactivate) form.on_deactivate();
-        } else if (view_.shown_ && form.Visible()) {
-          view_.OnActivated();
-        }
+        OnActivate(LOWORD(w) != WA_INACTIVE);
         return 0;
       case WM_SIZE:
-        if (form.host_panel == nullptr && (w == SIZE_MINIMIZED || w == SIZE_RESTORED)) {
-          view_.WindowStateMoved(w == SIZE_MINIMIZED);
-        }
+        OnSize(w);
         return 0;
       case WM_SYSCOMMAND:
         // The classic rule: a window that is asked to close is brought to its size first.
-        if ((w & 0xFFF0) == SC_CLOSE) form.SetState(ui::WindowState::kNormal);
+        if ((w & 0xFFF0) == SC_CLOSE) view_.form_.SetState(ui::WindowState::kNormal);
         break;
       case WM_QUERYENDSESSION:
-        form.SetState(ui::WindowState::kNormal);
+        view_.form_.SetState(ui::WindowState::kNormal);
         return TRUE;
       case WM_CLOSE:
-        if (form.on_close_request) {
-          form.on_close_request();
-        } else {
-          form.Hide();
-        }
+        OnClose();
         return 0;
       case WM_TIMER:
         view_.RunTimer(w);
         return 0;
       case WM_SETCURSOR:
-        if (view_.ui_.pointer() == ui::Pointer::kHourglass) {
-          SetCursor(LoadCursorA(nullptr, IDC_WAIT));
-          return TRUE;
-        }
-        break;
-      case WM_COMMAND:
-        if (auto* child = dynamic_cast<ControlWindow*>(Window::Of(reinterpret_cast<HWND>(l)))) {
-          child->OnCommand(HIWORD(w));
-          return 0;
-        }
-        break;
-      case WM_NOTIFY: {
-        auto* header = reinterpret_cast<NMHDR*>(l);
-        auto* child = dynamic_cast<ControlWindow*>(Window::Of(header->hwndFrom));
-        if (child != nullptr) return child->OnNotify(header);
-        break;
-      }
-      case WM_CTLCOLORSTATIC:
-      case WM_CTLCOLORBTN: {
-        const auto* child = dynamic_cast<ControlWindow*>(Window::Of(reinterpret_cast<HWND>(l)));
-        const COLORREF ground =
-            child != nullptr ? child->InsideColor(GroundColor()) : GroundColor();
-        SetBkColor(reinterpret_cast<HDC>(w), ground);
-        return reinterpret_cast<LRESULT>(view_.ui_.drawing().Brush(ground));
-      }
+        if (view_.ui_.pointer() != ui::Pointer::kHourglass) break;
+        SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+        return TRUE;
       default:
         break;
     }
@@ -158,6 +120,43 @@ class FormView::FormWindow : public Surface {
   }
 
  private:
+  void OnPaint() {
+    PAINTSTRUCT paint;
+    const HDC target = BeginPaint(handle(), &paint);
+    FillRect(target, &paint.rcPaint, drawing().Brush(GroundColor()));
+    EndPaint(handle(), &paint);
+  }
+
+  void OnPress(int x, int y) {
+    if (view_.DragFrom(handle(), x, y)) return;
+    if (view_.form_.on_mouse_down) view_.form_.on_mouse_down(x, y);
+  }
+
+  void OnActivate(bool active) {
+    ui::Form& form = view_.form_;
+    if (!active) {
+      if (form.on_deactivate) form.on_deactivate();
+    } else if (view_.shown_ && form.Visible()) {
+      view_.OnActivated();
+    }
+  }
+
+  void OnSize(WPARAM kind) {
+    if (view_.form_.host_panel != nullptr) return;
+    if (kind == SIZE_MINIMIZED || kind == SIZE_RESTORED) {
+      view_.WindowStateMoved(kind == SIZE_MINIMIZED);
+    }
+  }
+
+  void OnClose() {
+    ui::Form& form = view_.form_;
+    if (form.on_close_request) {
+      form.on_close_request();
+    } else {
+      form.Hide();
+    }
+  }
+
   FormView& view_;
 };
 

@@ -10,8 +10,10 @@
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/products/ModbasTvw.h"
+#include "discovery/products/outlook_express_places.h"
 #include "discovery/products/outlook_profile.h"
-#include "discovery/products/process_watch.h"
+#include "discovery/products/product_table.h"
+#include "discovery/products/watched_programs.h"
 #include "restore/pages/frmROne.h"
 #include "restore/pages/frmRfour.h"
 #include "restore/pages/restore_tree.h"
@@ -21,9 +23,6 @@ namespace {
 
 constexpr int kSpace = 32;
 constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
-constexpr char kOtherMailFolders[] = "Outlook Express\\Email Messages\\Other Mail Folders";
-constexpr char kMailMessages[] = "Outlook Express\\Email Messages\\";
-constexpr char kStoreIndex[] = "Folders.dbx";
 constexpr char kSkipsDefault[] =
     "Skiping of Default Profile may get ambigues recovery of Microsoft Outlook setting";
 
@@ -36,8 +35,8 @@ bool IsDefaultProfile(const ui::TreeNode& node) {
 
 // The store's index, in the place of either tree.
 bool IsStoreIndex(const std::string& path) {
-  return EqualsNoCase(path, std::string(kMailMessages) + kStoreIndex) ||
-         EqualsNoCase(path, std::string(kOtherMailFolders) + "\\" + kStoreIndex);
+  return EqualsNoCase(path, std::string(kMailStoresPath) + "\\" + kMailStoreIndex) ||
+         EqualsNoCase(path, std::string(kOtherMailFoldersPath) + "\\" + kMailStoreIndex);
 }
 
 // "x\My Name" gives "x\My_Name.reg".
@@ -77,14 +76,22 @@ RestoreRow OtherFilesRow(const std::string& path, const std::string& key,
 
 RestoreRow RowOfNode(const std::string& path, const std::string& key,
                      const std::string& documents) {
-  if (Contains(path, "Added More Files")) return {"Added More Files\\" + FileNameOf(path), key, 0};
-  if (Contains(path, "Added Other Folders")) {
-    return {"Added Other Folders\\" + FileNameOf(WithoutBackslash(path)), key, 0};
+  const auto is_of = [&path](ProductId id) {
+    return Contains(path, ProductOf(id).restore_caption);
+  };
+  const auto below = [](ProductId id, const std::string& name) {
+    return ProductOf(id).restore_caption + ("\\" + name);
+  };
+  if (is_of(ProductId::kAddedFiles)) {
+    return {below(ProductId::kAddedFiles, FileNameOf(path)), key, 0};
   }
-  if (Contains(path, "Other Files")) return OtherFilesRow(path, key, documents);
-  if (Contains(path, "Microsoft Outlook")) return OutlookRow(path, key);
-  if (Contains(path, "Internet Explorer")) return BrowserRow(path, key);
-  if (Contains(path, "Outlook Express")) return MailRow(path, key);
+  if (is_of(ProductId::kAddedFolders)) {
+    return {below(ProductId::kAddedFolders, FileNameOf(WithoutBackslash(path))), key, 0};
+  }
+  if (is_of(ProductId::kOtherFiles)) return OtherFilesRow(path, key, documents);
+  if (is_of(ProductId::kMicrosoftOutlook)) return OutlookRow(path, key);
+  if (is_of(ProductId::kInternetExplorer)) return BrowserRow(path, key);
+  if (is_of(ProductId::kOutlookExpress)) return MailRow(path, key);
   return {path, key, 0};
 }
 
@@ -294,7 +301,7 @@ void frmRTwo::savedetails() {
   session.gRestoreSelection.clear();
 
   const std::vector<Namesakes> namesakes = CountNamesakes();
-  const ui::TreeNode* other_folders = tvwMain.FindPath(kOtherMailFolders);
+  const ui::TreeNode* other_folders = tvwMain.FindPath(kOtherMailFoldersPath);
   const bool with_index = other_folders != nullptr && other_folders->Checked();
   const std::string documents = DocumentsWord(app_);
   NewRow();  // the first row stays empty: rows are counted from 1
@@ -329,8 +336,9 @@ void frmRTwo::CommitNode(const ui::TreeNode& node, const std::string& path,
                          const std::vector<Namesakes>& namesakes) {
   Session& session = app_.session();
   session.gRestoreItemPaths.back() = path;
-  session.gRestoreItemKeys.back() =
-      Contains(path, "Microsoft Outlook") ? UpToComma(node.Key()) : node.Key();
+  session.gRestoreItemKeys.back() = Contains(path, ProductOf(ProductId::kMicrosoftOutlook).caption)
+                                        ? UpToComma(node.Key())
+                                        : node.Key();
   if (ItemOfNode(node) >= 0) {
     const size_t item = static_cast<size_t>(ItemOfNode(node));
     RestoreOrigin& origin = session.gRestoreItemOrigins.back();
@@ -402,7 +410,8 @@ void frmRTwo::tvwMain_NodeCheck(ui::TreeNode* node) {
 }
 
 void frmRTwo::tvwMain_NodeClick(ui::TreeNode* node) {
-  const bool is_outlook = Contains(node->FullPath(), "Microsoft Outlook");
+  const bool is_outlook =
+      Contains(node->FullPath(), ProductOf(ProductId::kMicrosoftOutlook).caption);
   frmfor.text = "Item: " + node->Text();
   lblDesc.text = "Location: " + (is_outlook ? UpToComma(node->Key()) : node->Key());
 }

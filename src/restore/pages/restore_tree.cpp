@@ -9,7 +9,9 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "discovery/products/ModbasTvw.h"
+#include "discovery/products/outlook_express_places.h"
 #include "discovery/products/outlook_profile.h"
+#include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
@@ -21,34 +23,35 @@ constexpr char kRegistryImage[] = "reg";
 constexpr char kOtherImage[] = "rf";
 constexpr char kMailFiles[] = "Account Emails-Files";
 constexpr char kBelowMailFiles[] = "Account Emails-Files\\";
-constexpr char kOtherMailFolders[] = "Outlook Express\\Email Messages\\Other Mail Folders";
-constexpr char kBelowOtherMailFolders[] = "Outlook Express\\Email Messages\\Other Mail Folders\\";
 
-// How the items of one root become nodes.
+// How the items of one product become nodes.
 struct Pass {
-  const char* root;  // key and caption
-  const char* image;
-  const char* prefix;  // of the items' paths
+  ProductId product;
   // 1-based place in an item's path from which the "\" behind the group's name is sought; 0: the
   // root has no groups.
   size_t group_position;
   const char* leaf_image;  // "" where the leaf's key decides
-  // Below this prefix one level more: the name behind it is a group, sought from `inner_position`.
-  const char* inner_prefix;
+  // A group with one level more: the name behind it is a group, sought from `inner_position`. ""
+  // for none.
+  const char* inner_group;
   size_t inner_position;
 };
 
+// In the order of the products.
 constexpr std::array<Pass, 7> kPasses = {{
-    {"Outlook Express", "oea", "Outlook Express\\", 21, kFileImage, "", 0},
-    {"Microsoft Outlook", "moa", "Microsoft Outlook\\", 19, "", "Microsoft Outlook\\Identities\\",
-     30},
-    {"Internet Explorer", "iea", "Internet Explorer\\", 21, kRegistryImage, "", 0},
-    {"Windows Mail", "WM", "Windows Mail\\", 19, "", "Windows Mail\\Mails\\", 30},
-    {"Other Files", "af", "Other Files\\", 21, kFileImage, "", 0},
-    {"Added Other Folders", "aa1", "Add Other Folders\\", 0, kGroupImage, "", 0},
-    {"Added More Files", "aa1", "Add More Files\\", 0, kOtherImage, "", 0},
+    {ProductId::kOutlookExpress, 21, kFileImage, "", 0},
+    {ProductId::kMicrosoftOutlook, 19, "", "Identities", 30},
+    {ProductId::kInternetExplorer, 21, kRegistryImage, "", 0},
+    {ProductId::kWindowsMail, 19, "", "Mails", 30},
+    {ProductId::kOtherFiles, 21, kFileImage, "", 0},
+    {ProductId::kAddedFolders, 0, kGroupImage, "", 0},
+    {ProductId::kAddedFiles, 0, kOtherImage, "", 0},
 }};
-constexpr std::string_view kWindowsMail = "Windows Mail";
+
+// True for the path of a node itself and of any below it.
+bool IsAtOrBelow(std::string_view path, std::string_view node) {
+  return path.starts_with(node) && (path.size() == node.size() || path[node.size()] == '\\');
+}
 
 // A group before its node is made. What stands below it is a group or an item, in order.
 struct Group {
@@ -67,26 +70,29 @@ struct Group {
 // created in one piece: the tick rules go by the order of creation.
 class RootPlan {
  public:
-  RootPlan(const Pass& pass, const std::vector<SettingsItem>& items) : pass_(pass), items_(items) {
-    groups_.push_back({pass.root, pass.root, kNoItem, 0, {}});
+  RootPlan(const Pass& pass, const std::vector<SettingsItem>& items)
+      : pass_(pass),
+        product_(ProductOf(pass.product)),
+        prefix_(PathPrefix(pass.product)),
+        inner_prefix_(*pass.inner_group == '\0' ? "" : prefix_ + pass.inner_group + "\\"),
+        items_(items) {
+    groups_.push_back({product_.restore_caption, product_.restore_caption, kNoItem, 0, {}});
   }
 
   void AddItem(size_t item) {
     const std::string& path = items_[item].path;
-    if (!path.starts_with(pass_.prefix)) return;
+    if (!path.starts_with(prefix_)) return;
     if (pass_.group_position == 0) return AddLeaf(0, item);
-    if (*pass_.inner_prefix != '\0' && path.starts_with(pass_.inner_prefix)) return AddInner(item);
-    if (path == kOtherMailFolders || path.starts_with(kBelowOtherMailFolders)) {
-      return AddOtherMail(item);
-    }
-    const std::string_view prefix = pass_.prefix;
+    if (!inner_prefix_.empty() && path.starts_with(inner_prefix_)) return AddInner(item);
+    if (IsAtOrBelow(path, kOtherMailFoldersPath)) return AddOtherMail(item);
     const size_t end = path.find('\\', pass_.group_position - 1);
-    if (end == std::string::npos) return MarkGroup(0, path.substr(prefix.size()), item);
-    AddLeaf(FindGroup(0, path.substr(prefix.size(), end - prefix.size())), item);
+    if (end == std::string::npos) return MarkGroup(0, path.substr(prefix_.size()), item);
+    AddLeaf(FindGroup(0, path.substr(prefix_.size(), end - prefix_.size())), item);
   }
 
   void Emit(ui::TreeView& tree) const {
-    ui::TreeNode* root = tree.Add(nullptr, pass_.root, pass_.root, pass_.image);
+    ui::TreeNode* root = tree.Add(nullptr, product_.restore_caption, product_.restore_caption,
+                                  product_.restore_picture);
     EmitChildren(tree, root, groups_[0]);
     root->SetExpanded(true);
     UpdateNodeChecks(tree, root);
@@ -96,12 +102,11 @@ class RootPlan {
   // Below a profile: its settings and its data files, all directly under it.
   void AddInner(size_t item) {
     const std::string& path = items_[item].path;
-    const std::string_view prefix = pass_.inner_prefix;
-    const size_t root = std::string_view(pass_.prefix).size();
-    const size_t parent = FindGroup(0, std::string(prefix.substr(root, prefix.size() - root - 1)));
+    const size_t start = inner_prefix_.size();
+    const size_t parent = FindGroup(0, pass_.inner_group);
     const size_t end = path.find('\\', pass_.inner_position - 1);
-    if (end == std::string::npos) return MarkGroup(parent, path.substr(prefix.size()), item);
-    const size_t profile = FindGroup(parent, path.substr(prefix.size(), end - prefix.size()));
+    if (end == std::string::npos) return MarkGroup(parent, path.substr(start), item);
+    const size_t profile = FindGroup(parent, path.substr(start, end - start));
     const std::string_view rest = std::string_view(path).substr(end + 1);
     // The group of the data files stands for nothing by itself.
     if (rest == kMailFiles) return;
@@ -117,7 +122,7 @@ class RootPlan {
   void AddOtherMail(size_t item) {
     const std::string& path = items_[item].path;
     const size_t messages = FindGroup(0, "Email Messages");
-    if (path == kOtherMailFolders) return MarkGroup(messages, FileNameOf(path), item);
+    if (path == kOtherMailFoldersPath) return MarkGroup(messages, FileNameOf(path), item);
     AddLeaf(FindGroup(messages, "Other Mail Folders"), item);
   }
 
@@ -152,7 +157,7 @@ class RootPlan {
   // An item of a root without groups shows its whole path.
   std::string TextOfLeaf(size_t item) const {
     const std::string& path = items_[item].path;
-    if (pass_.group_position == 0) return path.substr(std::string_view(pass_.prefix).size());
+    if (pass_.group_position == 0) return path.substr(prefix_.size());
     return FileNameOf(path);
   }
 
@@ -165,8 +170,8 @@ class RootPlan {
   }
 
   static bool IsRootName(const std::string& key) {
-    for (const Pass& pass : kPasses) {
-      if (key == pass.root) return true;
+    for (const Product& product : Products()) {
+      if (key == product.restore_caption) return true;
     }
     return false;
   }
@@ -200,6 +205,9 @@ class RootPlan {
   }
 
   const Pass& pass_;
+  const Product& product_;
+  const std::string prefix_;        // of the items' paths
+  const std::string inner_prefix_;  // of those below the inner group, "" without one
   const std::vector<SettingsItem>& items_;
   std::vector<Group> groups_;  // the root is the first
   std::unordered_map<std::string, size_t> places_;
@@ -213,7 +221,7 @@ void FillRestoreTree(const std::vector<SettingsItem>& items, bool with_windows_m
                      ui::TreeView& tree, std::string* outlook_version) {
   tree.BeginUpdate();
   for (const Pass& pass : kPasses) {
-    if (pass.root == kWindowsMail && !with_windows_mail) continue;
+    if (pass.product == ProductId::kWindowsMail && !with_windows_mail) continue;
     RootPlan plan(pass, items);
     for (size_t i = 0; i < items.size(); ++i) plan.AddItem(i);
     plan.Emit(tree);

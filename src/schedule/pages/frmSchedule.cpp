@@ -6,7 +6,7 @@
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "core/program/command_words.h"
-#include "discovery/products/process_watch.h"
+#include "discovery/products/watched_programs.h"
 #include "schedule/pages/frmSchedTwo.h"
 #include "schedule/pages/refused_time.h"
 #include "schedule/run/schedule_jobs.h"

@@ -12,7 +12,7 @@
 #include "core/main/frmSettings.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
-#include "discovery/products/process_watch.h"
+#include "discovery/products/watched_programs.h"
 #include "platform/host/host_platform.h"
 #include "restore/pages/frmROne.h"
 #include "support/test_machine.h"

@@ -168,9 +168,9 @@ TEST(OutlookSource, ProfilesBehindTheDefaultOneAreMarkedButNotCalledDefault) {
   SetDefaultProfile(machine, "Beta");
   const std::vector<ProfileRow> rows = SubKeyCountMO(machine.app(), kNtProfilesRoot);
   ASSERT_EQ(rows.size(), 3u);
-  EXPECT_EQ(rows[0].d1, "");
-  EXPECT_EQ(rows[1].d1, "1");
-  EXPECT_EQ(rows[2].d1, "1");
+  EXPECT_FALSE(rows[0].from_default_on);
+  EXPECT_TRUE(rows[1].from_default_on);
+  EXPECT_TRUE(rows[2].from_default_on);
   EXPECT_EQ(ChildTexts(NodeAt(OpenPage(machine), "Microsoft Outlook\\Identities")),
             (Texts{"Alpha", "Beta (Default)", "Gamma"}));
 }

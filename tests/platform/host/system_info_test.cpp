@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "discovery/products/process_watch.h"
+#include "discovery/products/watched_programs.h"
 #include "machine_fixture.h"
 #include "platform/GetInfomation.h"
 
@@ -137,15 +137,15 @@ TEST_F(HostSystemTest, Services) {
   EXPECT_TRUE(ServiceIsRunning(services, "wsearch"));
   EXPECT_FALSE(ServiceIsRunning(services, "Schedule"));
   EXPECT_EQ("", services.State("None"));
-  EXPECT_FALSE(ControlServiceByName(services, "WSearch", 0));  // runs already
-  EXPECT_TRUE(ControlServiceByName(services, "WSearch", 2));
+  EXPECT_FALSE(ControlServiceByName(services, "WSearch", ServiceAction::kStart));  // runs already
+  EXPECT_TRUE(ControlServiceByName(services, "WSearch", ServiceAction::kPause));
   EXPECT_EQ("Paused", services.State("WSearch"));
-  EXPECT_TRUE(ControlServiceByName(services, "WSearch", 3));
-  EXPECT_TRUE(ControlServiceByName(services, "WSearch", 1));
+  EXPECT_TRUE(ControlServiceByName(services, "WSearch", ServiceAction::kContinue));
+  EXPECT_TRUE(ControlServiceByName(services, "WSearch", ServiceAction::kStop));
   EXPECT_EQ("Stopped", services.State("WSearch"));
-  EXPECT_FALSE(ControlServiceByName(services, "WSearch", 1));
-  EXPECT_TRUE(ControlServiceByName(services, "WSearch", 0));
-  EXPECT_FALSE(ControlServiceByName(services, "None", 0));
+  EXPECT_FALSE(ControlServiceByName(services, "WSearch", ServiceAction::kStop));
+  EXPECT_TRUE(ControlServiceByName(services, "WSearch", ServiceAction::kStart));
+  EXPECT_FALSE(ControlServiceByName(services, "None", ServiceAction::kStart));
   EXPECT_TRUE(ServiceIsRunning(services, "WSearch"));
   ASSERT_EQ(7u, services.log().size());
   EXPECT_EQ("control 1 WSearch", services.log()[3]);

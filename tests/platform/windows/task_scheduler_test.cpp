@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "base/dates.h"
-#include "discovery/products/process_watch.h"
+#include "discovery/products/watched_programs.h"
 #include "platform/windows/automation.h"
 #include "platform/windows/services.h"
 #include "platform/windows/system_info.h"

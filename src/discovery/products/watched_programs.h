@@ -16,7 +16,8 @@ struct WatchedProgram {
   const char* backup_message;   // shown on the backup pages
   const char* restore_message;  // shown on the restore pages
 };
-const std::vector<WatchedProgram>& WatchedPrograms();
+// Those of the products, in the products' order: the first that runs is named to the user.
+std::vector<WatchedProgram> WatchedPrograms();
 
 // The id of the first process with this image name, without regard to case, else 0.
 std::uint32_t FindProcessId(const std::vector<ProcessInfo>& processes, const std::string& image);
@@ -24,8 +25,10 @@ std::uint32_t FindProcessId(const std::vector<ProcessInfo>& processes, const std
 // True if the service's state is "RUNNING", without regard to case.
 bool ServiceIsRunning(Services& services, const std::string& service_name);
 
-// Action 0 starts; 1 to 3 are control codes. True when it succeeded; throws std::invalid_argument
-// for any other action.
-bool ControlServiceByName(Services& services, const std::string& service_name, int action);
+// The numbers are those of the system's calls; a start is none of its control codes.
+enum class ServiceAction { kStart = 0, kStop = 1, kPause = 2, kContinue = 3 };
+// True when it succeeded; throws std::invalid_argument for a number that is no action.
+bool ControlServiceByName(Services& services, const std::string& service_name,
+                          ServiceAction action);
 
 }  // namespace quorvale

@@ -1,4 +1,4 @@
-#include "discovery/products/process_watch.h"
+#include "discovery/products/watched_programs.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 namespace quorvale {
 namespace {
 
-TEST(ProcessWatch, TableInItsOrderWithItsWords) {
-  const std::vector<WatchedProgram>& programs = WatchedPrograms();
+TEST(WatchedPrograms, TableInItsOrderWithItsWords) {
+  const std::vector<WatchedProgram> programs = WatchedPrograms();
   ASSERT_EQ(3u, programs.size());
   EXPECT_STREQ("Outlook Express", programs[0].root);
   EXPECT_STREQ("msimn.exe", programs[0].image);
@@ -27,20 +27,20 @@ TEST(ProcessWatch, TableInItsOrderWithItsWords) {
   EXPECT_STREQ("Please close Windows Mail to continue.", programs[2].restore_message);
 }
 
-TEST(ProcessWatch, ImageIsFoundWithoutRegardToCase) {
+TEST(WatchedPrograms, ImageIsFoundWithoutRegardToCase) {
   const std::vector<ProcessInfo> running = {
       {"explorer.exe", 100}, {"OUTLOOK.EXE", 200}, {"outlook.exe", 300}};
   EXPECT_EQ(200u, FindProcessId(running, "OUTLOOK.exe"));
   EXPECT_EQ(100u, FindProcessId(running, "Explorer.EXE"));
 }
 
-TEST(ProcessWatch, OtherImagesAreNoMatch) {
+TEST(WatchedPrograms, OtherImagesAreNoMatch) {
   const std::vector<ProcessInfo> running = {{"msimn.exe.bak", 100}, {"xmsimn.exe", 200}};
   EXPECT_EQ(0u, FindProcessId(running, "msimn.exe"));
   EXPECT_EQ(0u, FindProcessId({}, "msimn.exe"));
 }
 
-TEST(ProcessWatch, ServiceRunsByItsStateWord) {
+TEST(WatchedPrograms, ServiceRunsByItsStateWord) {
   MemoryServices services;
   services.states = {{"WSearch", "Running"}, {"Schedule", "Stopped"}, {"Odd", "Start Pending"}};
   EXPECT_TRUE(ServiceIsRunning(services, "WSearch"));
@@ -49,25 +49,26 @@ TEST(ProcessWatch, ServiceRunsByItsStateWord) {
   EXPECT_FALSE(ServiceIsRunning(services, "NoSuchService"));
 }
 
-TEST(ProcessWatch, ActionZeroStartsAndOthersAreControlCodes) {
+TEST(WatchedPrograms, ActionZeroStartsAndOthersAreControlCodes) {
   MemoryServices services;
-  services.states = {{"WSearch", "Stopped"}};
   for (int action = 0; action <= 3; ++action) {
-    EXPECT_TRUE(ControlServiceByName(services, "WSearch", action));
+    EXPECT_TRUE(ControlServiceByName(services, "WSearch", static_cast<ServiceAction>(action)));
   }
   EXPECT_EQ((std::vector<std::string>{"start WSearch", "1 WSearch", "2 WSearch", "3 WSearch"}),
             services.told);
   CallCount calls;
   FaultyServices refusing(services, calls);
   refusing.Refuse("WSearch");
-  EXPECT_FALSE(ControlServiceByName(refusing, "WSearch", 0));
-  EXPECT_FALSE(ControlServiceByName(refusing, "WSearch", 1));
+  EXPECT_FALSE(ControlServiceByName(refusing, "WSearch", ServiceAction::kStart));
+  EXPECT_FALSE(ControlServiceByName(refusing, "WSearch", ServiceAction::kStop));
 }
 
-TEST(ProcessWatch, OtherActionsAreAnError) {
+TEST(WatchedPrograms, OtherActionsAreAnError) {
   MemoryServices services;
-  EXPECT_THROW(ControlServiceByName(services, "WSearch", 4), std::invalid_argument);
-  EXPECT_THROW(ControlServiceByName(services, "WSearch", -1), std::invalid_argument);
+  EXPECT_THROW(ControlServiceByName(services, "WSearch", static_cast<ServiceAction>(4)),
+               std::invalid_argument);
+  EXPECT_THROW(ControlServiceByName(services, "WSearch", static_cast<ServiceAction>(-1)),
+               std::invalid_argument);
   EXPECT_TRUE(services.told.empty());
 }
 
