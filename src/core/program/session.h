@@ -109,6 +109,7 @@ struct RestoreJob {
   std::vector<RestoreRow> gRestoreSelection;
   bool gNoRestoreFolder = false;
   bool gRestoreToDefaultFolders = false;
+  std::string settings_file;  // the backup's, as the tree page took it out of the archive
 };
 
 // What the program finds out for a restore: committed and read by the tree page (a file that can't

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "backup/format/backup_file.h"
 #include "base/text.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
@@ -16,8 +17,7 @@ constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 
 }  // namespace
 
-frmROne::frmROne(Application& app)
-    : ui::Form(app.ui(), kName), XceedZip1(app.platform()), app_(app) {
+frmROne::frmROne(Application& app) : ui::Form(app.ui(), kName), app_(app) {
   txtDefaultPassword.password = true;
   Label32.is_link = true;
   LblDelete.is_link = true;
@@ -95,14 +95,7 @@ void frmROne::FillBackupList() {
 
 bool frmROne::CheckArchiveEncrypted() {
   txtDefaultPassword.enabled = false;
-  XceedZip1.ResetDefaults();
-  XceedZip1.archive_name = txtpath.text;
-  XceedZip1.required_attributes = 0;
-  XceedZip1.excluded_attributes = file_attribute::kFolder;
-  std::vector<zip::Entry> entries;
-  if (XceedZip1.List(&entries) != zip::Result::kDone) return false;
-  return std::any_of(entries.begin(), entries.end(),
-                     [](const zip::Entry& entry) { return entry.encrypted; });
+  return BackupFile(app_, txtpath.text, "").IsEncrypted();
 }
 
 void frmROne::EnablePassword() { txtDefaultPassword.enabled = CheckArchiveEncrypted(); }
@@ -213,12 +206,11 @@ void frmROne::RefusePassword() {
 zip::Result frmROne::TestArchive() {
   PageHost& main = app_.page_host();
   main.SetEnabled(false);
-  XceedZip1.on_total_progress = [this](int) {
+  BackupFile backup(app_, txtpath.text, txtDefaultPassword.text);
+  const zip::Result result = backup.Test([this] {
     app_.Pump();
-    if (app_.Ended()) XceedZip1.abort = true;
-  };
-  const zip::Result result = XceedZip1.Test();
-  XceedZip1.on_total_progress = nullptr;
+    return !app_.Ended();
+  });
   if (!app_.Ended()) main.SetEnabled(true);
   return result;
 }
@@ -236,9 +228,6 @@ void frmROne::cmdNext_Click() {
     return;
   }
   cmdNext.enabled = false;
-  XceedZip1.ResetDefaults();
-  XceedZip1.archive_name = txtpath.text;
-  XceedZip1.password = txtDefaultPassword.text;
   const zip::Result result = TestArchive();
   if (app_.Ended()) return;
   if (result == zip::Result::kWrongPassword) return RefusePassword();

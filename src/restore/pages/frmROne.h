@@ -33,7 +33,6 @@ class frmROne : public ui::Form {
   ui::CheckBox Check1{*this, "Check1", "&Do not want Restore folder"};
   ui::CommandButton cmdNext{*this, "cmdNext", "&Next >"};
   ui::CommandButton cmdCancel{*this, "cmdCancel", "&Cancel"};
-  zip::Archive XceedZip1;
 
   void Load() override;
 

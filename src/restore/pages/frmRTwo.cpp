@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "backup/format/archive_layout.h"
+#include "backup/format/backup_file.h"
 #include "base/text.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
@@ -97,8 +98,7 @@ RestoreRow RowOfNode(const std::string& path, const std::string& key,
 
 }  // namespace
 
-frmRTwo::frmRTwo(Application& app)
-    : ui::Form(app.ui(), kName), XceedZip1(app.platform()), app_(app) {
+frmRTwo::frmRTwo(Application& app) : ui::Form(app.ui(), kName), app_(app) {
   Label32.is_link = true;
   Label32.on_click = [this] { Label32_Click(); };
   Command2.on_click = [this] { Command2_Click(); };
@@ -194,24 +194,12 @@ bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& 
   const std::string folder = StagingFolder();
   app_.files().MakeFolderChain(folder);
   app_.ui().SetPointer(ui::Pointer::kHourglass);
-  XceedZip1.ResetDefaults();
-  XceedZip1.preserve_paths = true;
-  XceedZip1.unzip_folder = folder;
-  XceedZip1.archive_name = archive;
-  XceedZip1.files_to_process = {member};
-  XceedZip1.password = session.gRestorePassword;
-  // The member may have its name in other letters than the archive's file.
-  bool found = false;
   const std::string target = CollapseBackslashes(folder + "\\" + member);
-  XceedZip1.on_before_file = [&found, &target](zip::BeforeFile& file) {
-    file.destination = target;
-    found = true;
-  };
-  zip::Result result = XceedZip1.Unzip();
-  XceedZip1.on_before_file = nullptr;
+  const zip::Result result =
+      BackupFile(app_, archive, session.gRestorePassword).ExtractAs(member, target);
   app_.ui().SetPointer(ui::Pointer::kDefault);
-  if (result == zip::Result::kDone && found) {
-    settings_file_ = target;
+  if (result == zip::Result::kDone) {
+    session.settings_file = target;
     session.gRestoreFileBad = false;
     return true;
   }

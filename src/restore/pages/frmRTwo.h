@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "archive/archive.h"
 #include "backup/format/settings_file.h"
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
@@ -34,7 +33,6 @@ class frmRTwo : public ui::Form {
   ui::CommandButton cmdBack{*this, "cmdBack", "< &Back"};
   ui::CommandButton cmdNext{*this, "cmdNext", "&Next >"};
   ui::CommandButton cmdCancel{*this, "cmdCancel", "&Cancel"};
-  zip::Archive XceedZip1;
 
   void Load() override;
 
@@ -75,8 +73,6 @@ class frmRTwo : public ui::Form {
 
   // Where the settings file of this run lies, or is to lie.
   std::string SettingsFilePath(const std::string& base) const;
-  // The settings file that was in fact taken out of the archive, "" if none was.
-  const std::string& SettingsFileTaken() const { return settings_file_; }
   const std::vector<SettingsItem>& items() const { return items_; }
 
  private:
@@ -100,7 +96,6 @@ class frmRTwo : public ui::Form {
 
   Application& app_;
   std::vector<SettingsItem> items_;
-  std::string settings_file_;
 };
 
 }  // namespace quorvale

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "backup/format/archive_layout.h"
+#include "backup/format/backup_file.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
@@ -11,6 +12,7 @@
 #include "restore/pages/frmRFinish.h"
 #include "restore/pages/frmROne.h"
 #include "restore/pages/frmRTwo.h"
+#include "restore/run/restore_places.h"
 
 namespace quorvale {
 namespace {
@@ -38,8 +40,7 @@ std::string LogStamp(const LocalTime& time) {
 
 }  // namespace
 
-frmRfour::frmRfour(Application& app)
-    : ui::Form(app.ui(), kName), app_(app), archive_(app.platform()) {
+frmRfour::frmRfour(Application& app) : ui::Form(app.ui(), kName), app_(app) {
   RichTextBox1.wraps = false;  // a rule is longer than a line of the box
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };
@@ -99,8 +100,8 @@ void frmRfour::ReadArchive() {
   const std::string path = app_.Get<frmROne>().txtpath.text;
   const std::optional<FileInfo> file = app_.platform().files.Stat(path);
   prefix_ = WithoutExtension(file ? file->name : FileNameOf(path));
-  archive_.ResetDefaults();
-  members_.Read(archive_, path, app_.session().gRestorePassword);
+  BackupFile backup(app_, path, app_.session().gRestorePassword);
+  members_.Read(backup);
 }
 
 double frmRfour::SizeOfItem(const std::string& pattern) { return members_.Size(pattern); }
@@ -127,7 +128,7 @@ std::string frmRfour::TargetOfRow(size_t row) const {
   if (path.starts_with("Added ")) {
     const std::string& key = session.gRestoreItemOrigins[row].key;
     // What cannot go home stays in the restore folder.
-    return IsThere(key) ? key : app_.Get<frmRFinish>().FolderForLeftItems();
+    return IsThere(key) ? key : FolderForLeftItems(app_, session);
   }
   if (path.starts_with("Other Files\\My Desktop Files")) {
     return shell.SpecialFolder(special_folder::kDesktop);

@@ -5,7 +5,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "archive/archive.h"
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
@@ -74,7 +73,6 @@ class frmRfour : public ui::Form {
   void StartRun();
 
   Application& app_;
-  zip::Archive archive_;
   MemberIndex members_;
   std::string prefix_;
   std::vector<QVLRestoreClass> needs_;

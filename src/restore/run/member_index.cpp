@@ -1,22 +1,15 @@
 #include "restore/run/member_index.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "base/text.h"
 
 namespace quorvale {
 
-void MemberIndex::Read(zip::Archive& archive, const std::string& archive_name,
-                       const std::string& password) {
+void MemberIndex::Read(BackupFile& backup) {
   members_.clear();
-  archive.archive_name = archive_name;
-  archive.password = password;
-  archive.files_to_process.clear();
-  archive.required_attributes = 0;
-  archive.excluded_attributes = 0;  // an empty folder is a member too
   std::vector<zip::Entry> entries;
-  if (archive.List(&entries) != zip::Result::kDone) return;
+  if (backup.Members(&entries) != zip::Result::kDone) return;
   members_.reserve(entries.size());
   for (const zip::Entry& entry : entries) {
     members_.push_back({FoldCase(entry.name), 0, static_cast<double>(entry.size)});

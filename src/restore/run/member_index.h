@@ -5,16 +5,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "archive/archive.h"
+#include "backup/format/backup_file.h"
 
 namespace quorvale {
 
 class MemberIndex {
  public:
-  // Lists the archive that `archive` is set to. Empty if that fails.
-  void Read(zip::Archive& archive, const std::string& archive_name, const std::string& password);
+  // Lists the backup file. Empty if that fails.
+  void Read(BackupFile& backup);
   // Sum of the sizes of the members that a pattern names: one name, or a folder and "\*".
   double Size(const std::string& pattern) const;
   // How many members have this very name.

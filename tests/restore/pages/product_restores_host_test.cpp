@@ -102,14 +102,11 @@ TEST(OutlookExpressRestore, AnIdentityWithoutAStoreRootGetsTheDefaultFolderFirst
   wizard.ToReview();
   machine.Expect(ui::Answer::kOk, "Backup successfully restored");
   std::string root_at_extraction;
-  const auto before = wizard.run().XceedZip1.on_before_file;
-  wizard.run().XceedZip1.on_before_file = [&](zip::BeforeFile& file) {
-    if (root_at_extraction.empty() && Contains(file.source, "Inbox")) {
-      if (wizard.run().XceedZip1.current_operation() == zip::Operation::kUnzipping) {
-        root_at_extraction = StoreRoot(machine, kIdentity);
-      }
-    }
-    before(file);
+  frmRFinish& run = wizard.run();
+  run.LblFileinprocess.caption.on_change = [&] {
+    const bool is_test = Contains(run.lblCurrent.caption.get(), "Extracting Items");
+    if (is_test || !Contains(run.LblFileinprocess.caption.get(), "Inbox")) return;
+    root_at_extraction = StoreRoot(machine, kIdentity);
   };
   wizard.Run();
   const std::string store = StoreOf(machine, kIdentity);

@@ -1,0 +1,178 @@
+#include "restore/run/extractor.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "restore/run/restore_places.h"
+#include "restore/run/safe_target.h"
+
+namespace quorvale {
+namespace {
+
+constexpr int kSettleMilliseconds = 100;
+
+// What stands in a member's name behind the folder `prefix`, with its leading "\". The two agree
+// but for the case of letters, whose bytes may differ in number: the parts are counted.
+std::string TextBehind(const std::string& name, const std::string& prefix) {
+  const auto parts = std::count(prefix.begin(), prefix.end(), '\\') + 1;
+  size_t end = 0;
+  for (auto part = parts; part > 0; --part) {
+    end = name.find('\\', part == parts ? 0 : end + 1);
+    if (end == std::string::npos) return "";
+  }
+  return name.substr(end);
+}
+
+}  // namespace
+
+Extractor::Extractor(Program& program, const RestoreJob& job, RunMonitor& monitor)
+    : program_(program), job_(job), monitor_(monitor) {}
+
+void Extractor::Open() {
+  if (!job_.settings_file.empty()) {
+    staged_.push_back({job_.settings_file, ParentFolder(job_.settings_file)});
+  }
+  if (!program_.files().FileExists(job_.gRestoreFilePath)) return;
+  const std::string folder = RestoreFolder(program_, job_);
+  program_.files().MakeFolderChain(folder);
+  backup_ = std::make_unique<BackupFile>(program_, job_.gRestoreFilePath, job_.gRestorePassword);
+  archive_ = &backup_->Unpacker(folder);
+  ConnectEvents(*archive_);
+  // A page has refused a bad file already; what is damaged since is left out member by member.
+  backup_->Test([this] { return monitor_.KeepGoing(); });
+  ConnectEvents(*archive_);
+  if (monitor_.KeepGoing()) members_.Read(*backup_);
+  backup_->Unpacker(folder);
+}
+
+void Extractor::ConnectEvents(zip::Archive& archive) {
+  archive.on_before_file = [this](zip::BeforeFile& file) { BeforeFile(file); };
+  archive.on_file_progress = [this, &archive](int percent) {
+    monitor_.events().percent(percent);
+    if (!monitor_.KeepGoing()) archive.abort = true;
+  };
+  archive.on_total_progress = [this, &archive](int percent) {
+    if (archive.current_operation() == zip::Operation::kUnzipping) {
+      monitor_.events().percent(percent);
+    }
+    if (!monitor_.KeepGoing()) archive.abort = true;
+  };
+}
+
+// Names and places. ----------------------------------------------------------------------------
+
+std::string Extractor::MemberName(const std::string& entry) const {
+  return BackupBaseName(job_) + "\\" + entry;
+}
+
+ItemEntry Extractor::EntryOf(const RestoreOrigin& origin) const {
+  return EntryOfItem(origin.path, origin.key, program_.session().gOSName);
+}
+
+std::string Extractor::StagingRoot() const { return WithBackslash(RestoreFolder(program_, job_)); }
+
+std::string Extractor::StagedPath(const std::string& entry) const {
+  return StagingRoot() + MemberName(entry);
+}
+
+// Extraction. ----------------------------------------------------------------------------------
+
+std::optional<size_t> Extractor::PlaceOfMember(const RestoreOrigin& origin,
+                                               const ItemEntry& entry) const {
+  const size_t count = members_.Count(MemberName(entry.name));
+  if (count == 0) return std::nullopt;
+  if (count > 1) return origin.occurrence < count ? std::optional(origin.occurrence) : std::nullopt;
+  // The last one of a name won.
+  return origin.occurrence + 1 == origin.of ? std::optional<size_t>(0) : std::nullopt;
+}
+
+bool Extractor::HoldsItem(const RestoreOrigin& origin) const {
+  return PlaceOfMember(origin, EntryOf(origin)).has_value();
+}
+
+bool Extractor::ExtractFile(const RestoreOrigin& origin, const std::string& target) {
+  const ItemEntry entry = EntryOf(origin);
+  if (!IsSafeBelow(entry.name) || !IsSafeTarget(target)) return false;
+  const std::optional<size_t> place = PlaceOfMember(origin, entry);
+  if (!place) return false;
+  program_.files().MakeFolderChain(ParentFolder(target));
+  const zip::Result result =
+      Extract(MemberName(entry.name), {.folder = "", .target = target, .nth = *place});
+  return extraction_.written == 1 &&
+         (result == zip::Result::kDone || result == zip::Result::kWarnings);
+}
+
+bool Extractor::ExtractFolder(const std::string& entry, const std::string& target) {
+  const std::string member = MemberName(entry);
+  if (!IsSafeBelow(entry) || !IsSafeTarget(target) || !members_.Has(member + "\\*")) return false;
+  Extract(member + "\\*", {.folder = member, .target = WithoutBackslash(target)});
+  return extraction_.written > 0;
+}
+
+zip::Result Extractor::Extract(const std::string& member, Extraction extraction) {
+  if (archive_ == nullptr) return zip::Result::kFailed;
+  extraction_ = std::move(extraction);
+  archive_->files_to_process = {member};
+  archive_->skip_existing = false;
+  archive_->every_of_one_name = extraction_.folder.empty();
+  return archive_->Unzip();
+}
+
+void Extractor::BeforeFile(zip::BeforeFile& file) {
+  monitor_.events().file(file.source);
+  if (archive_->current_operation() != zip::Operation::kUnzipping) return;
+  if (extraction_.folder.empty()) {
+    file.destination = extraction_.target;
+    file.exclude = extraction_.seen++ != extraction_.nth;
+  } else {
+    const std::string rest = WithoutBackslash(TextBehind(file.source, extraction_.folder));
+    file.destination = extraction_.target + rest;
+    file.exclude = !rest.empty() && !IsSafeBelow(rest.substr(1));
+  }
+  if (!file.exclude) ++extraction_.written;
+}
+
+void Extractor::SettleAfterExtract() {
+  program_.Pump();
+  program_.platform().system.Sleep(kSettleMilliseconds);
+}
+
+// Registry files. ------------------------------------------------------------------------------
+
+void Extractor::ImportRegFile(const std::string& folder, const std::string& name) {
+  std::string file = WithoutBackslash(folder) + "\\" + ReplaceAll(name, " ", "_") + ".reg";
+  if (EndsWithNoCase(file, ".reg.reg")) file.resize(file.size() - 4);
+  RunRegImport(file);
+}
+
+void Extractor::RunRegImport(const std::string& file) { program_.registry_editor().Import(file); }
+
+bool Extractor::RestoreRegistryItem(const RestoreOrigin& origin) {
+  const ItemEntry entry = EntryOf(origin);
+  if (entry.kind != ItemEntry::Kind::kRegistry) return false;
+  const std::string file = StagedPath(entry.name);
+  // A file that the registry editor may still be reading is not replaced under its hands.
+  if (program_.files().FileExists(file)) program_.registry_editor().WaitForRuns();
+  if (!ExtractFile(origin, file)) return false;
+  staged_.push_back({file, StagingRoot() + BackupBaseName(job_)});
+  SettleAfterExtract();
+  ImportRegFile(ParentFolder(file), FileNameOf(file));
+  return true;
+}
+
+void Extractor::RemoveStaged() {
+  Files& files = program_.platform().files;
+  for (const Staged& staged : staged_) {
+    files.RemoveFile(staged.path, true);
+    std::string parent = ParentFolder(staged.path);
+    while (parent.size() >= staged.top.size() &&
+           files.RemoveFolder(parent, true) == FileStatus::kOk) {
+      parent = ParentFolder(parent);
+    }
+  }
+  staged_.clear();
+}
+
+}  // namespace quorvale

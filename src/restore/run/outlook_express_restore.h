@@ -1,0 +1,42 @@
+// Outlook Express: its store, address book, stationery and registry items come back to the present
+// user, wherever they came from.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "restore/run/restore_tools.h"
+
+namespace quorvale {
+
+// The key with the identity of a backup replaced by the present one. No run calls this: an export
+// is imported as it stands.
+std::string RemapIdentityKey(const std::string& key, const std::string& identity);
+
+class OutlookExpressRestore {
+ public:
+  explicit OutlookExpressRestore(const RestoreTools& tools) : tools_(tools) {}
+
+  // All items of the product, until a stop.
+  void RestoreOutlookExpress();
+  // The item in one row of the job.
+  void RestoreOutlookExpressItem(size_t row);
+  // After the imports: the identity that the mail program now opens finds the restored mail.
+  void PointIdentityAtStore();
+
+ private:
+  void PlanAddressBooks();
+  void RestoreAddressBook(const RestoreOrigin& origin);
+  void RestoreMessages(const RestoreOrigin& origin);
+  void RestoreStationery(const RestoreOrigin& origin);
+  // The mail store's folder; written back to the registry where that is due.
+  std::string StoreFolder();
+  std::string UserValue(const std::string& key, const std::string& name);
+
+  RestoreTools tools_;
+  std::string identity_;    // of the present mail user
+  std::string mail_store_;  // the folder into which mail came back; "" if none did
+  std::string main_book_;   // the address book that becomes the present user's, its path
+};
+
+}  // namespace quorvale

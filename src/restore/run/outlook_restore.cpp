@@ -1,0 +1,163 @@
+#include "restore/run/outlook_restore.h"
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "core/program/ModGlobal.h"
+#include "restore/run/safe_target.h"
+
+namespace quorvale {
+namespace {
+
+constexpr char kRoot[] = "Microsoft Outlook\\";
+constexpr char kIdentities[] = "Microsoft Outlook\\Identities\\";
+constexpr char kDataFolder[] = "\\Local Settings\\Application Data\\Microsoft\\Outlook";
+constexpr char kMicrosoftFolder[] = "\\Application Data\\Microsoft";
+constexpr char kRoamingFolder[] = "\\Application Data\\Microsoft\\Outlook";
+constexpr size_t kLongestDataFileTable = 1000;
+
+bool IsDataFile(const RestoreOrigin& origin) {
+  return origin.path.starts_with(kIdentities) &&
+         (EndsWithNoCase(origin.key, ".pst") || EndsWithNoCase(origin.key, ".ost"));
+}
+
+// The profile that an item of the backup tree stands under, without the mark of the default one.
+std::string ProfileOf(const RestoreOrigin& origin) {
+  const size_t start = std::string(kIdentities).size();
+  const std::string name = origin.path.substr(start, origin.path.find('\\', start) - start);
+  return ReplaceAll(name, " (Default)", "");
+}
+
+std::string ProofFolder(const std::string& version) {
+  for (const char* older :
+       {"Outlook.Application.9", "Outlook.Application.10", "Outlook.Application.11"}) {
+    if (version == older) return "\\Proof";
+  }
+  return version == "Outlook.Application.12" ? "\\UProof" : "";
+}
+
+// "mail.pst" and 2 gives "mail_2.pst".
+std::string NumberedName(const std::string& name, int number) {
+  const size_t dot = name.rfind('.');
+  const size_t end = dot == std::string::npos ? name.size() : dot;
+  return name.substr(0, end) + "_" + std::to_string(number) + name.substr(end);
+}
+
+}  // namespace
+
+void OutlookRestore::RestoreOutlook() {
+  tools_.result.data_files.clear();
+  profile_seen_ = false;
+  repaired_.clear();
+  PlanDataFiles();
+  for (const RestoreRow& row : tools_.job.gRestoreSelection) {
+    if (!tools_.OriginOf(row).path.starts_with(kRoot)) continue;
+    if (!tools_.monitor.BeginItem(row.item)) return;
+    if (Contains(row.location, "HKEY_")) NoteProfile();
+    RestoreOutlookItem(row);
+  }
+}
+
+void OutlookRestore::NoteProfile() {
+  if (profile_seen_) tools_.result.data_files.clear();
+  profile_seen_ = !profile_seen_;
+}
+
+void OutlookRestore::RestoreOutlookItem(const RestoreRow& row) {
+  const RestoreOrigin& origin = tools_.OriginOf(row);
+  const ItemEntry entry = tools_.extractor.EntryOf(origin);
+  if (entry.kind == ItemEntry::Kind::kNone) return;
+  if (entry.kind == ItemEntry::Kind::kRegistry) {
+    if (!tools_.extractor.RestoreRegistryItem(origin)) return;
+    RewriteProfilePaths(FileNameOf(origin.key),
+                        ParentFolder(tools_.extractor.StagedPath(entry.name)));
+  } else if (IsDataFile(origin)) {
+    if (tools_.job.gRestoreToDefaultFolders) RestoreDataFile(origin);
+  } else if (!origin.path.starts_with(kIdentities)) {
+    RestoreLooseFile(origin);
+  }
+}
+
+// Decides where each data file goes before the first profile is repaired.
+void OutlookRestore::PlanDataFiles() {
+  restored_.Clear();
+  if (!tools_.job.gRestoreToDefaultFolders) return;
+  const std::string folder =
+      tools_.program.platform().system.Environment("UserProfile") + kDataFolder + "\\";
+  for (const RestoreRow& row : tools_.job.gRestoreSelection) {
+    const RestoreOrigin& origin = tools_.OriginOf(row);
+    const bool is_offline = origin.path.starts_with("Microsoft Outlook\\Offline folders\\");
+    if (!is_offline && !IsDataFile(origin)) continue;
+    if (tools_.extractor.HoldsItem(origin)) PlanDataFile(origin.key, folder);
+  }
+}
+
+// Two files of one name from two folders must not end as one.
+void OutlookRestore::PlanDataFile(const std::string& old_path, const std::string& folder) {
+  if (!restored_.Find(old_path).empty()) return;
+  std::string name = FileNameOf(old_path);
+  if (!IsSafeBelow(name)) return;
+  // A number is given only where it takes nobody's place.
+  for (int n = 1; restored_.Taken(folder + name) ||
+                  (n > 1 && tools_.program.files().FileExists(folder + name));
+       ++n) {
+    name = NumberedName(FileNameOf(old_path), n);
+  }
+  restored_.Add(old_path, folder + name);
+}
+
+void OutlookRestore::RestoreDataFile(const RestoreOrigin& origin) {
+  const std::string target = restored_.Find(origin.key);
+  if (target.empty()) return;
+  const bool done = tools_.extractor.ExtractFile(origin, target);
+  tools_.extractor.SettleAfterExtract();
+  if (!done || !EndsWithNoCase(target, ".pst")) return;
+  if (tools_.result.data_files.size() < kLongestDataFileTable) {
+    tools_.result.data_files.emplace_back(target, ProfileOf(origin));
+  }
+}
+
+std::string OutlookRestore::HomeOfGroup(const std::string& path) {
+  const std::string profile = tools_.program.platform().system.Environment("USERPROFILE");
+  const auto is = [&path](const char* group) {
+    return path.starts_with(kRoot + std::string(group));
+  };
+  if (is("Adult-Junk Senders\\") || is("Macros and VBA programs\\") || is("Setting Files\\")) {
+    return profile + kRoamingFolder;
+  }
+  if (is("Offline folders\\") || is("Personal Address Book\\")) return profile + kDataFolder;
+  if (is("Signatures\\")) return profile + kMicrosoftFolder + "\\Signatures";
+  if (is("Dictionary\\")) {
+    return profile + kMicrosoftFolder + ProofFolder(OutlookCurVer(tools_.program));
+  }
+  return "";
+}
+
+// One file of a group: the group's other files come with their own rows, if they are wanted.
+void OutlookRestore::RestoreLooseFile(const RestoreOrigin& origin) {
+  const std::string home = HomeOfGroup(origin.path);
+  if (home.empty()) return;
+  const std::string planned = restored_.Find(origin.key);
+  tools_.extractor.ExtractFile(origin,
+                               planned.empty() ? home + "\\" + FileNameOf(origin.key) : planned);
+}
+
+void OutlookRestore::RewriteProfilePaths(const std::string& profile, const std::string& folder) {
+  Program& program = tools_.program;
+  // The repair reads what the import wrote.
+  program.registry_editor().WaitForRuns();
+  if (!EqualsNoCase(profile, repaired_)) program.session().gOutlookProfileEdited = false;
+  repaired_ = profile;
+  if (!tools_.job.gRestoreToDefaultFolders) {
+    return RepairOutlookProfile(program, profile, WithoutBackslash(folder));
+  }
+  const std::string user = program.platform().system.Environment("USERPROFILE");
+  const std::string data_folder =
+      user + (IsVista(program) ? "\\AppData\\Local\\Microsoft\\Outlook" : kDataFolder);
+  // A data file that nobody asked to restore, and that is still there, stays in use.
+  const auto keeps = [this, &program](const std::string& old_path) {
+    return restored_.Find(old_path).empty() && program.files().FileExists(old_path);
+  };
+  RepairOutlookProfile(program, profile, data_folder, restored_, keeps);
+}
+
+}  // namespace quorvale
