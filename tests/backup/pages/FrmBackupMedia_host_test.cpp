@@ -387,8 +387,8 @@ TEST_F(MediaPage, ADiscBackupGoesInPartsIntoItsOwnFolder) {
   app_.Get<FrmTwo>().txtpath.text = "C:\\Out";
   frmFinish& run = app_.Get<frmFinish>();
   EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));  // there is no settings file
-  EXPECT_EQ(run.archive.archive_name, "C:\\Out\\CDBackup\\Job.obk");
-  EXPECT_EQ(run.archive.split_size, 600000000u);
+  EXPECT_EQ(run.run.archive.archive_name, "C:\\Out\\CDBackup\\Job.obk");
+  EXPECT_EQ(run.run.archive.split_size, 600000000u);
   EXPECT_FALSE(machine_.Exists("C:\\Out\\CDBackup"));  // nothing was made
 }
 
@@ -396,8 +396,8 @@ TEST_F(MediaPage, AHardDiskBackupIsOneFileBesideItsStage) {
   app_.session().gBackupBasePath = "C:\\Out\\Job";
   frmFinish& run = app_.Get<frmFinish>();
   EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));
-  EXPECT_EQ(run.archive.archive_name, "C:\\Out\\Job.obk");
-  EXPECT_EQ(run.archive.split_size, 0u);
+  EXPECT_EQ(run.run.archive.archive_name, "C:\\Out\\Job.obk");
+  EXPECT_EQ(run.run.archive.split_size, 0u);
 }
 
 TEST_F(MediaPage, BackShowsTheOptions) {
