@@ -375,6 +375,7 @@ void frmFinish::Deliver(const BackupResult& result) {
   if (FrmTwo* items = app_.Loaded<FrmTwo>()) destination_ = items->txtpath.text;
   const std::string parts = WithBackslash(destination_) + "CDbackup";
   session.gDelivered = false;
+  session.discs_written = 0;
   if (result.archive.empty() || Stopping()) {
     if (session.gMediaDisc) KillFolder(parts);
     return;

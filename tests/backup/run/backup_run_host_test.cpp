@@ -100,10 +100,11 @@ TEST_F(BackupEngine, TakesFilesAndFoldersWithoutAPage) {
   EXPECT_EQ(result.archive, kArchivePath);
   EXPECT_EQ(result.component, zip::Result::kDone);
   EXPECT_TRUE(result.skipped.empty());
-  EXPECT_EQ(Members(),
-            (Strings{"Job\\Added More Files\\one.dat", "Job\\Added Other Folders\\Work\\Empty\\",
-                     "Job\\Added Other Folders\\Work\\deep\\",
-                     "Job\\Added Other Folders\\Work\\deep\\two.txt", "Job\\Job.xml"}));
+  EXPECT_EQ(
+      Members(),
+      (Strings{"Job\\Added More Files\\one.dat", "Job\\Added Other Folders\\Work\\",
+               "Job\\Added Other Folders\\Work\\Empty\\", "Job\\Added Other Folders\\Work\\deep\\",
+               "Job\\Added Other Folders\\Work\\deep\\two.txt", "Job\\Job.xml"}));
   EXPECT_EQ(Content("Job\\Added More Files\\one.dat"), "one");
   EXPECT_FALSE(machine_.Exists(kStage));
 }
