@@ -23,6 +23,20 @@ FrmProcess::FrmProcess(Application& app)
   on_close_request = [this] { EndDialog(); };
 }
 
+FrmProcess::~FrmProcess() { app_.EndRun(*this); }
+
+void FrmProcess::Unload() { app_.EndRun(*this); }
+
+RunProgress FrmProcess::Progress() const {
+  return {.percent = prgStatus.value, .archive_percent = std::nullopt, .doing = lblStatus.caption};
+}
+
+bool FrmProcess::StopRun() {
+  if (!Visible()) return false;
+  EndDialog();
+  return true;
+}
+
 void FrmProcess::LayOut() {
   SetSize(420, 130);
   back_color = ui::Rgb(255, 255, 255);
@@ -41,6 +55,7 @@ void FrmProcess::Load() {
   mNextDiscPending = false;
   mAborted = false;
   prgStatus.value = 0;
+  app_.BeginRun(*this);
   if (session.gMediaFtp) {
     SetCaption("Uploading to FTP");
     LblHeading.caption = "Uploading Please wait....";

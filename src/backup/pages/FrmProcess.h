@@ -16,12 +16,16 @@
 
 namespace quorvale {
 
-class FrmProcess : public ui::Form {
+class FrmProcess : public ui::Form, public RunPage {
  public:
   static constexpr char kName[] = "FrmProcess";
   explicit FrmProcess(Application& app);
+  ~FrmProcess() override;
   // Sets the dialog up by gMediaFtp and starts the work as soon as the dialog is up.
   void Load() override;
+  void Unload() override;
+  RunProgress Progress() const override;
+  bool StopRun() override;
 
   // Connects to the job's server.
   bool Connect();

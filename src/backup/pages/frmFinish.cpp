@@ -17,7 +17,7 @@
 namespace quorvale {
 namespace {
 
-constexpr char kTaking[] = "Current Progress: Taking Backup of ";
+constexpr char kTaking[] = "Taking Backup of ";
 constexpr char kAborted[] = "Backup Process Aborted by User";
 
 constexpr int kCleanUpPercent = 90;
@@ -48,6 +48,19 @@ const PhaseLook& LookOf(BackupPhase phase) {
   const auto found = std::find_if(std::begin(kPhaseLooks), std::end(kPhaseLooks),
                                   [phase](const PhaseLook& look) { return look.phase == phase; });
   return *found;
+}
+
+RunEnd EndOf(BackupOutcome outcome) {
+  switch (outcome) {
+    case BackupOutcome::kDone:
+      return RunEnd::kDone;
+    case BackupOutcome::kStopped:
+      return RunEnd::kStopped;
+    case BackupOutcome::kNoSpace:
+    case BackupOutcome::kFailed:
+      break;
+  }
+  return RunEnd::kFailed;
 }
 
 }  // namespace
@@ -105,6 +118,8 @@ BackupEvents frmFinish::Events() {
           .keep_going = [this] { return KeepGoing(); }};
 }
 
+frmFinish::~frmFinish() { app_.EndRun(*this); }
+
 void frmFinish::Load() { page_layout::HostPage(app_, *this); }
 
 void frmFinish::Unload() {
@@ -113,10 +128,25 @@ void frmFinish::Unload() {
   run.archive.abort = true;
 }
 
+RunProgress frmFinish::Progress() const {
+  RunProgress progress;
+  if (pbCurrent.maximum > 0) progress.percent = pbCurrent.value * 100 / pbCurrent.maximum;
+  if (prbGlobalProgress.visible) progress.archive_percent = prbGlobalProgress.value;
+  progress.doing = doing_;
+  return progress;
+}
+
+bool frmFinish::StopRun() {
+  if (!Command2.enabled || !Visible()) return false;
+  Command2.Click();
+  return true;
+}
+
 void frmFinish::ResetRunPage() {
   cmdNext.enabled = false;
   Command2.enabled = false;
   lblCurrent.caption = "Initializing...";
+  doing_ = "Initializing...";
   Label7.caption = "Copy Progress";
   pbCurrent.value = 0;
   prbGlobalProgress.value = 0;
@@ -138,6 +168,7 @@ bool frmFinish::KeepGoing() {
 bool frmFinish::Stopping() const { return mStop || app_.Ended(); }
 
 void frmFinish::DisableInterface() {
+  app_.BeginRun(*this);
   app_.session().gBackupZipBusy = true;
   prbGlobalProgress.visible = false;
   LblCompressProgress.visible = false;
@@ -145,6 +176,7 @@ void frmFinish::DisableInterface() {
 }
 
 void frmFinish::EnableInterface() {
+  app_.EndRun(*this);
   app_.session().gBackupZipBusy = false;
   SetEnabled(true);
   Command2.enabled = false;
@@ -204,7 +236,7 @@ void frmFinish::TAKEALLBACKUP() {
   if (result.component) EndArchiveStage(&result);
   if (result.outcome == BackupOutcome::kDone && !Stopping()) {
     pbCurrent.value = kCleanUpPercent;
-    lblCurrent.caption = "Current Progress: Removing Temporary Files ... ";
+    ShowDoing("Removing Temporary Files ... ");
     app_.Pump();
   }
   // Stop counts until the run is told to be over.
@@ -212,10 +244,15 @@ void frmFinish::TAKEALLBACKUP() {
   EndRun(result);
 }
 
+void frmFinish::ShowDoing(const std::string& words) {
+  lblCurrent.caption = "Current Progress: " + words;
+  doing_ = words;
+}
+
 void frmFinish::ShowPhase(BackupPhase phase) {
   const PhaseLook& look = LookOf(phase);
   pbCurrent.value = look.percent;
-  lblCurrent.caption = std::string("Current Progress: ") + look.words;
+  ShowDoing(look.words);
   if (phase < BackupPhase::kOtherFiles) return;
   const bool other = phase == BackupPhase::kOtherFiles;
   Label7.visible = other;
@@ -230,7 +267,7 @@ void frmFinish::ShowItem(const BackupItem& item) {
 }
 
 void frmFinish::ShowItemDone(const BackupItem& item) {
-  lblCurrent.caption = kTaking + (LookOf(item.phase).item_words + item.path);
+  ShowDoing(kTaking + (LookOf(item.phase).item_words + item.path));
 }
 
 void frmFinish::ShowOtherItem(const BackupItem& item) {
@@ -241,10 +278,11 @@ void frmFinish::ShowOtherItem(const BackupItem& item) {
   } else if (name.starts_with("Other Files\\")) {
     shown = FileNameOf(name);
   }
-  lblCurrent.caption = kTaking + shown + "...";
+  ShowDoing(kTaking + shown + "...");
 }
 
 void frmFinish::EndRun(const BackupResult& result) {
+  app_.EndRun(*this, EndOf(result.outcome));
   switch (result.outcome) {
     case BackupOutcome::kDone:
       return EndGoodRun(result);
@@ -282,7 +320,7 @@ void frmFinish::EndFailedRun(const BackupResult& result) {
 }
 
 void frmFinish::EndStoppedRun(const BackupResult& result) {
-  lblCurrent.caption = "Current Progress: Stopping the Process. Deleting temperory Files ";
+  ShowDoing("Stopping the Process. Deleting temperory Files ");
   run.CleanUp(result);
   app_.ui().SetPointer(ui::Pointer::kDefault);
   lblCurrent.caption = std::string("Current Status: ") + kAborted;

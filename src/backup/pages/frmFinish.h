@@ -11,13 +11,16 @@
 
 namespace quorvale {
 
-class frmFinish : public ui::Form {
+class frmFinish : public ui::Form, public RunPage {
  public:
   static constexpr char kName[] = "frmFinish";
   explicit frmFinish(Application& app);
+  ~frmFinish() override;
   void Load() override;
   // Stops a run whose page goes away.
   void Unload() override;
+  RunProgress Progress() const override;
+  bool StopRun() override;
 
   // The run, from the first item to the end state. Returns with the page unloaded.
   void TAKEALLBACKUP();
@@ -91,6 +94,8 @@ class frmFinish : public ui::Form {
   // Pumps. False once the run has to end early.
   bool KeepGoing();
   bool Stopping() const;
+  // "Current Progress: " and the words.
+  void ShowDoing(const std::string& words);
   void ShowPhase(BackupPhase phase);
   void ShowItem(const BackupItem& item);
   void ShowItemDone(const BackupItem& item);
@@ -116,6 +121,7 @@ class frmFinish : public ui::Form {
 
   Application& app_;
   std::string destination_;  // the backup folder of this run
+  std::string doing_;        // what lblCurrent says that the run does
 };
 
 }  // namespace quorvale
