@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "backup/format/log_writer.h"
 #include "backup/format/settings_file.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"

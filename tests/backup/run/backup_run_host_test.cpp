@@ -9,6 +9,7 @@
 
 #include "backup/exported_values.h"
 #include "backup/format/backup_file.h"
+#include "backup/format/log_writer.h"
 #include "backup/format/settings_file.h"
 #include "core/program/ModGlobal.h"
 #include "platform/host/host_platform.h"

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "backup/format/lines.h"
 #include "backup/format/settings_items.h"
 #include "base/paths.h"
 #include "base/text.h"
@@ -15,29 +16,6 @@ using namespace settings_items;
 // What stands for the key of an Outlook store without a file of its own.
 constexpr char kExchangeMails[] = "Exchange Mails";
 
-class Lines {
- public:
-  void Add(const std::string& line) {
-    text_ += line;
-    text_ += "\r\n";
-  }
-  void Element(const std::string& name, const std::string& text) {
-    Add("<" + name + ">" + text + "</" + name + ">");
-  }
-  const std::string& text() const { return text_; }
-
- private:
-  std::string text_;
-};
-
-void WriteAnsi(Program& program, const std::string& path, const Lines& lines) {
-  program.files().WriteWhole(path, program.platform().system.ToAnsi(lines.text()));
-}
-
-std::string ItemKey(const Session& session, size_t index) {
-  return index < session.gBackupItemKeys.size() ? session.gBackupItemKeys[index] : "";
-}
-
 void AddHead(Program& program, Lines* lines) {
   const Session& session = program.session();
   lines->Add("<?xml version='1.0'?>");
@@ -47,11 +25,6 @@ void AddHead(Program& program, Lines* lines) {
   lines->Element("DateTime", DateStamp(program.platform().system.Now()));
   lines->Element("BackupFolder", session.gBackupFolder);
   lines->Add("<ItemsForBackup>");
-}
-
-void AddTail(Lines* lines) {
-  lines->Add("</Main>");
-  lines->Add("</BackupSettings>");
 }
 
 enum class EmptyKey { kNamed, kKept };
@@ -64,7 +37,7 @@ void AddItems(const Session& session, const std::array<ItemElement, N>& elements
     const std::string& path = session.gBackupItemPaths[i];
     for (const ItemElement& element : elements) {
       if (!Contains(path, element.substring)) continue;
-      std::string key = ItemKey(session, i);
+      std::string key = BackupItemKey(session, i);
       if (key.empty() && empty_key == EmptyKey::kNamed && element.substring == kOutlook.substring) {
         key = kExchangeMails;
       }
@@ -92,68 +65,7 @@ bool RemoveOld(Program& program, const std::string& path) {
   return !program.files().FileExists(path);
 }
 
-void AddElement(Lines* lines, const std::string& name, const std::string& text) {
-  lines->Add("<" + name + ">");
-  lines->Add(text);
-  lines->Add("</" + name + ">");
-}
-
-void AddLoggedItem(const std::string& path, const std::string& key, const std::string& closing,
-                   Lines* lines) {
-  if (Contains(path, kOutlook.substring)) {
-    lines->Add(key.empty() ? "<Exchange Mails >" + path + closing + path : "<" + key + closing);
-    lines->Add("</MO>");
-  }
-  if (Contains(path, kOutlookExpress.substring)) {
-    AddElement(lines, "Outlook Express", "<" + path);
-  }
-  if (Contains(path, kInternetExplorer.substring)) {
-    AddElement(lines, "Internet Explorer", "<" + path);
-  }
-  if (Contains(path, kOtherFiles.substring)) AddElement(lines, "Other Files", path);
-  if (Contains(path, kAddedFolders.substring)) AddElement(lines, "Add Other Folders", key);
-  if (Contains(path, kAddedFiles.substring)) AddElement(lines, "Add More Files", key);
-}
-
-std::string LogMoment(Program& program) {
-  SystemInfo& system = program.platform().system;
-  const LocalTime now = system.Now();
-  return system.WeekdayName(now.weekday) + "_" + std::to_string(now.month) + "/" +
-         std::to_string(now.day) + "/" + std::to_string(now.year) + "_" + system.TimeText(now);
-}
-
-// The log up to its option block; `closing` ends the line of an Outlook item.
-Lines LogLines(Program& program, const std::string& closing) {
-  const Session& session = program.session();
-  Lines lines;
-  lines.Add("<?xml version='1.0'?>");
-  lines.Add("<BackupSettings>");
-  lines.Add("<Main Process: " + session.gBackupProcessName + ">");
-  lines.Element("Process Description", session.gBackupProcessDesc);
-  lines.Element("DateTime", LogMoment(program));
-  lines.Element("Backup Folder", session.gBackupFolder);
-  lines.Add("");
-  lines.Add("<ItemsForBackup>");
-  lines.Add("");
-  for (size_t i = 0; i < session.gBackupItemPaths.size(); ++i) {
-    AddLoggedItem(session.gBackupItemPaths[i], ItemKey(session, i), closing, &lines);
-  }
-  lines.Add("</ItemsForBackup>");
-  lines.Add("<Advanced Settings>");
-  lines.Element("Use Compression", session.gUseCompression);
-  lines.Element("Password Protected", session.gProtectWithPassword);
-  lines.Element("Backup File Name", session.gBackupFileName);
-  lines.Add("</AdvancedSettings>");
-  return lines;
-}
-
 }  // namespace
-
-bool ReadSettingsFile(Program& program, const std::string& path, SettingsFile* settings) {
-  *settings = SettingsFile();
-  const std::optional<std::string> bytes = program.files().ReadWhole(path);
-  return bytes && ParseSettings(program.platform().system.FromAnsi(*bytes), settings);
-}
 
 std::string StagedSettingsPath(const std::string& stage, const Program& program) {
   const Session& session = program.session();
@@ -171,8 +83,8 @@ void WriteBackupSettings(Program& program, const std::string& path) {
               EmptyKey::kNamed, &lines);
   lines.Add("</ItemsForBackup>");
   AddAdvancedSettings(program.session(), &lines);
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
+  lines.End();
+  lines.Write(program, path);
 }
 
 void WriteQuickSettings(Program& program, const std::string& path) {
@@ -183,8 +95,8 @@ void WriteQuickSettings(Program& program, const std::string& path) {
               EmptyKey::kKept, &lines);
   lines.Add("</ItemsForBackup>");
   AddAdvancedSettings(program.session(), &lines);
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
+  lines.End();
+  lines.Write(program, path);
 }
 
 void SaveJobState(Program& program, const std::string& path, const HandOver& hand_over) {
@@ -194,8 +106,8 @@ void SaveJobState(Program& program, const std::string& path, const HandOver& han
   lines.Add("</ItemsForBackup>");
   lines.Element("BackupName", hand_over.name);
   lines.Element("BackupType", hand_over.kind);
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
+  lines.End();
+  lines.Write(program, path);
 }
 
 void SaveTreeState(Program& program, const std::string& path, const HandOver& hand_over) {
@@ -210,8 +122,8 @@ void SaveTreeState(Program& program, const std::string& path, const HandOver& ha
   lines.Element("BackupName", hand_over.name);
   lines.Element("BackupPath", hand_over.path);
   lines.Element("BackupType", hand_over.kind);
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
+  lines.End();
+  lines.Write(program, path);
 }
 
 void WriteRestartSettings(Program& program, const std::string& path, const HandOver& hand_over) {
@@ -221,8 +133,8 @@ void WriteRestartSettings(Program& program, const std::string& path, const HandO
   lines.Add("</ItemsForBackup>");
   lines.Element("BackupName", hand_over.name);
   lines.Element("BackupType", hand_over.kind);
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
+  lines.End();
+  lines.Write(program, path);
 }
 
 void SaveScheduleState(Program& program, const std::string& path, const HandOver& hand_over) {
@@ -231,31 +143,8 @@ void SaveScheduleState(Program& program, const std::string& path, const HandOver
   AddHead(program, &lines);
   lines.Add("</ItemsForBackup>");
   lines.Element("BackupType", hand_over.kind);
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
-}
-
-std::string BackupLogPath(const Program& program) {
-  return LogFolder(program) + "Settings_" + WithoutExtension(program.session().gBackupFileName) +
-         ".xml";
-}
-
-void WriteReviewLog(Program& program, const std::string& path) {
-  Lines lines = LogLines(program, ">");
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
-}
-
-void WriteRunLog(Program& program, const std::string& path,
-                 const std::vector<std::string>& skipped) {
-  Lines lines = LogLines(program, kAttributeEnd);
-  lines.Add("<Skipped File/Folders>");
-  for (const std::string& source : skipped) {
-    if (!source.empty()) lines.Add(source);
-  }
-  lines.Add("</Skipped File/Folder>");
-  AddTail(&lines);
-  WriteAnsi(program, path, lines);
+  lines.End();
+  lines.Write(program, path);
 }
 
 }  // namespace quorvale
