@@ -155,6 +155,7 @@ Outcome Wizard::BurnEnding(Outcome outcome) {
 }
 
 Outcome Wizard::Ending() {
+  if (computer_.app() == nullptr) return Outcome::kRefused;
   switch (computer_.app()->last_run_end()) {
     case RunEnd::kDone:
       return Outcome::kDone;
