@@ -11,7 +11,6 @@ void PageDriver::Begin() {
   archive_.clear();
   discs_ = 0;
   computer_.Start("");
-  first_box_ = computer_.ui().boxes.size();
 }
 
 bool PageDriver::Act(const std::string& problem) {
@@ -152,22 +151,22 @@ Outcome PageDriver::BurnEnding(Outcome outcome) {
   if (outcome != Outcome::kDone) return outcome;
   archive_.clear();
   if (!computer_.app()->session().gDelivered) return Outcome::kRefused;
-  const std::vector<ui::HeadlessUi::ShownBox>& boxes = computer_.ui().boxes;
-  discs_ = 1;
-  for (size_t i = first_box_; i < boxes.size(); ++i) {
-    if (boxes[i].request.text.starts_with("Please insert disk ")) ++discs_;
-  }
+  discs_ = computer_.app()->session().discs_written;
   return outcome;
 }
 
-Outcome PageDriver::Ending(const std::string& good, const std::string& stopped) {
-  Outcome outcome = Outcome::kRefused;
-  const std::vector<ui::HeadlessUi::ShownBox>& boxes = computer_.ui().boxes;
-  for (size_t i = first_box_; i < boxes.size(); ++i) {
-    if (boxes[i].request.text.starts_with(good)) outcome = Outcome::kDone;
-    if (boxes[i].request.text == stopped) outcome = Outcome::kStopped;
+Outcome PageDriver::Ending() {
+  if (computer_.app() == nullptr) return Outcome::kRefused;
+  switch (computer_.app()->last_run_end()) {
+    case RunEnd::kDone:
+      return Outcome::kDone;
+    case RunEnd::kStopped:
+      return Outcome::kStopped;
+    case RunEnd::kNone:
+    case RunEnd::kFailed:
+      break;
   }
-  return outcome;
+  return Outcome::kRefused;
 }
 
 Outcome PageDriver::Backup(const BackupWishes& job) {
@@ -180,7 +179,7 @@ Outcome PageDriver::Backup(const BackupWishes& job) {
                      ClickTo("FrmBackupMedia", "cmdNext", "frmfour");
   if (!ready || !Act(hands().Click("frmfour", "cmdNext"))) return Outcome::kRefused;
   archive_ = computer_.app()->session().gBackupBasePath + ".obk";
-  const Outcome outcome = Ending("Backup successfully completed", "Backup Process Aborted by User");
+  const Outcome outcome = Ending();
   if (job.ftp) return UploadEnding(outcome);
   return job.disc.empty() ? outcome : BurnEnding(outcome);
 }
@@ -190,7 +189,7 @@ Outcome PageDriver::QuickBackup() {
   const bool ready = ClickTo("FrmWelcome", "lblQuicklinks(0)", "frmfour");
   if (!ready || !Act(hands().Click("frmfour", "cmdNext"))) return Outcome::kRefused;
   archive_ = computer_.app()->session().gBackupBasePath + ".obk";
-  return Ending("Backup successfully completed", "Backup Process Aborted by User");
+  return Ending();
 }
 
 bool PageDriver::SelectFile(const RestoreWishes& job) {
@@ -219,7 +218,7 @@ Outcome PageDriver::Restore(const RestoreWishes& job) {
       !Act(hands().Click("frmRfour", "cmdNext"))) {
     return Outcome::kRefused;
   }
-  return Ending("Backup successfully restored", "Restore Process Aborted by User");
+  return Ending();
 }
 
 const ui::TreeView* PageDriver::ShowBackup(const std::string& file, const std::string& password) {

@@ -80,11 +80,10 @@ class PageDriver {
   bool ChooseFile(const std::string& path);
   bool AddAll(const std::string& root, const std::vector<std::string>& paths, bool folders);
   bool IsShown(const std::string& form);
-  // What the boxes since the start of the run say.
-  Outcome Ending(const std::string& good, const std::string& stopped);
+  // How the program says that its run ended.
+  Outcome Ending();
 
   RunningMachine& computer_;
-  size_t first_box_ = 0;
   std::string problem_;
   std::string archive_;
   int discs_ = 0;

@@ -70,7 +70,7 @@ class DiscBackup : public testing::Test {
   Outcome Backup(std::uint64_t part_size) {
     ui::HeadlessUi& screen = computer_->ui();
     screen.When([this] { return Running<frmFinish>() != nullptr; },
-                [this, part_size] { Running<frmFinish>()->disc_part_size = part_size; });
+                [this, part_size] { Running<frmFinish>()->run.disc_part_size = part_size; });
     screen.When([this] { return Running<FrmProcess>() != nullptr; },
                 [this] { parts_ = FilesBelow(HostPath("CDBackup")); });
     BackupWishes job;

@@ -5,7 +5,6 @@
 #include <ostream>
 
 #include "base/text.h"
-#include "play/hands.h"
 
 namespace quorvale {
 namespace {
@@ -84,33 +83,16 @@ ui::Answer ConsoleScreen::Ask() {
 
 void ConsoleScreen::OnPump() {
   if (computer_.app() == nullptr) return;
-  if (g_stop_requested != 0 && !stopping_) {
-    if (!CloseDelivery()) PressStop();
-  }
+  if (g_stop_requested != 0 && !stopping_) StopRun();
   if (terminal_.shows_progress) progress_.Draw(*computer_.app());
 }
 
-bool ConsoleScreen::CloseDelivery() {
-  ui::Form* delivery = computer_.app()->FindLoaded("FrmProcess");
-  if (delivery == nullptr || !delivery->Visible() || !delivery->on_close_request) return false;
-  g_stop_requested = 0;
-  delivery->on_close_request();
-  return true;
-}
-
-void ConsoleScreen::PressStop() {
-  const char* stop_buttons[][2] = {{"frmFinish", "Command2"}, {"frmRFinish", "cmdstop"}};
-  for (const auto& [form, button] : stop_buttons) {
-    if (computer_.app()->FindLoaded(form) == nullptr) continue;
-    std::string problem;
-    ui::Control* control = Hands(*computer_.app(), computer_.ui()).Reach(form, button, &problem);
-    if (control == nullptr) continue;
-    stopping_ = true;
-    control->Click();
-    stopping_ = false;
-    g_stop_requested = 0;
-    return;
-  }
+void ConsoleScreen::StopRun() {
+  RunPage* run = computer_.app()->CurrentRun();
+  if (run == nullptr) return;
+  stopping_ = true;
+  if (run->StopRun()) g_stop_requested = 0;
+  stopping_ = false;
 }
 
 }  // namespace quorvale

@@ -25,9 +25,8 @@ class ConsoleScreen {
   ui::Answer FixedAnswer(const std::string& question);
   ui::Answer Ask();
   void OnPump();
-  // Closes the window of an upload or a burn. False if there is none.
-  bool CloseDelivery();
-  void PressStop();
+  // Stops the run, or its delivery, and answers Yes to the question that comes of it.
+  void StopRun();
 
   RunningMachine& computer_;
   Terminal& terminal_;

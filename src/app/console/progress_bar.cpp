@@ -3,46 +3,12 @@
 #include <algorithm>
 #include <ostream>
 
-#include "base/text.h"
-#include "platform/ui/controls.h"
-#include "play/hands.h"
-
 namespace quorvale {
 namespace {
 
 constexpr int kBarCells = 20;
 constexpr int kWidth = 79;
 constexpr auto kPause = std::chrono::milliseconds(100);
-
-// What shows how far a run is. The first one that is on the screen counts.
-struct RunPage {
-  const char* form;
-  const char* bar;
-  const char* status;
-};
-constexpr RunPage kRunPages[] = {{"FrmProcess", "prgStatus", "lblStatus"},
-                                 {"frmFinish", "pbCurrent", "lblCurrent"},
-                                 {"frmRFinish", "pbCurrent", "lblCurrent"}};
-
-const RunPage* PageOnScreen(Application& app) {
-  for (const RunPage& page : kRunPages) {
-    const ui::Form* form = app.FindLoaded(page.form);
-    if (form != nullptr && IsOnScreen(*form)) return &page;
-  }
-  return nullptr;
-}
-
-int Percent(const ui::Form& form, const char* name) {
-  const ui::Control* control = form.FindControl(name);
-  if (control == nullptr || control->kind() != ui::ControlKind::kProgressBar) return 0;
-  const ui::ProgressBar& bar = static_cast<const ui::ProgressBar&>(*control);
-  return bar.maximum > 0 ? std::clamp(bar.value * 100 / bar.maximum, 0, 100) : 0;
-}
-
-bool IsShown(const ui::Form& form, const char* name) {
-  const ui::Control* control = form.FindControl(name);
-  return control != nullptr && control->IsShown();
-}
 
 // The first `columns` characters; a character counts as one column.
 std::string Cut(const std::string& text, int columns) {
@@ -57,31 +23,25 @@ std::string Cut(const std::string& text, int columns) {
 
 }  // namespace
 
-std::string ProgressText(Application& app, int width) {
-  const RunPage* page = PageOnScreen(app);
-  if (page == nullptr) return "";
-  const ui::Form* form = app.FindLoaded(page->form);
-  const int percent = Percent(*form, page->bar);
+std::string ProgressText(const RunProgress& progress, int width) {
+  const int percent = std::clamp(progress.percent, 0, 100);
   const int cells = percent * kBarCells / 100;
   std::string line = "[" + std::string(static_cast<size_t>(cells), '#') +
                      std::string(static_cast<size_t>(kBarCells - cells), '.') + "] " +
                      std::to_string(percent) + "% ";
-  if (IsShown(*form, "prbGlobalProgress")) {
-    line += "(" + std::to_string(Percent(*form, "prbGlobalProgress")) + "%) ";
+  if (progress.archive_percent) {
+    line += "(" + std::to_string(*progress.archive_percent) + "%) ";
   }
-  const ui::Control* status = form->FindControl(page->status);
-  if (status == nullptr) return line;
-  const std::string prefix = "Current Progress: ";
-  std::string text = ShownLine(*status);
-  if (text.starts_with(prefix)) text.erase(0, prefix.size());
-  return line + Cut(text, width - static_cast<int>(line.size()));
+  return line + Cut(progress.doing, width - static_cast<int>(line.size()));
 }
 
 void ProgressBarLine::Draw(Application& app) {
   const auto now = std::chrono::steady_clock::now();
   if (now - last_ < kPause) return;
-  const std::string line = ProgressText(app, kWidth);
-  if (line.empty() || line == drawn_) return;
+  const RunPage* run = app.CurrentRun();
+  if (run == nullptr) return;
+  const std::string line = ProgressText(run->Progress(), kWidth);
+  if (line == drawn_) return;
   last_ = now;
   // Back to the start of the line, and away with what stands behind the new text.
   out_ << '\r' << line << "\x1b[K" << std::flush;

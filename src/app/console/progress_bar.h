@@ -13,7 +13,7 @@ class ProgressBarLine {
  public:
   explicit ProgressBarLine(std::ostream& out) : out_(out) {}
 
-  // Draws what the run page shows now, at most ten times a second; nothing if no run page is up.
+  // Draws how far the present run is, at most ten times a second; nothing if there is none.
   void Draw(Application& app);
   // Takes the line away, so that other text can be written.
   void Clear();
@@ -24,8 +24,8 @@ class ProgressBarLine {
   std::chrono::steady_clock::time_point last_{};
 };
 
-// The line itself: phase bar and percentage, the percentage of the archive operation if its bar is
-// shown, and as much of the status text as `width` columns take. "" if no run page is on screen.
-std::string ProgressText(Application& app, int width);
+// The line itself: bar and percentage, the percentage of the archive operation if there is one, and
+// as much of what is done as `width` columns take.
+std::string ProgressText(const RunProgress& progress, int width);
 
 }  // namespace quorvale

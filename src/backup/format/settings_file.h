@@ -64,11 +64,5 @@ void SaveJobState(Program& program, const std::string& path, const HandOver& han
 void SaveTreeState(Program& program, const std::string& path, const HandOver& hand_over);
 void WriteRestartSettings(Program& program, const std::string& path, const HandOver& hand_over);
 void SaveScheduleState(Program& program, const std::string& path, const HandOver& hand_over);
-// Logs for the log page; an existing one is replaced.
-// Both kinds of log of a job stand in one file, the later in place of the earlier.
-std::string BackupLogPath(const Program& program);
-void WriteReviewLog(Program& program, const std::string& path);
-void WriteRunLog(Program& program, const std::string& path,
-                 const std::vector<std::string>& skipped);
 
 }  // namespace quorvale

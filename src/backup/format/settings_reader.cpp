@@ -3,6 +3,7 @@
 
 #include "backup/format/settings_file.h"
 #include "backup/format/settings_items.h"
+#include "core/program/program.h"
 #include "discovery/products/product_table.h"
 
 namespace quorvale {
@@ -132,6 +133,12 @@ bool ParseSettings(std::string_view text, SettingsFile* settings) {
     ParseMainChild(line, &text, settings);
   }
   return found;
+}
+
+bool ReadSettingsFile(Program& program, const std::string& path, SettingsFile* settings) {
+  *settings = SettingsFile();
+  const std::optional<std::string> bytes = program.files().ReadWhole(path);
+  return bytes && ParseSettings(program.platform().system.FromAnsi(*bytes), settings);
 }
 
 }  // namespace quorvale

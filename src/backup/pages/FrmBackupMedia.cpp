@@ -5,6 +5,7 @@
 
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
+#include "backup/run/ftp_delivery.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
@@ -17,7 +18,6 @@ namespace {
 constexpr char kDefaultPort[] = "21";
 constexpr double kBytesPerMegabyte = 1048576;
 constexpr double kOrdinaryDiscMegabytes = 650;
-constexpr double kHighestPort = 65535;
 
 bool IsNumeric(const std::string& text) {
   return text.find_first_not_of("0123456789") == std::string::npos;
@@ -25,11 +25,6 @@ bool IsNumeric(const std::string& text) {
 
 int DiscsNeeded(double megabytes, double capacity) {
   return static_cast<int>(std::ceil(megabytes / capacity));
-}
-
-std::string WithoutScheme(const std::string& host) {
-  const std::string start = FoldCase(host.substr(0, 6));
-  return start == "ftp://" || start == "ftp:\\\\" ? host.substr(6) : host;
 }
 
 }  // namespace
@@ -173,20 +168,22 @@ void FrmBackupMedia::cboDrives_Click() {
 bool FrmBackupMedia::Connect(const std::string& host, const std::string& port,
                              const std::string& user, const std::string& password) {
   FtpClient& ftp = app_.platform().ftp;
-  if (!OpenServer(host, port, user, password)) return false;
-  return !ftp.CurrentFolder().empty() && ftp.ChangeFolder(TxtRemoteDir.text);
+  FtpServer server = Server();
+  server.host = host;
+  server.port = port;
+  server.user = user;
+  server.password = password;
+  if (!OpenServer(ftp, server)) return false;
+  return !ftp.CurrentFolder().empty() && ftp.ChangeFolder(server.folder);
 }
 
-bool FrmBackupMedia::OpenServer(const std::string& host, const std::string& port,
-                                const std::string& user, const std::string& password) {
-  FtpClient& ftp = app_.platform().ftp;
-  if (ftp.State() == FtpState::kConnected) ftp.Disconnect();
-  if (ftp.State() != FtpState::kIdle) return false;
-  const double number = Val(port);
-  if (number < 1 || number > kHighestPort) return false;
-  const bool anonymous = ChkAnonymous.value == 1;
-  return ftp.Connect(WithoutScheme(host), static_cast<int>(number), anonymous ? "anonymous" : user,
-                     anonymous ? "guest" : password);
+FtpServer FrmBackupMedia::Server() const {
+  return {.host = Trim(TxtHostname.text.get()),
+          .port = Trim(TxtPort.text.get()),
+          .user = Trim(TxtUserName.text.get()),
+          .password = Trim(TxtPassword.text.get()),
+          .folder = TxtRemoteDir.text,
+          .anonymous = ChkAnonymous.value == 1};
 }
 
 bool FrmBackupMedia::IsLoaded() const {
@@ -241,14 +238,13 @@ bool FrmBackupMedia::FtpFieldsAreUsable() {
 }
 
 // The window stays alive meanwhile, so that the user can leave the page: that ends the test.
-bool FrmBackupMedia::TestConnection() {
+bool FrmBackupMedia::TestConnection(const FtpServer& server) {
   FtpClient& ftp = app_.platform().ftp;
   ftp.Listen({.progress = nullptr, .reply = nullptr, .keep_going = [this] {
                 app_.Pump();
                 return IsLoaded();
               }});
-  const bool connected = Connect(Trim(TxtHostname.text.get()), Trim(TxtPort.text.get()),
-                                 Trim(TxtUserName.text.get()), Trim(TxtPassword.text.get()));
+  const bool connected = Connect(server.host, server.port, server.user, server.password);
   ftp.Listen({});
   return connected;
 }
@@ -256,7 +252,8 @@ bool FrmBackupMedia::TestConnection() {
 bool FrmBackupMedia::CheckFtp() {
   if (!FtpFieldsAreUsable()) return false;
   EnableButtons(false);
-  const bool connected = TestConnection();
+  const FtpServer server = Server();
+  const bool connected = TestConnection(server);
   if (!IsLoaded()) return false;
   if (!connected) {
     app_.Inform(
@@ -268,8 +265,10 @@ bool FrmBackupMedia::CheckFtp() {
     TxtHostname.SetFocus();
     return false;
   }
-  app_.session().gMediaFtp = true;
-  app_.session().gMediaDisc = false;
+  Session& session = app_.session();
+  session.ftp_server = server;
+  session.gMediaFtp = true;
+  session.gMediaDisc = false;
   return true;
 }
 
@@ -289,6 +288,7 @@ bool FrmBackupMedia::CheckDisc() {
     app_.Inform("Total of " + std::to_string(count) + "  CD required");
   }
   session.gMediaDiscCount = count;
+  session.disc_drive = cboDrives.list_index >= 0 ? cboDrives.ItemData(cboDrives.list_index) : -1;
   session.gMediaFtp = false;
   session.gMediaDisc = true;
   return true;

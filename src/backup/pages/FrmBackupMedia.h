@@ -19,11 +19,6 @@ class FrmBackupMedia : public ui::Form {
   // Connects to the FTP server and changes to the remote folder. True if both worked.
   bool Connect(const std::string& host, const std::string& port, const std::string& user,
                const std::string& password);
-  // Closes the connection that is open, if there is one, and opens one to the server: what Connect
-  // and the delivery have in common. The host may have "ftp://" before it; an anonymous user takes
-  // the place of the one that is given.
-  bool OpenServer(const std::string& host, const std::string& port, const std::string& user,
-                  const std::string& password);
 
   void cmdNext_Click();
   void cmdBack_Click();
@@ -68,7 +63,9 @@ class FrmBackupMedia : public ui::Form {
   bool CheckMedia();
   bool FtpFieldsAreUsable();
   bool CheckFtp();
-  bool TestConnection();
+  // The server that the fields name.
+  FtpServer Server() const;
+  bool TestConnection(const FtpServer& server);
   // False once the page or the program went away while messages were handled.
   bool IsLoaded() const;
   bool CheckDisc();

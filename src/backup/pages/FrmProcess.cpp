@@ -1,34 +1,40 @@
 #include "backup/pages/FrmProcess.h"
 
 #include <algorithm>
-#include <cmath>
-
-#include "backup/pages/FrmBackupMedia.h"
-#include "backup/pages/frmOne.h"
-#include "base/paths.h"
-#include "base/text.h"
-#include "logs/run/pathLogger.h"
 
 namespace quorvale {
 namespace {
 
-constexpr double kBytesPerMegabyte = 1048576;
 constexpr int kReadingPause = 1000;  // milliseconds in which a person reads the status
 
 // How often the drives are asked for before the work is given up.
 constexpr int kInitialiseAttempts = 3;
 
-// What one server says where the folder does not exist. Others have other words.
-constexpr char kNoSuchFolder[] = "550 sdds: The system cannot find the file specified.";
-constexpr char kTransferComplete[] = "226 Transfer complete.";
-
 }  // namespace
 
-FrmProcess::FrmProcess(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+FrmProcess::FrmProcess(Application& app)
+    : ui::Form(app.ui(), kName),
+      app_(app),
+      upload_(app.platform().ftp, UploadEvents()),
+      discs_(app) {
   LayOut();
   Timer1.on_timer = [this] { Timer1_Timer(); };
   TimerStart.on_timer = [this] { TimerStart_Timer(); };
   on_close_request = [this] { EndDialog(); };
+}
+
+FrmProcess::~FrmProcess() { app_.EndRun(*this); }
+
+void FrmProcess::Unload() { app_.EndRun(*this); }
+
+RunProgress FrmProcess::Progress() const {
+  return {.percent = prgStatus.value, .archive_percent = std::nullopt, .doing = lblStatus.caption};
+}
+
+bool FrmProcess::StopRun() {
+  if (!Visible()) return false;
+  EndDialog();
+  return true;
 }
 
 void FrmProcess::LayOut() {
@@ -49,6 +55,7 @@ void FrmProcess::Load() {
   mNextDiscPending = false;
   mAborted = false;
   prgStatus.value = 0;
+  app_.BeginRun(*this);
   if (session.gMediaFtp) {
     SetCaption("Uploading to FTP");
     LblHeading.caption = "Uploading Please wait....";
@@ -88,57 +95,34 @@ void FrmProcess::EndDialog() {
 
 // --- Upload -------------------------------------------------------------------------------------
 
-bool FrmProcess::Connect() {
-  FrmBackupMedia& media = app_.Get<FrmBackupMedia>();
-  if (!media.OpenServer(Trim(media.TxtHostname.text.get()), Trim(media.TxtPort.text.get()),
-                        Trim(media.TxtUserName.text.get()), Trim(media.TxtPassword.text.get()))) {
-    return false;
-  }
-  app_.platform().ftp.CurrentFolder();
-  return true;
+bool FrmProcess::Connect() { return upload_.Connect(app_.session().ftp_server); }
+
+FtpEvents FrmProcess::UploadEvents() {
+  return {.progress = [this](int percent) { prgStatus.value = std::clamp(percent, 0, 100); },
+          .reply = [this](const std::string& line) { lblStatus.caption = line; },
+          .keep_going =
+              [this] {
+                app_.Pump();
+                return Going();
+              }};
 }
 
 void FrmProcess::Upload() {
-  FtpClient& ftp = app_.platform().ftp;
-  FrmBackupMedia& media = app_.Get<FrmBackupMedia>();
-  folder_is_invalid_ = false;
-  transfer_is_told_ = false;
-  ftp.Listen({.progress = [this](int percent) { prgStatus.value = std::clamp(percent, 0, 100); },
-              .reply = [this](const std::string& line) { ServerReplied(line); },
-              .keep_going =
-                  [this] {
-                    app_.Pump();
-                    return Going();
-                  }});
-  if (Trim(media.TxtRemoteDir.text.get()).empty()) media.TxtRemoteDir.text = "/";
-  const bool sent = Connect() && SendFile(media);
-  app_.session().gDelivered = sent;
-  ftp.Listen({});
-  ftp.Disconnect();
+  Session& session = app_.session();
+  const FtpDeliveryResult result =
+      upload_.Send(session.ftp_server, session.gDeliverySource, session.gBackupName + ".obk");
+  session.gDelivered = result.sent;
   if (!Going()) return;
-  if (folder_is_invalid_) app_.Inform("Folder name is invalid");
-  if (sent && transfer_is_told_) return EndDialog();
-  if (sent) app_.Inform("Transfer completed");
+  if (result.no_folder) app_.Inform("Folder name is invalid");
+  if (result.sent && result.told_complete) return EndDialog();
+  if (result.sent) app_.Inform("Transfer completed");
   Hide();
-}
-
-bool FrmProcess::SendFile(FrmBackupMedia& media) {
-  FtpClient& ftp = app_.platform().ftp;
-  if (!ftp.ChangeFolder(media.TxtRemoteDir.text)) return false;
-  const std::string remote_name = app_.Get<frmOne>().txtBackupname.text.get() + ".obk";
-  return ftp.Send(app_.session().gDeliverySource, remote_name);
-}
-
-void FrmProcess::ServerReplied(const std::string& line) {
-  lblStatus.caption = line;
-  if (line == kNoSuchFolder) folder_is_invalid_ = true;
-  if (line == kTransferComplete) transfer_is_told_ = true;
 }
 
 // --- Discs --------------------------------------------------------------------------------------
 
 std::string FrmProcess::ConvertBytesToMBString(std::uint64_t bytes) {
-  return std::to_string(std::llround(static_cast<double>(bytes) / kBytesPerMegabyte));
+  return std::to_string(WholeMegabytes(bytes));
 }
 
 int FrmProcess::GetFilesInFolder(const std::string& folder, std::vector<std::string>* names) {
@@ -148,10 +132,7 @@ int FrmProcess::GetFilesInFolder(const std::string& folder, std::vector<std::str
 
 void FrmProcess::giveZipFiles(const std::string& folder) {
   app_.Pump();
-  pathLogger walk(app_.platform().files, [this] { app_.Pump(); });
-  walk.fullFileNamesOnly = true;
-  walk.LogPath(folder);
-  mFiles = walk.fullFileNames().entries();
+  mFiles = discs_.Parts(folder);
   mDiscIndex = 0;
   WriteDiscFile(FileAt(mDiscIndex));
   if (mFiles.empty()) EndDialog();
@@ -166,62 +147,58 @@ void FrmProcess::WriteDiscFile(const std::string& path) {
     Timer1.enabled = false;
     return;
   }
-  while (Going()) {
-    if (!DriveIsReady()) return EndDialog();
-    if (MediumHasRoom(path)) return Burn(path);
-    if (!AskForAnotherMedium()) {
-      app_.Inform("CD writting aborted");
-      return EndDialog();
-    }
-  }
+  if (FindMedium(path)) return Burn(path);
+  EndDialog();
 }
 
-bool FrmProcess::DriveIsReady() {
-  DiscWriter& discs = app_.platform().discs;
+bool FrmProcess::FindMedium(const std::string& path) {
   int attempts = 0;
-  while (!discs.Initialise()) {
-    app_.Inform("Drives Cannot be initialized...Contact support!");
-    if (++attempts == kInitialiseAttempts || !Going()) return false;
+  while (Going()) {
+    switch (discs_.FindRoom(path)) {
+      case DiscDelivery::Room::kEnough:
+        return true;
+      case DiscDelivery::Room::kNoWriter:
+        app_.Inform("Drives Cannot be initialized...Contact support!");
+        if (++attempts == kInitialiseAttempts) return false;
+        break;
+      case DiscDelivery::Room::kDriveRefused:
+        app_.Inform("Select a different drive...could not open selected drive!");
+        return false;
+      case DiscDelivery::Room::kTooLittle:
+        attempts = 0;
+        if (AskForAnotherMedium()) break;
+        app_.Inform("CD writting aborted");
+        return false;
+    }
   }
-  const ui::ComboBox& drives = app_.Get<FrmBackupMedia>().cboDrives;
-  const bool chosen = drives.list_index >= 0;
-  if (chosen && discs.Open(drives.ItemData(drives.list_index))) return true;
-  app_.Inform("Select a different drive...could not open selected drive!");
   return false;
 }
 
-bool FrmProcess::MediumHasRoom(const std::string& path) {
-  DiscWriter& discs = app_.platform().discs;
-  const auto file = app_.platform().files.Stat(path);
-  const std::uint64_t free_bytes = discs.MediumLoaded() ? discs.FreeBytes() : 0;
-  // A small file has no whole megabyte, and neither has a drive without a medium.
-  if (!file || free_bytes == 0) return false;
-  return Val(ConvertBytesToMBString(free_bytes)) >= Val(ConvertBytesToMBString(file->size));
-}
-
 bool FrmProcess::AskForAnotherMedium() {
-  app_.platform().discs.Eject();
+  discs_.Eject();
   mAborted = !app_.Ask("Please enter a writable CD/DVD. Do you want to continue..");
   return !mAborted;
 }
 
+DiscEvents FrmProcess::BurnEvents() {
+  return {.file_added = [this] { ShowStatus("Adding backup file..."); },
+          .write_started = [this] { ShowStatus("Preparing to write..."); },
+          .progress =
+              [this](std::uint64_t done, std::uint64_t total) {
+                lblStatus.caption = "Writting tracks...";
+                if (total == 0) return;
+                prgStatus.value = static_cast<int>(std::min(done, total) * 100 / total);
+              },
+          .keep_going =
+              [this] {
+                app_.Pump();
+                return Going();
+              }};
+}
+
 void FrmProcess::Burn(const std::string& path) {
   prgStatus.value = 0;
-  const DiscEvents events = {.file_added = [this] { ShowStatus("Adding backup file..."); },
-                             .write_started = [this] { ShowStatus("Preparing to write..."); },
-                             .progress =
-                                 [this](std::uint64_t done, std::uint64_t total) {
-                                   lblStatus.caption = "Writting tracks...";
-                                   if (total > 0)
-                                     prgStatus.value =
-                                         static_cast<int>(std::min(done, total) * 100 / total);
-                                 },
-                             .keep_going =
-                                 [this] {
-                                   app_.Pump();
-                                   return Going();
-                                 }};
-  const bool written = app_.platform().discs.Burn(path, FileNameOf(path), events);
+  const bool written = discs_.Burn(path, BurnEvents());
   if (!Going()) return;
   if (written) return DiscWritten();
   app_.Inform("Disc Write could not be started");
@@ -232,8 +209,9 @@ void FrmProcess::DiscWritten() {
   ShowStatus("Writting Completed...");
   app_.platform().system.Sleep(kReadingPause);
   ShowStatus("Ejecting Disk...");
-  app_.platform().discs.Eject();
+  discs_.Eject();
   ++mDiscIndex;
+  app_.session().discs_written = mDiscIndex;
   if (FileAt(mDiscIndex).empty()) {
     app_.session().gDelivered = true;
     return EndDialog();

@@ -9,21 +9,25 @@
 #include <string>
 #include <vector>
 
+#include "backup/run/disc_delivery.h"
+#include "backup/run/ftp_delivery.h"
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class FrmBackupMedia;
-
-class FrmProcess : public ui::Form {
+class FrmProcess : public ui::Form, public RunPage {
  public:
   static constexpr char kName[] = "FrmProcess";
   explicit FrmProcess(Application& app);
+  ~FrmProcess() override;
   // Sets the dialog up by gMediaFtp and starts the work as soon as the dialog is up.
   void Load() override;
+  void Unload() override;
+  RunProgress Progress() const override;
+  bool StopRun() override;
 
-  // Connects to the server that the media page names.
+  // Connects to the job's server.
   bool Connect();
   // Whole megabytes.
   static std::string ConvertBytesToMBString(std::uint64_t bytes);
@@ -50,8 +54,6 @@ class FrmProcess : public ui::Form {
   bool mAborted = false;            // the user refused to insert a further disc
 
  private:
-  enum class Room { kEnough, kTooSmall, kNoDrive };
-
   void LayOut();
   void ShowStatus(const std::string& text);
   // False once the work has to end: the dialog is gone, or the program ends.
@@ -59,22 +61,20 @@ class FrmProcess : public ui::Form {
   void EndDialog();
 
   void Upload();
-  // Changes to the folder and sends the file. True if the server has the whole file.
-  bool SendFile(FrmBackupMedia& media);
-  void ServerReplied(const std::string& line);
+  FtpEvents UploadEvents();
 
-  // Why there is no disc to write to is told by a message.
-  bool DriveIsReady();
-  bool MediumHasRoom(const std::string& path);
+  // Finds a medium for the file, with the user's help. False if there is none, which was told.
+  bool FindMedium(const std::string& path);
   bool AskForAnotherMedium();
+  DiscEvents BurnEvents();
   void Burn(const std::string& path);
   void DiscWritten();
   // The file of this number, from 0; "" if there is none.
   std::string FileAt(int index) const;
 
   Application& app_;
-  bool folder_is_invalid_ = false;  // the server said so
-  bool transfer_is_told_ = false;   // the server said that the transfer is complete
+  FtpDelivery upload_;
+  DiscDelivery discs_;
 };
 
 }  // namespace quorvale

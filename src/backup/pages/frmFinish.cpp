@@ -1,50 +1,71 @@
 #include "backup/pages/frmFinish.h"
 
-#include "backup/format/settings_file.h"
-#include "backup/pages/FrmBackupMedia.h"
+#include <algorithm>
+#include <iterator>
+
 #include "backup/pages/FrmProcess.h"
 #include "backup/pages/frmOne.h"
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
 #include "base/paths.h"
-#include "base/text.h"
 #include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
-#include "discovery/products/watched_programs.h"
 
 namespace quorvale {
 namespace {
 
-constexpr char kTaking[] = "Current Progress: Taking Backup of ";
+constexpr char kTaking[] = "Taking Backup of ";
 constexpr char kAborted[] = "Backup Process Aborted by User";
-constexpr char kOutlookProgram[] =
-    "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\OUTLOOK.EXE";
-constexpr char kSearchService[] = "WSearch";
 
-// The registry editor gets this long to start before the next item.
-constexpr int kExportPause = 100;  // milliseconds
-
-// A Zip entry's name has a length field of 16 bits.
-constexpr size_t kLongestEntryName = 65535;
-
-// Where one phase's bar stands.
-constexpr int kMailPercent = 20;
-constexpr int kOutlookPercent = 30;
-constexpr int kBrowserPercent = 40;
-constexpr int kOtherPercent = 50;
-constexpr int kCompressPercent = 60;
 constexpr int kCleanUpPercent = 90;
 constexpr int kDonePercent = 100;
 
-std::string AllOf(const std::string& folder) { return WithBackslash(folder) + "*.*"; }
+// How a phase is shown: where its bar stands, and its words.
+struct PhaseLook {
+  BackupPhase phase;
+  int percent;
+  const char* words;
+  const char* item_words;  // before the path of an item
+};
+constexpr PhaseLook kPhaseLooks[] = {
+    {BackupPhase::kWindowsMail, 20, "Taking Backup of Windows Mail Items...",
+     "Windows Mail Items..."},
+    {BackupPhase::kOutlookExpress, 20, "Taking Backup of Outlook Express Items...",
+     "Outlook Express Items..."},
+    {BackupPhase::kOutlook, 30, "Taking Backup of Microsoft Outlook Items...",
+     "Microsoft Outlook Items..."},
+    {BackupPhase::kBrowser, 40, "Taking Backup of Internet Explorer Settings...",
+     "Internet Explorer Items..."},
+    {BackupPhase::kOtherFiles, 50, "Taking Backup of Other Folders...", ""},
+    {BackupPhase::kSettling, 60, "Compressing all the Data Files... ", ""},
+    {BackupPhase::kArchive, 60, "Compressing all the Data Files... ", ""},
+};
+
+const PhaseLook& LookOf(BackupPhase phase) {
+  const auto found = std::find_if(std::begin(kPhaseLooks), std::end(kPhaseLooks),
+                                  [phase](const PhaseLook& look) { return look.phase == phase; });
+  return *found;
+}
+
+RunEnd EndOf(BackupOutcome outcome) {
+  switch (outcome) {
+    case BackupOutcome::kDone:
+      return RunEnd::kDone;
+    case BackupOutcome::kStopped:
+      return RunEnd::kStopped;
+    case BackupOutcome::kNoSpace:
+    case BackupOutcome::kFailed:
+      break;
+  }
+  return RunEnd::kFailed;
+}
 
 }  // namespace
 
-frmFinish::frmFinish(Application& app)
-    : ui::Form(app.ui(), kName), archive(app.platform()), app_(app) {
+frmFinish::frmFinish(Application& app) : ui::Form(app.ui(), kName), run(app, Events()), app_(app) {
   LayOut();
   WireEvents();
   ResetRunPage();
@@ -80,32 +101,52 @@ void frmFinish::WireEvents() {
   cmdNext.on_click = [this] { cmdNext_Click(); };
   Timer1.on_timer = [this] { Timer1_Timer(); };
   OpenHelpOnF1(app_, *this, "qvlBackup.htm");
-  archive.on_before_file = [this](zip::BeforeFile& file) { NameEntry(file); };
-  archive.on_file_progress = [this](int percent) {
-    prbGlobalProgress.value = percent;
-    Pump();
-    LblCurrentFileinProgress.caption = "";
-  };
-  archive.on_total_progress = [this](int percent) {
-    Pump();
-    if (archive.current_operation() == zip::Operation::kUnzipping) {
-      prbGlobalProgress.value = percent;
-    }
-  };
 }
+
+BackupEvents frmFinish::Events() {
+  return {.phase = [this](BackupPhase phase) { ShowPhase(phase); },
+          .item = [this](const BackupItem& item) { ShowItem(item); },
+          .item_done = [this](const BackupItem& item) { ShowItemDone(item); },
+          .file =
+              [this](const std::string& source) {
+                lblStatus.caption = "Moving: " + app_.platform().files.ShortPath(source) + "...";
+              },
+          .folder_refused = [this](const std::string& path) { TellFolderRefused(app_, path); },
+          .archive_file = [this](const std::string& source) { ShowArchiveFile(source); },
+          .archive_percent = [this](int percent) { ShowArchivePercent(percent); },
+          .archive_total = nullptr,
+          .keep_going = [this] { return KeepGoing(); }};
+}
+
+frmFinish::~frmFinish() { app_.EndRun(*this); }
 
 void frmFinish::Load() { page_layout::HostPage(app_, *this); }
 
 void frmFinish::Unload() {
   if (!app_.session().gBackupZipBusy) return;
   mStop = true;
-  archive.abort = true;
+  run.archive.abort = true;
+}
+
+RunProgress frmFinish::Progress() const {
+  RunProgress progress;
+  if (pbCurrent.maximum > 0) progress.percent = pbCurrent.value * 100 / pbCurrent.maximum;
+  if (prbGlobalProgress.visible) progress.archive_percent = prbGlobalProgress.value;
+  progress.doing = doing_;
+  return progress;
+}
+
+bool frmFinish::StopRun() {
+  if (!Command2.enabled || !Visible()) return false;
+  Command2.Click();
+  return true;
 }
 
 void frmFinish::ResetRunPage() {
   cmdNext.enabled = false;
   Command2.enabled = false;
   lblCurrent.caption = "Initializing...";
+  doing_ = "Initializing...";
   Label7.caption = "Copy Progress";
   pbCurrent.value = 0;
   prbGlobalProgress.value = 0;
@@ -114,19 +155,20 @@ void frmFinish::ResetRunPage() {
 
 void frmFinish::Timer1_Timer() {
   Timer1.enabled = false;
-  Pump();
+  app_.Pump();
   Refresh();
   TAKEALLBACKUP();
 }
 
-void frmFinish::Pump() {
+bool frmFinish::KeepGoing() {
   app_.Pump();
-  if (Stopping()) archive.abort = true;
+  return !Stopping();
 }
 
 bool frmFinish::Stopping() const { return mStop || app_.Ended(); }
 
 void frmFinish::DisableInterface() {
+  app_.BeginRun(*this);
   app_.session().gBackupZipBusy = true;
   prbGlobalProgress.visible = false;
   LblCompressProgress.visible = false;
@@ -134,6 +176,7 @@ void frmFinish::DisableInterface() {
 }
 
 void frmFinish::EnableInterface() {
+  app_.EndRun(*this);
   app_.session().gBackupZipBusy = false;
   SetEnabled(true);
   Command2.enabled = false;
@@ -171,7 +214,7 @@ void frmFinish::Command2_Click() {
   Label7.visible = false;
   mStop = true;
   app_.session().gStopRequested = true;
-  archive.abort = true;
+  run.archive.abort = true;
   app_.Pump();
   if (!app_.Ended()) app_.page_host().EnableSideButtons(true);
 }
@@ -179,83 +222,80 @@ void frmFinish::Command2_Click() {
 // --- The run ------------------------------------------------------------------------------------
 
 void frmFinish::TAKEALLBACKUP() {
-  Session& session = app_.session();
   destination_ = app_.Get<FrmTwo>().txtpath.text;
   if (!destination_.empty()) KillFolder(WithBackslash(destination_) + "CDBackup");
-  archive.ResetDefaults();
-  archive.archive_name.clear();
-  archive.files_to_process.clear();
-  session.gFileCollection.Clear();
-  Pump();
-  mSkipped.clear();
-  archive_made_ = false;
+  app_.Pump();
   DisableInterface();
-  session.gBackupProcessName = kMainBackup;
+  app_.session().gBackupProcessName = kMainBackup;
   Command2.enabled = true;
-
-  RunItemPhases();
-  bool made = false;
   if (!Stopping()) {
-    SetPhase(kCompressPercent, "Current Progress: Compressing all the Data Files... ");
-    app_.registry_editor().WaitForRuns();
-    if (!Stopping()) made = CompressStage(session.gBackupBasePath);
+    pbCurrent.maximum = kDonePercent;
+    pbCurrent.value = 0;
   }
-  if (made && !Stopping()) {
-    SetPhase(kCleanUpPercent, "Current Progress: Removing Temporary Files ... ");
-    Pump();
+  BackupResult result = run.Run();
+  if (result.component) EndArchiveStage(&result);
+  if (result.outcome == BackupOutcome::kDone && !Stopping()) {
+    pbCurrent.value = kCleanUpPercent;
+    ShowDoing("Removing Temporary Files ... ");
+    app_.Pump();
   }
-  if (Stopping()) return EndStoppedRun();
-  if (!made) return EndFailedRun();
-  EndGoodRun();
+  // Stop counts until the run is told to be over.
+  if (Stopping()) result.outcome = BackupOutcome::kStopped;
+  EndRun(result);
 }
 
-void frmFinish::SetPhase(int percent, const std::string& text) {
-  pbCurrent.value = percent;
-  lblCurrent.caption = text;
+void frmFinish::ShowDoing(const std::string& words) {
+  lblCurrent.caption = "Current Progress: " + words;
+  doing_ = words;
 }
 
-void frmFinish::RunItemPhases() {
-  if (Stopping()) return;
-  pbCurrent.maximum = kDonePercent;
-  pbCurrent.value = 0;
-  if (app_.session().gOSName == kWindowsVista) {
-    SetPhase(kMailPercent, std::string(kTaking) + "Windows Mail Items...");
-    BackupWindowsMailItems();
+void frmFinish::ShowPhase(BackupPhase phase) {
+  const PhaseLook& look = LookOf(phase);
+  pbCurrent.value = look.percent;
+  ShowDoing(look.words);
+  if (phase < BackupPhase::kOtherFiles) return;
+  const bool other = phase == BackupPhase::kOtherFiles;
+  Label7.visible = other;
+  Frame3.visible = other;
+  if (phase == BackupPhase::kArchive) ShowArchiveBars();
+}
+
+// The browser's items are shown as they begin, those of the mail programs when they are over.
+void frmFinish::ShowItem(const BackupItem& item) {
+  if (item.phase == BackupPhase::kOtherFiles) return ShowOtherItem(item);
+  if (item.phase == BackupPhase::kBrowser) ShowItemDone(item);
+}
+
+void frmFinish::ShowItemDone(const BackupItem& item) {
+  ShowDoing(kTaking + (LookOf(item.phase).item_words + item.path));
+}
+
+void frmFinish::ShowOtherItem(const BackupItem& item) {
+  const std::string name = EntryOfItem(item.path, item.key, app_.session().gOSName).name;
+  std::string shown = item.key;
+  if (name == "Other Files\\My Desktop Files") {
+    shown = "Desktop";
+  } else if (name.starts_with("Other Files\\")) {
+    shown = FileNameOf(name);
   }
-  if (Stopping()) return;
-  SetPhase(kMailPercent, std::string(kTaking) + "Outlook Express Items...");
-  BackupOutlookExpressItems();
-  if (Stopping()) return;
-  RunOutlookPhase();
-  if (Stopping()) return;
-  SetPhase(kBrowserPercent, std::string(kTaking) + "Internet Explorer Settings...");
-  Pump();
-  BackupInternetExplorerItems();
-  if (Stopping()) return;
-  RunOtherFoldersPhase();
+  ShowDoing(kTaking + shown + "...");
 }
 
-void frmFinish::RunOutlookPhase() {
-  SetPhase(kOutlookPercent, std::string(kTaking) + "Microsoft Outlook Items...");
-  Pump();
-  if (app_.registry().store().KeyExists(RegistryRoot::kLocalMachine, kOutlookProgram)) {
-    BackupOutlookItems();
+void frmFinish::EndRun(const BackupResult& result) {
+  app_.EndRun(*this, EndOf(result.outcome));
+  switch (result.outcome) {
+    case BackupOutcome::kDone:
+      return EndGoodRun(result);
+    case BackupOutcome::kStopped:
+      return EndStoppedRun(result);
+    case BackupOutcome::kNoSpace:
+    case BackupOutcome::kFailed:
+      return EndFailedRun(result);
   }
 }
 
-void frmFinish::RunOtherFoldersPhase() {
-  SetPhase(kOtherPercent, std::string(kTaking) + "Other Folders...");
-  Label7.visible = true;
-  Frame3.visible = true;
-  Pump();
-  BackupOtherItems();
-  Label7.visible = false;
-  Frame3.visible = false;
-}
-
-void frmFinish::EndGoodRun() {
-  Session& session = app_.session();
-  if (session.gMediaDisc) KillFolder(WithBackslash(destination_) + "CDBackup");
+void frmFinish::EndGoodRun(const BackupResult& result) {
+  if (app_.session().gMediaDisc) KillFolder(WithBackslash(destination_) + "CDBackup");
   pbCurrent.value = kDonePercent;
   prbGlobalProgress.visible = false;
   LblCompressProgress.visible = false;
@@ -267,26 +307,21 @@ void frmFinish::EndGoodRun() {
   app_.page_host().EnableHomeButton();
   Command2.enabled = false;
   app_.Inform("Backup successfully completed");
-  RemoveStage();
-  FinishLogs();
-  app_.registry().SaveRegString(RegistryRoot::kCurrentUser, kHistoryKey, "Last Backup",
-                                HistoryStamp(app_, app_.platform().system.Now()));
+  run.CleanUp(result);
   EnableInterface();
   PlayEndSound(app_);
 }
 
-void frmFinish::EndFailedRun() {
+void frmFinish::EndFailedRun(const BackupResult& result) {
   app_.ui().SetPointer(ui::Pointer::kDefault);
-  RemoveStage();
+  run.CleanUp(result);
   mStop = false;
   EnableInterface();
 }
 
-void frmFinish::EndStoppedRun() {
-  lblCurrent.caption = "Current Progress: Stopping the Process. Deleting temperory Files ";
-  // The user gave this backup up, also when its archive was just complete.
-  if (archive_made_) app_.platform().files.RemoveFile(archive.archive_name, true);
-  if (MakeDirectoryPath(app_, app_.session().gBackupBasePath + "\\")) RemoveStage();
+void frmFinish::EndStoppedRun(const BackupResult& result) {
+  ShowDoing("Stopping the Process. Deleting temperory Files ");
+  run.CleanUp(result);
   app_.ui().SetPointer(ui::Pointer::kDefault);
   lblCurrent.caption = std::string("Current Status: ") + kAborted;
   if (!app_.Ended()) app_.Inform(kAborted);
@@ -296,326 +331,59 @@ void frmFinish::EndStoppedRun() {
   mStop = false;
 }
 
-void frmFinish::RemoveStage() {
-  app_.registry_editor().WaitForRuns();
-  KillFolder(app_.session().gBackupBasePath);
-}
-
-bool frmFinish::KillFolder(const std::string& path) {
-  return !path.empty() && app_.files().KillFolder(WithoutBackslash(path));
-}
-
-void frmFinish::FinishLogs() {
-  std::string joined;
-  for (const std::string& source : mSkipped) joined += source;
-  if (Trim(joined).empty() || app_.session().gLogDetails != "True") return;
-  WriteRunLog(app_, BackupLogPath(app_), mSkipped);
-}
-
-// --- The kinds of items -------------------------------------------------------------------------
-
-void frmFinish::RunKind(const char* root, const std::string& words, bool words_first,
-                        ItemProcedure one_item) {
-  const Session& session = app_.session();
-  for (size_t i = 0; i < session.gBackupItemPaths.size(); ++i) {
-    Pump();
-    if (Stopping()) return;
-    const std::string path = session.gBackupItemPaths[i];
-    if (!path.starts_with(root)) continue;
-    const std::string key = i < session.gBackupItemKeys.size() ? session.gBackupItemKeys[i] : "";
-    if (words_first) lblCurrent.caption = kTaking + words + path;
-    (this->*one_item)(key, path);
-    lblCurrent.caption = kTaking + words + path;
-  }
-}
-
-void frmFinish::BackupWindowsMailItems() {
-  RunKind("Windows Mail\\", "Windows Mail Items...", false, &frmFinish::BackupWindowsMailItem);
-}
-
-void frmFinish::BackupOutlookExpressItems() {
-  RunKind("Outlook Express\\", "Outlook Express Items...", false,
-          &frmFinish::BackupOutlookExpressItem);
-}
-
-void frmFinish::BackupOutlookItems() {
-  RunKind("Microsoft Outlook\\", "Microsoft Outlook Items...", false,
-          &frmFinish::BackupOutlookItem);
-}
-
-void frmFinish::BackupInternetExplorerItems() {
-  RunKind("Internet Explorer\\", "Internet Explorer Items...", true,
-          &frmFinish::BackupInternetExplorerItem);
-}
-
-void frmFinish::BackupWindowsMailItem(const std::string& key, const std::string& path) {
-  BackupMailItem(key, path);
-}
-
-void frmFinish::BackupOutlookExpressItem(const std::string& key, const std::string& path) {
-  BackupMailItem(key, path);
-}
-
-void frmFinish::BackupOutlookItem(const std::string& key, const std::string& path) {
-  BackupMailItem(key, path);
-}
-
-void frmFinish::BackupInternetExplorerItem(const std::string& key, const std::string& path) {
-  BackupMailItem(key, path);
-}
-
-// The kinds differ in their entry names alone.
-void frmFinish::BackupMailItem(const std::string& key, const std::string& path) {
-  const ItemEntry entry = PrepareTarget(key, path);
-  switch (entry.kind) {
-    case ItemEntry::Kind::kNone:
-      return;
-    case ItemEntry::Kind::kRegistry:
-      return ExportItem(path, key);
-    case ItemEntry::Kind::kFolder:
-      return TakeFolder(key, mTargetFolder);
-    case ItemEntry::Kind::kFile:
-      break;
-  }
-  const auto info = app_.platform().files.Stat(key);
-  if (!info || info->IsFolder()) return;
-  HandOver(CollapseBackslashes(key), mTargetFolder + info->name);
-}
-
-ItemEntry frmFinish::PrepareTarget(const std::string& key, const std::string& path) {
-  const Session& session = app_.session();
-  const ItemEntry entry = EntryOfItem(path, key, session.gOSName);
-  mTargetFolder = CollapseBackslashes(session.gBackupBasePath + "\\" + entry.folder + "\\");
-  MakeDirectoryPath(app_, mTargetFolder);
-  return entry;
-}
-
-void frmFinish::ExportItem(const std::string& path, const std::string& key) {
-  ExportRegistryKey(mTargetFolder, FileNameOf(path), key);
-  app_.platform().system.Sleep(kExportPause);
-  Add(mExportFile, EntryNameBelow(app_.session().gBackupFolder, mExportFile));
-}
-
-void frmFinish::ExportRegistryKey(const std::string& folder, const std::string& leaf,
-                                  const std::string& key) {
-  const std::string name = ExportFileName(leaf);
-  mExportFile = WithBackslash(folder) + name;
-  // Of two exports into one file the later one is to win, so the earlier one has to be over.
-  if (!app_.session().gFileCollection.FindStagedDest(mExportFile).empty()) {
-    app_.registry_editor().WaitForRuns();
-  }
-  const std::string short_folder = app_.platform().files.ShortPath(WithoutBackslash(folder));
-  app_.registry_editor().Export(WithBackslash(short_folder) + name, key,
-                                app_.session().gOSName == kWindowsVista);
-}
-
-void frmFinish::BackupOtherItems() {
-  for (size_t i = 0; i < app_.session().gBackupItemPaths.size(); ++i) {
-    Pump();
-    if (Stopping()) return;
-    BackupListedItem(i);
-  }
-}
-
-void frmFinish::BackupListedItem(size_t index) {
-  const Session& session = app_.session();
-  const std::string path = session.gBackupItemPaths[index];
-  const std::string key =
-      index < session.gBackupItemKeys.size() ? session.gBackupItemKeys[index] : "";
-  if (path.starts_with("Add More Files")) {
-    if (Contains(key, "\\")) CheckAddedFile(key);
-    BackupOtherItem(key, path, true);
-  } else if (path.starts_with("Other Files") || path.starts_with("Add Other Folders")) {
-    if (Contains(key, "\\") && !app_.platform().files.Stat(key)) {
-      mSkipped.push_back(key);
-    } else {
-      BackupOtherItem(key, path, false);
-    }
-  }
-}
-
-void frmFinish::CheckAddedFile(const std::string& path) {
-  if (!app_.platform().files.Stat(path)) mSkipped.push_back(path);
-}
-
-void frmFinish::BackupOtherItem(const std::string& key, const std::string& path, bool is_file) {
-  if (EntryOfItem(path, key, app_.session().gOSName).kind == ItemEntry::Kind::kNone) return;
-  const ItemEntry entry = PrepareTarget(key, path);
-  ShowOtherItem(key, entry);
-  if (is_file) {
-    ShowMoving(key);
-    HandOver(CollapseBackslashes(key), mTargetFolder + FileNameOf(key));
-  } else {
-    TakeFolder(key, mTargetFolder);
-  }
-}
-
-void frmFinish::ShowOtherItem(const std::string& key, const ItemEntry& entry) {
-  std::string shown = key;
-  if (entry.name == "Other Files\\My Desktop Files") {
-    shown = "Desktop";
-  } else if (entry.name.starts_with("Other Files\\")) {
-    shown = FileNameOf(entry.name);
-  }
-  lblCurrent.caption = kTaking + shown + "...";
-}
-
-void frmFinish::ShowMoving(const std::string& path) {
-  lblStatus.caption = "Moving: " + app_.platform().files.ShortPath(path) + "...";
-}
-
-// --- Files and folders --------------------------------------------------------------------------
-
-void frmFinish::TakeFolder(const std::string& source, const std::string& target) {
-  const std::string folder = WithBackslash(CollapseBackslashes(source));
-  const auto stopping = [this] { return Stopping(); };
-  for (const DeepEntry& element : app_.files().ListFilesDeep(folder, "*.*", stopping)) {
-    Pump();
-    if (Stopping()) return;
-    // The staging folder may lie inside of what is backed up.
-    if (IsInStage(element.path)) continue;
-    const std::string relative =
-        element.path.size() > folder.size() ? element.path.substr(folder.size()) : "";
-    if (element.is_folder) {
-      TakeSubfolder(element.path, target + relative);
-    } else {
-      HandOver(element.path, target + relative);
-    }
-  }
-}
-
-void frmFinish::TakeSubfolder(const std::string& folder, const std::string& target) {
-  if (app_.session().gFileCollection.FindStagedDest(AllOf(folder)).empty()) {
-    Add(AllOf(folder), EntryNameBelow(app_.session().gBackupFolder, AllOf(target)));
-  } else {
-    app_.files().MakeFolderChain(WithoutBackslash(target));
-  }
-}
-
-void frmFinish::HandOver(const std::string& source, const std::string& target) {
-  mSourcePath = source;
-  mEntryName = EntryNameBelow(app_.session().gBackupFolder, target);
-  const std::string staged = app_.session().gFileCollection.FindStagedDest(source);
-  if (staged == mEntryName) return;
-  if (staged.empty()) return Add(source, mEntryName);
-  // Selected under another item already: a copy stands for the file here.
-  CopyFileToStage(source, target);
-  Add(CollapseBackslashes(target), mEntryName);
-}
-
-void frmFinish::Add(const std::string& source, const std::string& entry_name) {
-  if (!CanBeEntryName(entry_name)) {
-    mSkipped.push_back(source);
-    return;
-  }
-  if (!app_.session().gFileCollection.Add({source, entry_name})) return;
-  const bool is_folder = source.ends_with("\\*.*");
-  archive.files_to_process.push_back(is_folder ? WithoutExtension(source) + "\\" : source);
-}
-
-bool frmFinish::CanBeEntryName(const std::string& name) const {
-  return name.size() <= kLongestEntryName && IsUtf8(name);
-}
-
-bool frmFinish::IsInStage(const std::string& path) const {
-  const std::string stage = CollapseBackslashes(app_.session().gBackupBasePath);
-  if (stage.empty() || path.size() < stage.size()) return false;
-  if (path.size() > stage.size() && path[stage.size()] != '\\') return false;
-  return EqualsNoCase(path.substr(0, stage.size()), stage);
-}
-
-std::string frmFinish::ModifiedText(const std::string& path) {
-  const auto info = app_.platform().files.Stat(path);
-  if (!info) return "";
-  return HistoryStamp(app_, app_.platform().system.ToLocal(info->modified));
-}
-
-bool frmFinish::CopyFileToStage(const std::string& source, const std::string& target) {
-  Pump();
-  const std::string copy = CollapseBackslashes(target);
-  if (ModifiedText(source) <= ModifiedText(copy)) return false;
-  Files& files = app_.platform().files;
-  app_.files().MakeFolderChain(ParentFolder(copy));
-  if (const auto folder = files.Stat(ParentFolder(source))) {
-    files.SetAttributes(ParentFolder(copy), folder->attributes & ~file_attribute::kFolder);
-  }
-  ShowMoving(source);
-  if (!files.Stat(source)) mSkipped.push_back(source);
-  const FileStatus status = app_.files().CopyFile(source, copy);
-  if (status != FileStatus::kOk && !source.ends_with(".msg")) {
-    app_.files().CopyFile(source, copy);
-  }
-  return true;
-}
-
-// --- The archive --------------------------------------------------------------------------------
+// --- The archive stage --------------------------------------------------------------------------
 
 bool frmFinish::CompressStage(const std::string& stage_path) {
+  ShowArchiveBars();
+  BackupResult result = run.MakeArchive(stage_path);
+  EndArchiveStage(&result);
+  return result.outcome == BackupOutcome::kDone;
+}
+
+void frmFinish::ShowArchiveBars() {
   prbGlobalProgress.visible = true;
   LblCompressProgress.visible = true;
-  ApplyArchiveSettings(stage_path);
-  AddSettingsFile(stage_path);
-  const zip::Result result = RunArchive();
-  const bool made = result == zip::Result::kDone || result == zip::Result::kWarnings;
-  if (made) {
-    archive_made_ = true;
-  } else if (result == zip::Result::kNoSpace || result == zip::Result::kNoTemporarySpace) {
+}
+
+void frmFinish::ShowArchiveFile(const std::string& source) {
+  LblCurrentFileinProgress.caption = "File Name: " + source;
+  LblCurrentFileinProgress.visible = true;
+}
+
+void frmFinish::ShowArchivePercent(int percent) {
+  prbGlobalProgress.value = percent;
+  app_.Pump();  // with the file's name still there
+  LblCurrentFileinProgress.caption = "";
+}
+
+void frmFinish::EndArchiveStage(BackupResult* result) {
+  int attempts = 1;  // that end with a delivery
+  bool again = false;
+  while (result->outcome == BackupOutcome::kNoSpace) {
     if (!OfferOtherFolder()) {
-      EndCompressStage();
-      return false;
+      --attempts;
+      break;
     }
-  } else {
-    if (result == zip::Result::kAborted) {
-      if (!app_.Ended()) app_.Inform(kAborted);
-      lblCurrent.caption = std::string("Current Status: ") + kAborted;
-    }
-    app_.ui().SetPointer(ui::Pointer::kDefault);
+    again = true;
+    ++attempts;
+    ShowArchiveBars();
+    *result = run.MakeArchive(WithBackslash(app_.Get<frmSettings>().txtBackup.text) +
+                              app_.Get<frmThree>().txtcurrent.text.get());
   }
-  EndCompressStage();
-  Deliver();
-  return made;
+  TellArchiveEnd(*result);
+  ShowArchiveIsOver();
+  for (int i = 0; i < attempts; ++i) Deliver(*result);
+  // The archive kept its first name, so a further attempt helps only where the first disk has room
+  // now. The run has failed in either case.
+  if (again && result->outcome == BackupOutcome::kDone) result->outcome = BackupOutcome::kFailed;
 }
 
-void frmFinish::ApplyArchiveSettings(const std::string& stage_path) {
-  const Session& session = app_.session();
-  if (archive.archive_name.empty()) {
-    const FrmBackupMedia* media = app_.Loaded<FrmBackupMedia>();
-    if (session.gMediaDisc && media != nullptr && media->ChkCDDVD.value == 1) {
-      const std::string folder = ParentFolder(stage_path) + "\\CDBackup\\";
-      MakeDirectoryPath(app_, folder);
-      archive.archive_name = folder + FileNameOf(stage_path) + ".obk";
-      archive.split_size = disc_part_size;
-    } else {
-      archive.archive_name = stage_path + ".obk";
-      archive.split_size = 0;
-    }
+void frmFinish::TellArchiveEnd(const BackupResult& result) {
+  if (result.component == zip::Result::kAborted) {
+    if (!app_.Ended()) app_.Inform(kAborted);
+    lblCurrent.caption = std::string("Current Status: ") + kAborted;
   }
-  archive.required_attributes = 0;
-  archive.excluded_attributes = 0;
-  archive.preserve_paths = true;
-  archive.encrypt = session.gProtectWithPassword == "True";
-  if (archive.encrypt) archive.password = session.gArchivePassword;
-  archive.level = static_cast<int>(Val(session.gCompressionLevel));
-}
-
-void frmFinish::AddSettingsFile(const std::string& stage_path) {
-  const std::string source = StagedSettingsPath(stage_path, app_);
-  Add(source,
-      WithBackslash(EntryNameBelow(app_.session().gBackupFolder, stage_path)) + FileNameOf(source));
-}
-
-zip::Result frmFinish::RunArchive() {
-  // Without its settings file no restore can read an archive.
-  if (!app_.files().FileExists(StagedSettingsPath(app_.session().gBackupBasePath, app_))) {
-    return zip::Result::kFailed;
-  }
-  Services& services = app_.platform().services;
-  // The search service must not hold the mail stores open.
-  const bool searching = ServiceIsRunning(services, kSearchService);
-  if (searching) ControlServiceByName(services, kSearchService, ServiceAction::kStop);
-  const zip::Result result = archive.Zip();
-  if (searching) ControlServiceByName(services, kSearchService, ServiceAction::kStart);
-  return result;
+  if (result.outcome != BackupOutcome::kDone) app_.ui().SetPointer(ui::Pointer::kDefault);
 }
 
 bool frmFinish::OfferOtherFolder() {
@@ -630,36 +398,36 @@ bool frmFinish::OfferOtherFolder() {
   if (folder.empty()) return false;
   settings.txtBackup.text = folder;
   app_.registry().SaveRegString(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup", folder);
-  // The archive keeps its first name, so this helps only where the first disk has room now. The
-  // run has failed in either case.
-  CompressStage(WithBackslash(folder) + app_.Get<frmThree>().txtcurrent.text.get());
   return true;
 }
 
-void frmFinish::EndCompressStage() {
-  prbGlobalProgress.visible = true;
-  LblCompressProgress.visible = true;
+void frmFinish::ShowArchiveIsOver() {
+  ShowArchiveBars();
   if (frmThree* options = app_.Loaded<frmThree>()) {
     options->txtcurrent.text = frmThree::DefaultFileName(app_);
   }
 }
 
-void frmFinish::Deliver() {
+void frmFinish::Deliver(const BackupResult& result) {
   Session& session = app_.session();
   if (FrmTwo* items = app_.Loaded<FrmTwo>()) destination_ = items->txtpath.text;
   const std::string parts = WithBackslash(destination_) + "CDbackup";
   session.gDelivered = false;
-  if (!archive_made_ || Stopping()) {
+  session.discs_written = 0;
+  if (result.archive.empty() || Stopping()) {
     if (session.gMediaDisc) KillFolder(parts);
     return;
   }
-  const FrmBackupMedia* media = app_.Loaded<FrmBackupMedia>();
-  if (session.gMediaFtp && media != nullptr && media->ChkFTP.value == 1) {
-    session.gDeliverySource = archive.archive_name;
-    Pump();
+  if (session.gMediaFtp) {
+    session.gDeliverySource = result.archive;
+    app_.Pump();
     ShowDelivery();
   }
-  if (!session.gMediaDisc) return;
+  if (session.gMediaDisc) DeliverDiscs(parts);
+}
+
+void frmFinish::DeliverDiscs(const std::string& parts) {
+  Session& session = app_.session();
   if (!app_.platform().discs.MediumLoaded()) {
     app_.Inform(
         "No Media Loaded on the disk drive. Unable to write data to the disk\r\nYour backup is "
@@ -676,17 +444,6 @@ void frmFinish::Deliver() {
 void frmFinish::ShowDelivery() {
   app_.Get<FrmProcess>().ShowModal();
   app_.Unload<FrmProcess>();
-}
-
-void frmFinish::NameEntry(zip::BeforeFile& file) {
-  LblCurrentFileinProgress.caption = "File Name: " + file.source;
-  LblCurrentFileinProgress.visible = true;
-  const std::string key = file.source.ends_with('\\') ? file.source + "*.*" : file.source;
-  std::string name = app_.session().gFileCollection.FindStagedDest(key);
-  if (name.ends_with("*.*")) name.resize(name.size() - 3);
-  file.entry_name = name;
-  file.exclude = name.empty();
-  if (Stopping()) archive.abort = true;
 }
 
 }  // namespace quorvale

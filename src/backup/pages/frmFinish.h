@@ -1,27 +1,26 @@
-// "Taking Backup": the page of the run, and the backup engine.
-//
-// The engine runs on the user interface's thread. It pumps messages at each item and file, and
-// Stop is a flag that a handler sets inside such a pump.
+// "Taking Backup": the page of a backup run. It starts the run, shows what the run tells, asks
+// where there is no room, has the archive delivered and says how it ended. The procedures of the
+// run are here under their names too.
 #pragma once
 
-#include <cstdint>
 #include <string>
-#include <vector>
 
-#include "archive/archive.h"
-#include "backup/format/archive_layout.h"
+#include "backup/run/backup_run.h"
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmFinish : public ui::Form {
+class frmFinish : public ui::Form, public RunPage {
  public:
   static constexpr char kName[] = "frmFinish";
   explicit frmFinish(Application& app);
+  ~frmFinish() override;
   void Load() override;
   // Stops a run whose page goes away.
   void Unload() override;
+  RunProgress Progress() const override;
+  bool StopRun() override;
 
   // The run, from the first item to the end state. Returns with the page unloaded.
   void TAKEALLBACKUP();
@@ -30,33 +29,39 @@ class frmFinish : public ui::Form {
   void DisableInterface();
   void EnableInterface();
 
-  // One loop for each kind of item.
-  void BackupWindowsMailItems();
-  void BackupOutlookExpressItems();
-  void BackupOutlookItems();
-  void BackupInternetExplorerItems();
-  void BackupOtherItems();
-  // One item of a kind, by the key and the tree path of the selection.
-  void BackupWindowsMailItem(const std::string& key, const std::string& path);
-  void BackupOutlookExpressItem(const std::string& key, const std::string& path);
-  void BackupOutlookItem(const std::string& key, const std::string& path);
-  void BackupInternetExplorerItem(const std::string& key, const std::string& path);
-  void BackupOtherItem(const std::string& key, const std::string& path, bool is_file);
-
-  // Starts the registry editor's export of a key into a folder; mExportFile receives the path. The
-  // editor is not waited for.
+  // The run's own procedures, see backup/run/backup_run.h.
+  void BackupWindowsMailItems() { run.BackupWindowsMailItems(); }
+  void BackupOutlookExpressItems() { run.BackupOutlookExpressItems(); }
+  void BackupOutlookItems() { run.BackupOutlookItems(); }
+  void BackupInternetExplorerItems() { run.BackupInternetExplorerItems(); }
+  void BackupOtherItems() { run.BackupOtherItems(); }
+  void BackupWindowsMailItem(const std::string& key, const std::string& path) {
+    run.BackupMailItem(key, path);
+  }
+  void BackupOutlookExpressItem(const std::string& key, const std::string& path) {
+    run.BackupMailItem(key, path);
+  }
+  void BackupOutlookItem(const std::string& key, const std::string& path) {
+    run.BackupMailItem(key, path);
+  }
+  void BackupInternetExplorerItem(const std::string& key, const std::string& path) {
+    run.BackupMailItem(key, path);
+  }
+  void BackupOtherItem(const std::string& key, const std::string& path, bool is_file) {
+    run.BackupOtherItem(key, path, is_file);
+  }
   void ExportRegistryKey(const std::string& folder, const std::string& leaf,
-                         const std::string& key);
-  // Copies a file that stands under two items. True when the copy was attempted: the target is
-  // left alone if it is not older than the source.
-  bool CopyFileToStage(const std::string& source, const std::string& target);
-  // Notes an added file that is missing.
-  void CheckAddedFile(const std::string& path);
-  // Deletes a folder with its content. True when it is gone.
-  bool KillFolder(const std::string& path);
-  // Writes the run log if anything was skipped and logs are wanted.
-  void FinishLogs();
-  // Makes the archive of the listed sources. True only if this very call made it.
+                         const std::string& key) {
+    run.ExportRegistryKey(folder, leaf, key);
+  }
+  bool CopyFileToStage(const std::string& source, const std::string& target) {
+    return run.CopyFileToStage(source, target);
+  }
+  void CheckAddedFile(const std::string& path) { run.CheckAddedFile(path); }
+  bool KillFolder(const std::string& path) { return run.KillFolder(path); }
+  void FinishLogs() { run.FinishLogs(); }
+  // Makes the archive of what the run collected, and delivers it. Where there is no room the user
+  // may choose another folder for a further attempt. True only if the first attempt made it.
   bool CompressStage(const std::string& stage_path);
 
   void cmdNext_Click();
@@ -79,65 +84,44 @@ class frmFinish : public ui::Form {
   ui::TextBox Dir2{*this, "Dir2"};
   ui::Timer Timer1{*this, "Timer1", 100};
 
-  // The archive component of the run.
-  zip::Archive archive;
-  std::uint64_t disc_part_size = 600000000;  // bytes of what goes to one disc
-
   bool mStop = false;
-  std::string mTargetFolder;          // the item's folder below the staging folder
-  std::string mSourcePath;            // the present source
-  std::string mEntryName;             // the entry name under construction
-  std::string mExportFile;            // the last registry export
-  std::vector<std::string> mSkipped;  // sources that were not there when they were reached
+  BackupRun run;
 
  private:
-  using ItemProcedure = void (frmFinish::*)(const std::string& key, const std::string& path);
-
   void LayOut();
   void WireEvents();
-  void Pump();
-  // True once the run has to end early.
+  BackupEvents Events();
+  // Pumps. False once the run has to end early.
+  bool KeepGoing();
   bool Stopping() const;
-  void SetPhase(int percent, const std::string& text);
-  void RunItemPhases();
-  void RunOutlookPhase();
-  void RunOtherFoldersPhase();
-  void RunKind(const char* root, const std::string& words, bool words_first,
-               ItemProcedure one_item);
-  void BackupMailItem(const std::string& key, const std::string& path);
-  void BackupListedItem(size_t index);
-  ItemEntry PrepareTarget(const std::string& key, const std::string& path);
-  void ShowOtherItem(const std::string& key, const ItemEntry& entry);
-  void ExportItem(const std::string& path, const std::string& key);
-  void TakeFolder(const std::string& source, const std::string& target);
-  void TakeSubfolder(const std::string& folder, const std::string& target);
-  // Hands a file to the archive component under the entry name that belongs to `target`.
-  void HandOver(const std::string& source, const std::string& target);
-  // Hands over a source that has no entry yet; a folder's ends in "*.*".
-  void Add(const std::string& source, const std::string& entry_name);
-  bool CanBeEntryName(const std::string& name) const;
-  bool IsInStage(const std::string& path) const;
-  std::string ModifiedText(const std::string& path);
-  void ShowMoving(const std::string& path);
+  // "Current Progress: " and the words.
+  void ShowDoing(const std::string& words);
+  void ShowPhase(BackupPhase phase);
+  void ShowItem(const BackupItem& item);
+  void ShowItemDone(const BackupItem& item);
+  void ShowOtherItem(const BackupItem& item);
+  void ShowArchiveBars();
+  void ShowArchiveFile(const std::string& source);
+  void ShowArchivePercent(int percent);
 
-  void EndGoodRun();
-  void EndFailedRun();
-  void EndStoppedRun();
-  void RemoveStage();
-
-  void ApplyArchiveSettings(const std::string& stage_path);
-  void AddSettingsFile(const std::string& stage_path);
-  zip::Result RunArchive();
+  // What follows an archive stage: its message, further attempts and the delivery.
+  void EndArchiveStage(BackupResult* result);
+  void TellArchiveEnd(const BackupResult& result);
   bool OfferOtherFolder();
-  void EndCompressStage();
-  // Sends or burns the archive, where the media page says so.
-  void Deliver();
+  void ShowArchiveIsOver();
+  // Sends or burns the archive, where the job says so.
+  void Deliver(const BackupResult& result);
+  void DeliverDiscs(const std::string& parts);
   void ShowDelivery();
-  void NameEntry(zip::BeforeFile& file);
+
+  void EndRun(const BackupResult& result);
+  void EndGoodRun(const BackupResult& result);
+  void EndFailedRun(const BackupResult& result);
+  void EndStoppedRun(const BackupResult& result);
 
   Application& app_;
-  std::string destination_;    // the backup folder of this run
-  bool archive_made_ = false;  // this run's archive is complete
+  std::string destination_;  // the backup folder of this run
+  std::string doing_;        // what lblCurrent says that the run does
 };
 
 }  // namespace quorvale

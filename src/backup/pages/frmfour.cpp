@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "backup/format/log_writer.h"
 #include "backup/format/settings_file.h"
 #include "backup/pages/FrmBackupMedia.h"
 #include "backup/pages/frmFinish.h"

@@ -43,6 +43,18 @@ void Application::Unload(const std::string& name) {
   forms_.erase(found);
 }
 
+void Application::BeginRun(RunPage& page) {
+  std::erase(runs_, &page);
+  runs_.push_back(&page);
+}
+
+void Application::EndRun(RunPage& page) { std::erase(runs_, &page); }
+
+void Application::EndRun(RunPage& page, RunEnd end) {
+  EndRun(page);
+  last_run_end_ = end;
+}
+
 void Application::Inform(const std::string& text) {
   ui().MessageBox({.text = text, .title = kApplicationTitle});
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/pages/page_host.h"
+#include "core/pages/run_page.h"
 #include "core/program/program.h"
 #include "platform/ui/form.h"
 #include "platform/ui/ui.h"
@@ -61,6 +62,15 @@ class Application : public Program {
   // Frees forms that were unloaded. Called by the outermost message loop between messages.
   void CollectUnloaded();
 
+  // A run page has work to do from BeginRun to EndRun; what it ended as stays readable. Each may be
+  // called again. The last one to begin is the one on top.
+  void BeginRun(RunPage& page);
+  void EndRun(RunPage& page);
+  void EndRun(RunPage& page, RunEnd end);
+  // Null if there is no work.
+  RunPage* CurrentRun() const { return runs_.empty() ? nullptr : runs_.back(); }
+  RunEnd last_run_end() const { return last_run_end_; }
+
   // Message boxes with the program's title.
   void Inform(const std::string& text);
   void Warn(const std::string& text);  // the critical icon
@@ -70,6 +80,8 @@ class Application : public Program {
 
  private:
   const PageTable& pages_;
+  std::vector<RunPage*> runs_;
+  RunEnd last_run_end_ = RunEnd::kNone;
   std::map<std::string, std::unique_ptr<ui::Form>> forms_;
   std::vector<std::string> order_;
   std::vector<std::unique_ptr<ui::Form>> unloaded_;

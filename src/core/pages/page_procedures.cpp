@@ -9,8 +9,12 @@ bool MakeDirectoryPath(Application& app, const std::string& path) {
   // What stands behind the last "\" is a file's name, not a folder to make.
   const std::string folder = ParentFolder(path);
   if (!folder.empty() && app.files().MakeFolderChain(folder)) return true;
-  app.Inform("Sorry Could not make the directory [" + path + "] path. ");
+  TellFolderRefused(app, path);
   return false;
+}
+
+void TellFolderRefused(Application& app, const std::string& path) {
+  app.Inform("Sorry Could not make the directory [" + path + "] path. ");
 }
 
 void OpenUrl(Application& app, const std::string& url) {

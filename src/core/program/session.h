@@ -55,11 +55,22 @@ struct ProgramFacts {
   std::string gOSName;
 };
 
+// Where a backup is uploaded to.
+struct FtpServer {
+  std::string host;
+  std::string port;
+  std::string user;
+  std::string password;
+  std::string folder;
+  bool anonymous = false;  // in place of user and password
+};
+
 // What a person asks of a backup: committed by the pages of the backup, each as it is left; read by
 // the pages after it, by the settings file and its log form, and by the run.
 struct BackupJob {
   std::string gBackupProcessName;
   std::string gBackupProcessDesc;
+  std::string gBackupName;                    // the server gets the backup under this name
   std::string gBackupFolder;                  // the restore's tree page commits its folder here too
   std::vector<std::string> gBackupItemPaths;  // the ticked nodes, in the order of the tree
   std::vector<std::string> gBackupItemKeys;   // parallel to gBackupItemPaths
@@ -72,6 +83,8 @@ struct BackupJob {
   bool gMediaFtp = false;
   bool gMediaDisc = false;
   int gMediaDiscCount = 0;
+  FtpServer ftp_server;  // while gMediaFtp is set
+  int disc_drive = -1;   // the disc writer's number of it, while gMediaDisc is set
 };
 
 // What the program finds out and does for a backup: committed by FrmTwo (sizes), frmfour (where the
@@ -87,6 +100,7 @@ struct BackupState {
   bool gDriveInfoFailed = false;
   bool gAnyItemChecked = false;
   bool gDelivered = false;  // the server has the whole file, or every disc is written
+  int discs_written = 0;    // of the last delivery
   bool gBackupZipBusy = false;
   FileCollection gFileCollection;
 };
@@ -123,7 +137,6 @@ struct RestoreState {
 // Named by the design and kept up to date; nothing in the program reads them.
 struct UnreadFields {
   bool gStopRequested = false;
-  std::string gBackupName;
   bool gBackupTreeChanged = false;
   std::string gRestoreSettingsField;
   std::string gRestoreBackupFolder;

@@ -69,7 +69,24 @@ void frmRFinish::Load() {
   cmdNext.enabled = false;
 }
 
+frmRFinish::~frmRFinish() { app_.EndRun(*this); }
+
+RunProgress frmRFinish::Progress() const {
+  RunProgress progress;
+  if (pbCurrent.maximum > 0) progress.percent = pbCurrent.value * 100 / pbCurrent.maximum;
+  if (prbGlobalProgress.visible) progress.archive_percent = prbGlobalProgress.value;
+  progress.doing = ReplaceAll(lblCurrent.caption, kProgress, "");
+  return progress;
+}
+
+bool frmRFinish::StopRun() {
+  if (!cmdstop.enabled || !Visible()) return false;
+  cmdstop.Click();
+  return true;
+}
+
 void frmRFinish::Unload() {
+  app_.EndRun(*this);
   if (!running_) return;
   gone_ = true;
   AbortFlag = true;
@@ -226,11 +243,13 @@ void frmRFinish::AbortEnding() {
 }
 
 void frmRFinish::DisableInterface() {
+  app_.BeginRun(*this);
   prbGlobalProgress.visible = false;
   app_.ui().SetPointer(ui::Pointer::kHourglass);
 }
 
 void frmRFinish::EnableInterface() {
+  app_.EndRun(*this, AbortFlag ? RunEnd::kStopped : RunEnd::kDone);
   cmdstop.enabled = false;
   cmdNext.enabled = true;
   if (!AbortFlag) {

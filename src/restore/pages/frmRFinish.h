@@ -15,10 +15,13 @@
 
 namespace quorvale {
 
-class frmRFinish : public ui::Form {
+class frmRFinish : public ui::Form, public RunPage {
  public:
   static constexpr char kName[] = "frmRFinish";
   explicit frmRFinish(Application& app);
+  ~frmRFinish() override;
+  RunProgress Progress() const override;
+  bool StopRun() override;
 
   ui::PictureBox PicHeader{*this, "PicHeader", "RESTORE_HEADER"};
   ui::Label lblHeading{*this, "lblHeading", "Restoring Data"};

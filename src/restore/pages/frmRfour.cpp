@@ -5,6 +5,7 @@
 
 #include "backup/format/archive_layout.h"
 #include "backup/format/backup_file.h"
+#include "backup/format/log_writer.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
@@ -193,40 +194,7 @@ std::string frmRfour::FormatSize(double bytes) {
   return text + std::string(unit);
 }
 
-void frmRfour::WriteRestoreSettingsLog(const std::string& path) {
-  const Session& session = app_.session();
-  SystemInfo& system = app_.platform().system;
-  const LocalTime now = system.Now();
-  std::vector<std::string> lines = {
-      "<?xml version='1.0'?>",
-      "<BackupSettings>",
-      "<Main Process: " + session.gRestoreProcessName + ">",
-      "<Process Description>" + session.gRestoreProcessDesc + "</Process Description>",
-      "<DateTime>" + system.WeekdayName(now.weekday) + "_" + std::to_string(now.month) + "/" +
-          std::to_string(now.day) + "/" + std::to_string(now.year) + "_" + system.TimeText(now) +
-          "</DateTime>",
-      "<Restore Folder>" + session.gRestoreFolder + "</Restore Folder>",
-      "",
-      "<ItemsForBackup>",
-      "",
-  };
-  for (const std::string& item : session.gRestoreItemPaths) {
-    const size_t root = item.find('\\');
-    if (root == std::string::npos) continue;
-    const std::string word = item.substr(0, root);
-    lines.insert(lines.end(), {"<" + word + ">", "<" + item, "</" + word + ">"});
-  }
-  lines.insert(
-      lines.end(),
-      {"</ItemsForBackup>", "<Advanced Settings>",
-       "<Use Compression>" + session.gRestoreUseCompression + "</Use Compression>",
-       "<Password Protected>" + session.gRestoreProtectWithPassword + "</Password Protected>",
-       "<Backup File Name>" + FileNameOf(session.gRestoreFilePath) + "</Backup File Name>",
-       "</AdvancedSettings>", "</Main>", "</BackupSettings>"});
-  std::string text;
-  for (const std::string& line : lines) text += line + kLineEnd;
-  app_.files().WriteWhole(path, system.ToAnsi(text));
-}
+void frmRfour::WriteRestoreSettingsLog(const std::string& path) { WriteRestoreLog(app_, path); }
 
 void frmRfour::EnableButtons(bool enabled) {
   cmdNext.enabled = enabled;

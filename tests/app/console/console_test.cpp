@@ -438,22 +438,14 @@ TEST_F(Console, ProgressIsDrawnOnATerminal) {
   EXPECT_TRUE(error.str().ends_with("\r\x1b[K")) << error.str();
 }
 
-TEST_F(Console, TheProgressLineSaysPhaseAndShare) {
-  std::string problem;
-  const std::unique_ptr<RunningMachine> computer = RunningMachine::Open(machine_, &problem);
-  ASSERT_TRUE(computer);
-  Application& app = computer->Start("");
-  EXPECT_EQ(ProgressText(app, 79), "");
-  frmFinish& page = app.Get<frmFinish>();
-  page.Show();
-  app.Get<FrmWelcome>().ShowStepPanel();
-  page.pbCurrent.value = 60;
-  page.lblCurrent.caption = "Current Progress: Compressing all the Data Files... ";
-  page.prbGlobalProgress.visible = true;
-  page.prbGlobalProgress.value = 42;
-  EXPECT_EQ(ProgressText(app, 79),
-            "[############........] 60% (42%) Compressing all the Data Files...");
-  EXPECT_EQ(ProgressText(app, 40), "[############........] 60% (42%) Compres");
+TEST(ConsoleProgress, TheLineSaysWhatIsDoneAndItsShare) {
+  RunProgress progress{
+      .percent = 60, .archive_percent = 42, .doing = "Compressing all the Files..."};
+  EXPECT_EQ(ProgressText(progress, 79),
+            "[############........] 60% (42%) Compressing all the Files...");
+  EXPECT_EQ(ProgressText(progress, 40), "[############........] 60% (42%) Compres");
+  progress.archive_percent.reset();
+  EXPECT_EQ(ProgressText(progress, 40), "[############........] 60% Compressing a");
 }
 
 TEST(ConsoleProgram, ExitStatusReachesTheShell) {

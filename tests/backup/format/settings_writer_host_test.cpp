@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "backup/format/log_writer.h"
 #include "backup/format/settings_file.h"
 #include "backup/pages/frmOne.h"
 #include "discovery/pages/FrmTwo.h"

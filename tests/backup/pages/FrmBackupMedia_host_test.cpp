@@ -154,6 +154,28 @@ TEST_F(MediaPage, AnEmptyRemoteFolderBecomesARootVisibly) {
   EXPECT_TRUE(OnReviewPage());
 }
 
+TEST_F(MediaPage, TheTestedServerIsCommittedToTheJob) {
+  FillFtp();
+  page_->TxtHostname.text = " ftp://ftp.example.com ";
+  page_->TxtPort.text = "2121";
+  Next();
+  const FtpServer& server = app_.session().ftp_server;
+  EXPECT_EQ(server.host, "ftp://ftp.example.com");
+  EXPECT_EQ(server.port, "2121");
+  EXPECT_EQ(server.user, "anna");
+  EXPECT_EQ(server.password, "pw");
+  EXPECT_EQ(server.folder, "/in");
+  EXPECT_FALSE(server.anonymous);
+}
+
+TEST_F(MediaPage, TheChosenDriveIsCommittedToTheJob) {
+  page_->ChkCDDVD.Click();
+  app_.session().gBackupEstimatedSize = 1;
+  machine_.Expect(ui::Answer::kOk, "One CD required");
+  Next();
+  EXPECT_EQ(app_.session().disc_drive, 3);
+}
+
 TEST_F(MediaPage, AHostWithTheSchemeGivesTheSameConnection) {
   for (const char* host : {"ftp.example.com", "ftp://ftp.example.com", "FTP://ftp.example.com",
                            "ftp:\\\\ftp.example.com"}) {
@@ -387,8 +409,8 @@ TEST_F(MediaPage, ADiscBackupGoesInPartsIntoItsOwnFolder) {
   app_.Get<FrmTwo>().txtpath.text = "C:\\Out";
   frmFinish& run = app_.Get<frmFinish>();
   EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));  // there is no settings file
-  EXPECT_EQ(run.archive.archive_name, "C:\\Out\\CDBackup\\Job.obk");
-  EXPECT_EQ(run.archive.split_size, 600000000u);
+  EXPECT_EQ(run.run.archive.archive_name, "C:\\Out\\CDBackup\\Job.obk");
+  EXPECT_EQ(run.run.archive.split_size, 600000000u);
   EXPECT_FALSE(machine_.Exists("C:\\Out\\CDBackup"));  // nothing was made
 }
 
@@ -396,8 +418,8 @@ TEST_F(MediaPage, AHardDiskBackupIsOneFileBesideItsStage) {
   app_.session().gBackupBasePath = "C:\\Out\\Job";
   frmFinish& run = app_.Get<frmFinish>();
   EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));
-  EXPECT_EQ(run.archive.archive_name, "C:\\Out\\Job.obk");
-  EXPECT_EQ(run.archive.split_size, 0u);
+  EXPECT_EQ(run.run.archive.archive_name, "C:\\Out\\Job.obk");
+  EXPECT_EQ(run.run.archive.split_size, 0u);
 }
 
 TEST_F(MediaPage, BackShowsTheOptions) {

@@ -4,9 +4,7 @@
 
 #include "backup/fake_media.h"
 #include "backup/format/settings_file.h"
-#include "backup/pages/FrmBackupMedia.h"
 #include "backup/pages/frmFinish.h"
-#include "backup/pages/frmOne.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/page_sets.h"
 #include "discovery/pages/FrmTwo.h"
@@ -40,8 +38,7 @@ class Delivery : public testing::Test {
     machine_.ui().loaded_forms = [this] { return app_.LoadedForms(); };
     machine_.ui().after_step = [this] { app_.CollectUnloaded(); };
     app_.Get<FrmWelcome>().Show();
-    app_.Get<frmOne>().txtBackupname.text = "My job";
-    media_ = &app_.Get<FrmBackupMedia>();
+    app_.session().gBackupName = "My job";
   }
   ~Delivery() override {
     machine_.ui().loaded_forms = nullptr;
@@ -50,7 +47,7 @@ class Delivery : public testing::Test {
   }
 
   void ForDiscs(const Strings& parts) {
-    media_->ChkCDDVD.Click();
+    app_.session().disc_drive = 3;
     app_.session().gMediaDisc = true;
     app_.session().gMediaFtp = false;
     app_.session().gMediaDiscCount = static_cast<int>(parts.size());
@@ -61,11 +58,11 @@ class Delivery : public testing::Test {
     }
   }
   void ForFtp(const std::string& folder = "/in") {
-    media_->ChkFTP.Click();
-    media_->TxtHostname.text = "ftp://ftp.example.com";
-    media_->TxtUserName.text = "anna";
-    media_->TxtPassword.text = "pw";
-    media_->TxtRemoteDir.text = folder;
+    app_.session().ftp_server = {.host = "ftp://ftp.example.com",
+                                 .port = "21",
+                                 .user = "anna",
+                                 .password = "pw",
+                                 .folder = folder};
     app_.session().gMediaFtp = true;
     app_.session().gMediaDisc = false;
     app_.session().gDeliverySource = "C:\\Out\\My job_1.obk";
@@ -91,7 +88,6 @@ class Delivery : public testing::Test {
   FakeDiscs discs_;
   Platform platform_;
   Application app_;
-  FrmBackupMedia* media_ = nullptr;
 };
 
 // --- Discs --------------------------------------------------------------------------------------
@@ -162,7 +158,7 @@ TEST_F(Delivery, AMediumWithTooLittleRoomIsEjectedAndTheNextOneTaken) {
   machine_.Expect(ui::Answer::kYes, kAnotherMedium);
   Deliver();
   EXPECT_EQ(discs_.burnt.size(), 1u);
-  EXPECT_EQ(discs_.initialised, 3);  // the page's own, and one for each medium
+  EXPECT_EQ(discs_.initialised, 2);  // one for each medium
 }
 
 TEST_F(Delivery, TheRoomIsComparedInWholeMegabytes) {
@@ -314,12 +310,11 @@ TEST_F(Delivery, TheOpenConnectionOfThePageIsTakenAnew) {
 
 TEST_F(Delivery, AnAnonymousUserUploadsAsGuest) {
   ForFtp("  ");
-  media_->ChkAnonymous.Click();
+  app_.session().ftp_server.anonymous = true;
   machine_.Expect(ui::Answer::kOk, "Transfer completed");
   Deliver();
   EXPECT_EQ(ftp_.calls.at(0), "ftp.example.com:21 anonymous/guest");
   EXPECT_EQ(ftp_.calls.at(2), "cd /");
-  EXPECT_EQ(media_->TxtRemoteDir.text.get(), "/");
 }
 
 TEST_F(Delivery, AServerThatTellsTheEndInTheKnownWordsNeedsNoMessage) {

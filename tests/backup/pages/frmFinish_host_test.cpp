@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "backup/backup_run.h"
+#include "backup/exported_values.h"
 #include "backup/format/settings_file.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
@@ -16,6 +18,7 @@ namespace quorvale {
 namespace {
 
 using backup_test::BackupRun;
+using backup_test::ExportedValues;
 using backup_test::kAborted;
 using backup_test::kDone;
 
@@ -23,6 +26,11 @@ constexpr char kHistory[] = "HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale";
 constexpr char kSettings[] = "HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale\\Settings";
 constexpr char kStore[] = "C:\\Mail store";
 constexpr char kIdentity[] = "{11111111-2222-3333-4444-555555555555}";
+
+// What Seed types into the browser.
+const std::map<std::string, std::string> kTypedUrls = {
+    {"HKEY_CURRENT_USER\\Software\\Microsoft\\Internet Explorer\\TypedURLs\\url1",
+     "http://www.example.com/"}};
 
 // Mail, accounts and files of an ordinary computer.
 void Seed(TestMachine& machine) {
@@ -132,8 +140,9 @@ TEST_F(FrmFinish, AWholeBackupHoldsEverythingUnderItsName) {
             std::string(3000, 'i'));
   EXPECT_EQ(run_.Content("Job\\Other Files\\My Documents\\R&D\\Zürich plan.txt"), "plan");
   EXPECT_EQ(run_.Content("Job\\Added More Files\\one.dat"), "one");
-  const std::string urls = run_.Content("Job\\Internet Explorer\\Typed Urls\\Typed_Urls.reg");
-  EXPECT_NE(urls.find('u'), std::string::npos);
+  EXPECT_EQ(
+      ExportedValues(machine_, run_.Content("Job\\Internet Explorer\\Typed Urls\\Typed_Urls.reg")),
+      kTypedUrls);
   for (const std::string& name : names) EXPECT_TRUE(name.starts_with("Job\\")) << name;
   EXPECT_EQ(run_.LeftInBackupFolder(), std::vector<std::string>{run_.ArchivePath()});
   ExpectHome();
@@ -235,7 +244,7 @@ TEST_F(FrmFinish, AFileOfTwoProfilesStandsTwiceOnceFromItsCopy) {
                            "\\Job\\Microsoft Outlook\\Identities\\Two\\"
                            "outlook.pst";
   EXPECT_EQ(machine_.ReadFile(copy), "mail");
-  EXPECT_EQ(page.archive.files_to_process,
+  EXPECT_EQ(page.run.archive.files_to_process,
             (std::vector<std::string>{"C:\\Mail\\outlook.pst", copy}));
   EXPECT_EQ(machine_.session().gFileCollection.FindStagedDest("C:\\Mail\\outlook.pst"),
             "Job\\Microsoft Outlook\\Identities\\One\\outlook.pst");
@@ -336,7 +345,7 @@ TEST_F(FrmFinish, AnExportThatEndsLateIsInTheArchive) {
   RunToTheEnd();
   const std::string entry = "Job\\Internet Explorer\\Typed Urls\\Typed_Urls.reg";
   ASSERT_TRUE(run_.HasEntry(entry));
-  EXPECT_GT(run_.Content(entry).size(), 20u);
+  EXPECT_EQ(ExportedValues(machine_, run_.Content(entry)), kTypedUrls);
   EXPECT_EQ(machine_.host().shell().OutstandingRuns(), 0);
 }
 
@@ -375,7 +384,7 @@ TEST_F(FrmFinish, TheCommandLineOfAnExportNamesFileAndKeyInQuotes) {
   run_.Select({});
   frmFinish& page = run_.app().Get<frmFinish>();
   page.ExportRegistryKey(run_.BackupFolder() + "\\Job", "Typed Urls", "HKEY_CURRENT_USER\\A b");
-  EXPECT_EQ(page.mExportFile, run_.BackupFolder() + "\\Job\\Typed_Urls.reg");
+  EXPECT_EQ(page.run.mExportFile, run_.BackupFolder() + "\\Job\\Typed_Urls.reg");
   const auto& runs = machine_.host().shell().registry_editor_runs();
   ASSERT_EQ(runs.size(), 1u);
   EXPECT_TRUE(runs[0].command_line.starts_with("regedit.exe /s /e \""));
@@ -432,8 +441,8 @@ TEST_F(FrmFinish, ANameThatNoEntryCanHaveIsKeptInTheSkipList) {
   machine_.session().gBackupItemKeys = {"C:\\Extra\\one.dat"};
   machine_.Expect(ui::Answer::kOk, "");  // the staging folder cannot be made
   page.BackupOtherItems();
-  EXPECT_EQ(page.mSkipped, std::vector<std::string>{"C:\\Extra\\one.dat"});
-  EXPECT_TRUE(page.archive.files_to_process.empty());
+  EXPECT_EQ(page.run.mSkipped, std::vector<std::string>{"C:\\Extra\\one.dat"});
+  EXPECT_TRUE(page.run.archive.files_to_process.empty());
 }
 
 TEST_F(FrmFinish, CopiesAreMadeOnlyOverOlderTargets) {
@@ -523,21 +532,23 @@ TEST_F(FrmFinish, TheArchiveStageShowsTheFileInWorkAndItsBar) {
   run_.When("Current Progress: Taking Backup of Other Folders...", [&] {
     // Listens to what the page does with the events of the archive component.
     frmFinish& page = *run_.Run();
-    page.archive.on_before_file = [&, name_entry = page.archive.on_before_file](auto& file) {
+    page.run.archive.on_before_file = [&,
+                                       name_entry = page.run.archive.on_before_file](auto& file) {
       name_entry(file);
       EXPECT_TRUE(page.prbGlobalProgress.visible);
       EXPECT_TRUE(page.LblCompressProgress.visible);
       EXPECT_TRUE(page.LblCurrentFileinProgress.visible);
       captions.insert(page.LblCurrentFileinProgress.caption);
     };
-    page.archive.on_file_progress = [&, show = page.archive.on_file_progress](int percent) {
+    page.run.archive.on_file_progress = [&, show = page.run.archive.on_file_progress](int percent) {
       show(percent);
       EXPECT_EQ(page.prbGlobalProgress.value, percent);
       EXPECT_EQ(page.LblCurrentFileinProgress.caption.get(), "");
       highest = std::max(highest, percent);
     };
     // The percentage of the whole is not shown while an archive is made.
-    page.archive.on_total_progress = [&, show = page.archive.on_total_progress](int percent) {
+    page.run.archive.on_total_progress = [&,
+                                          show = page.run.archive.on_total_progress](int percent) {
       page.prbGlobalProgress.value = 7;
       show(percent);
       EXPECT_EQ(page.prbGlobalProgress.value, 7);
@@ -610,7 +621,7 @@ TEST_F(FrmFinish, TheSearchServiceRestsWhileTheArchiveIsMade) {
   std::set<std::string> states;
   machine_.ui().on_pump = [&] {
     const frmFinish* page = run_.Run();
-    if (page != nullptr && page->archive.current_operation() == zip::Operation::kZipping) {
+    if (page != nullptr && page->run.archive.current_operation() == zip::Operation::kZipping) {
       states.insert(machine_.platform().services.State("WSearch"));
     }
   };
@@ -666,7 +677,7 @@ TEST_F(FrmFinish, StopDuringCompressionIsToldByTheArchiveStageAndByTheRun) {
   machine_.ui().When(
       [this] {
         const frmFinish* page = run_.Run();
-        return page != nullptr && page->archive.current_operation() == zip::Operation::kZipping;
+        return page != nullptr && page->run.archive.current_operation() == zip::Operation::kZipping;
       },
       [this] {
         machine_.Expect(ui::Answer::kYes, backup_test::kReallyStop);
