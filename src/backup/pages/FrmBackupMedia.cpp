@@ -3,13 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "backup/pages/frmThree.h"
-#include "backup/pages/frmfour.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -34,7 +31,7 @@ std::string WithoutScheme(const std::string& host) {
 
 }  // namespace
 
-FrmBackupMedia::FrmBackupMedia(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+FrmBackupMedia::FrmBackupMedia(Application& app) : WizardPage(app, kName, PageRole::kBackupMedia) {
   TxtPassword.password = true;
   txtpath.read_only = true;
   cboDrives.enabled = false;
@@ -96,7 +93,12 @@ void FrmBackupMedia::WireEvents() {
 
 void FrmBackupMedia::Load() {
   page_layout::HostPage(app_, *this);
-  txtpath.text = app_.Get<FrmTwo>().txtpath.text.get();
+  TakeOver();
+}
+
+bool FrmBackupMedia::TakeOver() {
+  txtpath.text = app_.session().gBackupFolder;
+  return true;
 }
 
 void FrmBackupMedia::Choose(ui::CheckBox& box) {
@@ -195,7 +197,11 @@ bool FrmBackupMedia::IsLoaded() const {
 
 void FrmBackupMedia::cmdNext_Click() {
   app_.ui().SetPointer(ui::Pointer::kHourglass);
-  if (CheckMedia()) ShowReview();
+  if (CheckMedia()) {
+    // Filling the next page starts the run at once in an automatic one.
+    Hide();
+    GoOnTo(PageRole::kBackupReview);
+  }
   app_.ui().SetPointer(ui::Pointer::kDefault);
 }
 
@@ -298,21 +304,8 @@ void FrmBackupMedia::EnableButtons(bool enabled) {
   for (ui::CommandButton* button : {&cmdBack, &cmdNext, &cmdCancel}) button->enabled = enabled;
 }
 
-void FrmBackupMedia::ShowReview() {
-  frmfour& review = app_.Get<frmfour>();
-  Hide();
-  review.FillReview();
-  if (review.RunStarted()) return;
-  review.Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 4);
-}
+void FrmBackupMedia::cmdBack_Click() { Back(); }
 
-void FrmBackupMedia::cmdBack_Click() {
-  app_.Get<frmThree>().Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 2);
-  Hide();
-}
-
-void FrmBackupMedia::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void FrmBackupMedia::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -8,11 +8,9 @@
 #include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 #include "discovery/products/process_watch.h"
 
 namespace quorvale {
@@ -158,7 +156,7 @@ void frmFinish::cmdNext_Click() {
   Frame3.visible = false;
   if (app_.Ended()) return;
   if (!app_.session().gMediaDisc && !mStop) {
-    const std::string folder = app_.Get<frmSettings>().txtBackup.text;
+    const std::string folder = app_.settings().backup_folder();
     OpenFolder(app_, app_.files().FolderExists(folder) ? folder : folder + "\\");
   }
   // A page that the user has left already must not take the pages of a new job with it.
@@ -182,7 +180,7 @@ void frmFinish::Command2_Click() {
 
 void frmFinish::TAKEALLBACKUP() {
   Session& session = app_.session();
-  destination_ = app_.Get<FrmTwo>().txtpath.text;
+  destination_ = session.gBackupFolder;
   if (!destination_.empty()) KillFolder(WithBackslash(destination_) + "CDBackup");
   archive.ResetDefaults();
   archive.archive_name.clear();
@@ -622,16 +620,15 @@ zip::Result frmFinish::RunArchive() {
 
 bool frmFinish::OfferOtherFolder() {
   if (Stopping()) return false;
-  frmSettings& settings = app_.Get<frmSettings>();
-  app_.Inform("There is not enough space in the backup folder " + settings.txtBackup.text.get() +
+  ProgramSettings& settings = app_.settings();
+  app_.Inform("There is not enough space in the backup folder " + settings.backup_folder() +
               ". Please make space or change the location of backup file and run the backup "
               "again.");
   app_.ui().SetPointer(ui::Pointer::kDefault);
   const std::string folder =
-      app_.ui().BrowseForFolder("&Select a directory for Backup:", settings.txtBackup.text);
+      app_.ui().BrowseForFolder("&Select a directory for Backup:", settings.backup_folder());
   if (folder.empty()) return false;
-  settings.txtBackup.text = folder;
-  app_.registry().SaveRegString(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup", folder);
+  settings.UseBackupFolder(folder);
   // The archive keeps its first name, so this helps only where the first disk has room now. The
   // run has failed in either case.
   CompressStage(WithBackslash(folder) + app_.Get<frmThree>().txtcurrent.text.get());
@@ -648,7 +645,6 @@ void frmFinish::EndCompressStage() {
 
 void frmFinish::Deliver() {
   Session& session = app_.session();
-  if (FrmTwo* items = app_.Loaded<FrmTwo>()) destination_ = items->txtpath.text;
   const std::string parts = WithBackslash(destination_) + "CDbackup";
   session.gDelivered = false;
   if (!archive_made_ || Stopping()) {

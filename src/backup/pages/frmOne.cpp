@@ -1,14 +1,10 @@
 #include "backup/pages/frmOne.h"
 
 #include "backup/format/settings_file.h"
-#include "backup/pages/frmThree.h"
-#include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -20,7 +16,7 @@ constexpr int kF1 = 112;
 
 }  // namespace
 
-frmOne::frmOne(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmOne::frmOne(Application& app) : WizardPage(app, kName, PageRole::kBackupJob) {
   LayOut();
   WireEvents();
 }
@@ -71,7 +67,8 @@ void frmOne::savedetails() {
 }
 
 HandOver frmOne::JobHandOver() const {
-  return {.name = txtBackupname.text, .kind = OptCustBackup.value ? "Custom" : "Quick"};
+  return {.name = txtBackupname.text,
+          .kind = OptCustBackup.value ? kCustomWordOfJob : kQuickWordOfJob};
 }
 
 void frmOne::SaveJobState(const std::string& path) {
@@ -122,8 +119,7 @@ void frmOne::RefuseName() {
 }
 
 bool frmOne::MayUseName(const std::string& name) {
-  const std::string file =
-      WithBackslash(app_.Get<frmSettings>().txtBackup.text.get()) + name + ".obk";
+  const std::string file = WithBackslash(app_.settings().backup_folder()) + name + ".obk";
   if (!app_.files().FileExists(file)) return true;
   if (!app_.Ask("Backup job with the same name has already been created before. Do you want to "
                 "overwrite?",
@@ -137,9 +133,7 @@ bool frmOne::MayUseName(const std::string& name) {
 
 void frmOne::GoToItems() {
   if (NameIsBlank()) return;
-  app_.Get<FrmTwo>().Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 1);
-  Hide();
+  GoOnTo(PageRole::kBackupItems);
 }
 
 void frmOne::PrepareQuickBackup() {
@@ -148,21 +142,9 @@ void frmOne::PrepareQuickBackup() {
   main_window.SetEnabled(false);
   if (!RaiseRights()) return;
   main_window.SetEnabled(true);
-  FrmTwo& items = app_.Get<FrmTwo>();
-  items.TickAll();
-  items.savedetails();
-  frmThree& options = app_.Get<frmThree>();
-  options.txtcurrent.text = txtBackupname.text.get();
-  options.savedetails();
-  // The media page is passed over, so an earlier job's choice must not stand.
-  app_.session().gMediaFtp = false;
-  app_.session().gMediaDisc = false;
-  frmfour& review = app_.Get<frmfour>();
+  app_.pages().commit_complete_backup(app_, txtBackupname.text);
   Hide();
-  review.FillReview();
-  if (review.RunStarted()) return;
-  review.Show();
-  main_window.MarkStep(StepSide::kBackup, 4);
+  GoOnTo(PageRole::kBackupReview);
 }
 
 bool frmOne::RaiseRights() {
@@ -177,6 +159,6 @@ bool frmOne::RaiseRights() {
   return false;
 }
 
-void frmOne::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void frmOne::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -1,14 +1,10 @@
 #include "backup/pages/frmThree.h"
 
-#include "backup/pages/FrmBackupMedia.h"
-#include "backup/pages/frmOne.h"
-#include "backup/pages/frmfour.h"
+#include "backup/format/job_kinds.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -25,7 +21,7 @@ bool CanBeFileName(const std::string& name) {
 
 }  // namespace
 
-frmThree::frmThree(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmThree::frmThree(Application& app) : WizardPage(app, kName, PageRole::kBackupOptions) {
   cmbCompLevel.AddItem("Maximum", 9);
   cmbCompLevel.AddItem(kNormal, 6);
   cmbCompLevel.AddItem("Low", 1);
@@ -86,6 +82,9 @@ void frmThree::WireEvents() {
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  watch_ = app_.settings().OnChange([this](ProgramSettings::Setting setting) {
+    if (setting == ProgramSettings::Setting::kLog) chklogdetails.value = app_.settings().log();
+  });
   OpenHelpOnF1(app_, *this, "qvlBackup.htm");
 }
 
@@ -100,18 +99,25 @@ void frmThree::Activate() {
   app_.ui().SetCapsLock(false);
 }
 
+void frmThree::Unload() { watch_.reset(); }
+
+bool frmThree::TakeOver() {
+  txtcurrent.text = app_.session().gBackupName;
+  return true;
+}
+
+void frmThree::Entered() {
+  chklogdetails.value = app_.session().gLogDetails == "True" ? 1 : 0;
+  cmdNext.enabled = true;
+}
+
 std::string frmThree::DefaultFileName(Application& app) {
   return "BKP_" + DateStamp(app.platform().system.Now());
 }
 
-void frmThree::ReadLogOption() {
-  chklogdetails.value =
-      CheckValue(app_.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "chklog"));
-}
+void frmThree::ReadLogOption() { chklogdetails.value = app_.settings().Switch("chklog"); }
 
-void frmThree::chklogdetails_Click() {
-  app_.Get<frmSettings>().chkLog.value = chklogdetails.value.get();
-}
+void frmThree::chklogdetails_Click() { app_.settings().UseLog(chklogdetails.value); }
 
 void frmThree::chkcompression_Click() {
   const bool compress = chkcompression.value == 1;
@@ -189,19 +195,13 @@ bool frmThree::PasswordIsUsable() {
 void frmThree::cmdNext_Click() {
   if (!FileNameIsUsable() || !PasswordIsUsable()) return;
   savedetails();
-  app_.page_host().MarkStep(StepSide::kBackup, 3);
   // A main backup has its review page made before the media page comes on top.
-  if (app_.session().gBackupProcessName == kMainBackup) app_.Get<frmfour>();
-  app_.Get<FrmBackupMedia>().Show();
-  Hide();
+  if (app_.session().gBackupProcessName == kMainBackup) PageOf(PageRole::kBackupReview);
+  GoOnTo(PageRole::kBackupMedia);
 }
 
-void frmThree::cmdBack_Click() {
-  app_.Get<FrmTwo>().Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 1);
-  Hide();
-}
+void frmThree::cmdBack_Click() { Back(); }
 
-void frmThree::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void frmThree::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

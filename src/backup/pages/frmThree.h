@@ -3,17 +3,22 @@
 
 #include <string>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmThree : public ui::Form {
+class frmThree : public WizardPage {
  public:
   static constexpr char kName[] = "frmThree";
   explicit frmThree(Application& app);
   void Load() override;
   void Activate() override;
+  void Unload() override;
+  // The job's name becomes the file's.
+  bool TakeOver() override;
+  // The log box follows the session, and Next is to be had again.
+  void Entered() override;
 
   // "BKP_" and the present moment.
   static std::string DefaultFileName(Application& app);
@@ -60,7 +65,7 @@ class frmThree : public ui::Form {
   bool FileNameIsUsable();
   bool PasswordIsUsable();
 
-  Application& app_;
+  ProgramSettings::Watch watch_;
 };
 
 }  // namespace quorvale

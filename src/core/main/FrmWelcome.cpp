@@ -5,7 +5,6 @@
 #include "backup/format/settings_file.h"
 #include "backup/pages/frmFinish.h"
 #include "backup/pages/frmOne.h"
-#include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
 #include "base/text.h"
 #include "core/main/FrmMinimize.h"
@@ -14,6 +13,7 @@
 #include "core/main/frmSettings.h"
 #include "core/main/frmStartUp.h"
 #include "core/main/page_sets.h"
+#include "core/main/quick_backup.h"
 #include "core/main/run_modes.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
@@ -437,9 +437,7 @@ void FrmWelcome::Load() {
           ScaleForDpi(kWindowHeight, dpi) * dpi / kTwipsPerInch);
   LoadPictures();
   corner = 12;
-  const std::string check =
-      app_.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "chkGUpdate");
-  if (CheckValue(check) == 1) OpenUrl(app_, kMakerHomePage);
+  if (app_.settings().Switch("chkGUpdate") == 1) OpenUrl(app_, kMakerHomePage);
   GetLastBackupandRestore();
   NextSchedule();
 
@@ -670,15 +668,7 @@ void FrmWelcome::PrepareQuickBackup() {
   job.OptQuick.value = true;
   pause();
   if (app_.Ended()) return;
-  FrmTwo& items = app_.Get<FrmTwo>();
-  items.TickAll();
-  items.savedetails();
-  app_.Get<frmThree>().savedetails();
-  // The media page is passed over, so an earlier job's choice must not stand.
-  Session& session = app_.session();
-  session.gMediaFtp = false;
-  session.gMediaDisc = false;
-  session.gMediaDiscCount = 0;
+  CommitCompleteBackup(app_, "");
   pause();
   steps.EndRow(2);
   if (app_.Ended()) return;

@@ -1,6 +1,5 @@
 #include "core/main/frmSettings.h"
 
-#include "backup/pages/frmThree.h"
 #include "base/text.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmStartUp.h"
@@ -106,8 +105,9 @@ void frmSettings::Place() {
 }
 
 void frmSettings::Wire() {
-  txtBackup.text.on_change = [this] { FolderChanged(txtBackup, "txtBackup"); };
-  txtRestore.text.on_change = [this] { FolderChanged(txtRestore, "txtRestore"); };
+  txtBackup.text.on_change = [this] { txtBackup_Change(); };
+  txtRestore.text.on_change = [this] { txtRestore_Change(); };
+  watch_ = app_.settings().OnChange([this](auto) { ShowSettings(); });
   cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
   Command1.on_click = [this] { Command1_Click(); };
   Command2.on_click = [this] { Command2_Click(); };
@@ -133,39 +133,40 @@ void frmSettings::Load() {
   // First, since the main window's load sets the folder of the defaults.
   page_layout::HostPage(app_, *this);
   const Raised filling(filling_);
-  Registry& registry = app_.registry();
-  if (registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup").empty()) {
-    registry.RegMakeKey(RegistryRoot::kCurrentUser, WithoutBackslash(kSettingsKey));
-  }
-  chkShortcut.value = Setting("chkShortcut");
-  ChkStartMenu.value = Setting("ChkStartMenu");
+  app_.settings().Load();
+  ChkStartMenu.value = app_.settings().Switch("ChkStartMenu");
   Fill();
-  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
   if (CboLanguage.Count() == 0) CboLanguage.AddItem("English");
   CboLanguage.list_index = 0;
 }
 
 void frmSettings::Activate() {
   const Raised filling(filling_);
+  app_.settings().Read();
   Fill();
 }
 
+void frmSettings::Unload() {
+  watch_.reset();
+  // The next one who asks for a folder takes what the registry holds then.
+  app_.settings().Forget();
+}
+
 void frmSettings::Fill() {
-  Registry& registry = app_.registry();
-  txtBackup.text = registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup");
-  txtRestore.text = registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtRestore");
-  chkLog.value = Setting("chkLog");
-  chkSound.value = Setting("chkSound");
-  chkGUpdate.value = Setting("chkGUpdate");
-  UseDefaultFolder(txtBackup, "\\Backup");
-  UseDefaultFolder(txtRestore, "\\Restore");
+  ProgramSettings& settings = app_.settings();
+  txtBackup.text = settings.backup_folder();
+  txtRestore.text = settings.restore_folder();
+  chkLog.value = settings.log();
+  chkSound.value = settings.Switch("chkSound");
+  chkGUpdate.value = settings.Switch("chkGUpdate");
   ShortcutOnDesktop();
 }
 
-void frmSettings::UseDefaultFolder(ui::TextBox& box, const char* folder) {
-  if (!box.text->empty()) return;
-  box.text = app_.session().gAppDataPath + folder;
-  MakeDirectoryPath(app_, box.text.get() + "\\");
+void frmSettings::ShowSettings() {
+  ProgramSettings& settings = app_.settings();
+  txtBackup.text = settings.backup_folder();
+  txtRestore.text = settings.restore_folder();
+  chkLog.value = settings.log();
 }
 
 void frmSettings::ShortcutOnDesktop() {
@@ -179,50 +180,44 @@ void frmSettings::ShortcutOnDesktop() {
   chkShortcut.value = found;
 }
 
-int frmSettings::Setting(const char* name) {
-  return CheckValue(app_.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, name));
-}
-
-void frmSettings::Save(const char* name, const std::string& text) {
-  app_.registry().SaveRegString(RegistryRoot::kCurrentUser, kSettingsKey, name, text);
-}
-
 // --- Check boxes --------------------------------------------------------------------------------
 
 void frmSettings::chkSound_Click() {
-  if (!filling_) Save("chkSound", std::to_string(chkSound.value));
+  if (!filling_) app_.settings().SaveSwitch("chkSound", chkSound.value);
 }
 
 void frmSettings::chkGUpdate_Click() {
-  if (!filling_) Save("chkGUpdate", std::to_string(chkGUpdate.value));
+  if (!filling_) app_.settings().SaveSwitch("chkGUpdate", chkGUpdate.value);
 }
 
 void frmSettings::chkLog_Click() {
-  if (filling_) return;
-  // A page that is not loaded yet reads the stored value when it is.
-  if (frmThree* options = app_.Loaded<frmThree>()) options->chklogdetails.value = chkLog.value;
-  Save("chklog", std::to_string(chkLog.value));
-  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
+  if (!filling_) app_.settings().UseLog(chkLog.value);
 }
 
 void frmSettings::chkShortcut_Click() {
   if (filling_) return;
   SetShortcut(app_, special_folder::kDesktop, chkShortcut.value == 1);
-  Save("chkShortcut", std::to_string(chkShortcut.value));
+  app_.settings().SaveSwitch("chkShortcut", chkShortcut.value);
 }
 
 void frmSettings::ChkStartMenu_Click() {
   if (filling_) return;
   SetShortcut(app_, special_folder::kPrograms, ChkStartMenu.value == 1);
-  Save("ChkStartMenu", std::to_string(ChkStartMenu.value));
+  app_.settings().SaveSwitch("ChkStartMenu", ChkStartMenu.value);
 }
 
 // --- Folders ------------------------------------------------------------------------------------
 
-void frmSettings::FolderChanged(const ui::TextBox& box, const char* name) {
+void frmSettings::txtBackup_Change() {
   if (filling_) return;
   Command4.caption = "Save Settings";
-  Save(name, box.text);
+  app_.settings().UseBackupFolder(txtBackup.text);
+}
+
+void frmSettings::txtRestore_Change() {
+  if (filling_) return;
+  Command4.caption = "Save Settings";
+  app_.settings().UseRestoreFolder(txtRestore.text);
 }
 
 std::string frmSettings::WhyNot(const std::string& folder) {
@@ -240,7 +235,7 @@ std::string frmSettings::WhyNot(const std::string& folder) {
   return "";
 }
 
-void frmSettings::ChooseFolder(ui::TextBox& box, const char* name) {
+void frmSettings::ChooseFolder(ui::TextBox& box) {
   const std::string folder = app_.ui().BrowseForFolder("&Select a directory for Backup:", box.text);
   if (folder.empty()) return;
   const std::string refusal = WhyNot(folder);
@@ -249,12 +244,11 @@ void frmSettings::ChooseFolder(ui::TextBox& box, const char* name) {
     return;
   }
   box.text = folder;
-  Save(name, folder);
 }
 
-void frmSettings::cmdselectfolder_Click() { ChooseFolder(txtBackup, "txtBackup"); }
+void frmSettings::cmdselectfolder_Click() { ChooseFolder(txtBackup); }
 
-void frmSettings::Command1_Click() { ChooseFolder(txtRestore, "txtRestore"); }
+void frmSettings::Command1_Click() { ChooseFolder(txtRestore); }
 
 void frmSettings::Command2_Click() { OpenFolder(app_, txtBackup.text); }
 
@@ -262,10 +256,7 @@ void frmSettings::Command3_Click() { OpenFolder(app_, txtRestore.text); }
 
 void frmSettings::Command4_Click() { SaveFolders(); }
 
-void frmSettings::SaveFolders() {
-  Save("txtRestore", txtRestore.text);
-  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
-}
+void frmSettings::SaveFolders() { app_.settings().Save(); }
 
 // --- Leaving ------------------------------------------------------------------------------------
 

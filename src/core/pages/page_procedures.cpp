@@ -5,11 +5,15 @@
 
 namespace quorvale {
 
+void TellNotMade(Application& app, const std::string& path) {
+  app.Inform("Sorry Could not make the directory [" + path + "] path. ");
+}
+
 bool MakeDirectoryPath(Application& app, const std::string& path) {
   // What stands behind the last "\" is a file's name, not a folder to make.
   const std::string folder = ParentFolder(path);
   if (!folder.empty() && app.files().MakeFolderChain(folder)) return true;
-  app.Inform("Sorry Could not make the directory [" + path + "] path. ");
+  TellNotMade(app, path);
   return false;
 }
 

@@ -9,6 +9,8 @@ namespace quorvale {
 
 // Makes the folder of a path that ends in "\\"; tells the user when that fails.
 bool MakeDirectoryPath(Application& app, const std::string& path);
+// What it says then.
+void TellNotMade(Application& app, const std::string& path);
 // Shows an address in the browser; tells the user when there is none.
 void OpenUrl(Application& app, const std::string& url);
 // From now on F1 on the page opens a topic of the help.

@@ -196,9 +196,7 @@ std::string HistoryStamp(Program& program, const LocalTime& time) {
 int CheckValue(const std::string& text) { return Val(text) == 1 ? 1 : 0; }
 
 void PlayEndSound(Program& program) {
-  const std::string off =
-      program.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "chkSound");
-  if (off != "0" && !off.empty()) return;
+  if (program.settings().EndSoundIsOff()) return;
   const std::string sound = program.platform().system.ProgramFolder() + "\\chimes.wav";
   if (program.files().FileExists(sound)) program.platform().shell.PlaySoundFile(sound);
 }

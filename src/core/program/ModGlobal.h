@@ -17,7 +17,6 @@ inline constexpr char kWindowsME[] = "Windows ME";
 inline constexpr char kWindows98[] = "Windows 98";
 inline constexpr char kWindows95[] = "Windows 95";
 
-inline constexpr char kSettingsKey[] = "Software\\Tarnwick\\Quorvale\\Settings\\";
 inline constexpr char kHistoryKey[] = "Software\\Tarnwick\\Quorvale";
 
 // The fixed word of the operating system.

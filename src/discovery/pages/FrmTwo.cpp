@@ -1,17 +1,12 @@
 #include "discovery/pages/FrmTwo.h"
 
-#include <utility>
-
+#include "backup/format/job_kinds.h"
 #include "backup/format/settings_file.h"
-#include "backup/pages/FrmBackupMedia.h"
-#include "backup/pages/frmOne.h"
-#include "backup/pages/frmThree.h"
-#include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
+#include "core/pages/selection_space.h"
 #include "core/program/ModGlobal.h"
 #include "core/program/command_words.h"
 #include "discovery/products/ModbasTvw.h"
@@ -23,7 +18,6 @@ namespace quorvale {
 namespace {
 
 constexpr int kKeySpace = 32;
-constexpr std::uint64_t kPumpInterval = 100;  // milliseconds
 constexpr char kHelpTopic[] = "qvlBackup.htm";
 
 constexpr char kAddFoldersImage[] = "aa1";
@@ -58,31 +52,15 @@ void Withdraw(ui::TreeNode* root) {
   if (root->Children() == 0) root->SetChecked(false);
 }
 
-// The fourth character from the end of a UTF-8 text is a full stop.
-bool HasThreeLetterExtension(const std::string& text) {
-  size_t at = text.size();
-  for (int characters = 0; characters < 4; ++characters) {
-    if (at == 0) return false;
-    --at;
-    while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80) --at;
-  }
-  return text[at] == '.';
-}
-
-bool IsDriveRoot(const std::string& path) {
-  return !path.empty() && path.find('\\') == path.size() - 1;
-}
-
 }  // namespace
 
-FrmTwo::FrmTwo(Application& app) : Form(app.ui(), kName), app_(app) { WireEvents(); }
+FrmTwo::FrmTwo(Application& app) : WizardPage(app, kName, PageRole::kBackupItems) { WireEvents(); }
 
 void FrmTwo::Load() {
   Session& session = app_.session();
   if (session.gBackupProcessName.empty()) {
-    session.gBackupProcessName = "Main Backup";
-    session.gBackupProcessDesc =
-        "Save your current settings and data for later restore to this or other computer.";
+    session.gBackupProcessName = kMainBackup;
+    session.gBackupProcessDesc = kMainBackupDescription;
     session.gBackupName = "My Backup";
   }
   page_layout::HostPage(app_, *this);
@@ -166,7 +144,7 @@ void FrmTwo::FillExplorer() {
   FillOtherFilesNodes(app_, tvwMain);
   tvwMain.EndUpdate();
 
-  const std::string& folder = app_.Get<frmSettings>().txtBackup.text;
+  const std::string folder = app_.settings().backup_folder();
   if (app_.files().MakeFolderChain(folder + "\\")) txtpath.text = folder;
 }
 
@@ -448,10 +426,10 @@ void FrmTwo::cmdselectfolder_Click() {
 
 // The folder last used here is the default of the whole program.
 void FrmTwo::txtpath_Change() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  if (settings.txtBackup.text.get() == txtpath.text.get()) return;
-  settings.txtBackup.text = txtpath.text.get();
-  settings.Command4_Click();
+  ProgramSettings& settings = app_.settings();
+  if (settings.backup_folder() == txtpath.text.get()) return;
+  settings.UseBackupFolder(txtpath.text);
+  settings.Save();
 }
 
 // The commit -------------------------------------------------------------------------------------
@@ -496,54 +474,11 @@ bool FrmTwo::savedetails() {
   return true;
 }
 
-double FrmTwo::sizeCount() {
-  // Many files take their time: the window repaints meanwhile, but nothing can be pressed.
-  PageHost& main = app_.page_host();
-  const bool was_enabled = main.IsEnabled();
-  std::uint64_t last_pump = app_.platform().system.Ticks();
-  double total = 0;
-  for (const std::string& untrimmed : app_.session().gBackupItemKeys) {
-    if (app_.platform().system.Ticks() - last_pump >= kPumpInterval) {
-      main.SetEnabled(false);
-      app_.Pump();
-      last_pump = app_.platform().system.Ticks();
-    }
-    const std::string key = Trim(untrimmed);
-    if (key.size() < 2 || key[1] != ':') continue;
-    if (HasThreeLetterExtension(key)) {
-      const std::optional<FileInfo> file = app_.files().files().Stat(key);
-      if (file && !file->IsFolder()) total += static_cast<double>(file->size);
-    } else if (app_.files().FolderExists(key)) {
-      total += IsDriveRoot(key) ? OnlyDriveSize(key) : app_.files().FolderSize(key);
-    }
-  }
-  if (main.IsEnabled() != was_enabled) main.SetEnabled(was_enabled);
-  app_.session().gSelectedFolderBytes = total;
-  return total;
-}
+double FrmTwo::sizeCount() { return SizeOfSelection(app_); }
 
-void FrmTwo::getDriveSize(const std::string& drive) {
-  const std::optional<DiskSpace> space = app_.files().files().Space(drive);
-  if (!space) {
-    app_.session().gDriveInfoFailed = true;
-    return;
-  }
-  app_.session().gFreeBytes = static_cast<double>(space->free_bytes);
-}
+void FrmTwo::getDriveSize(const std::string& drive) { MeasureFreeSpace(app_, drive); }
 
-bool FrmTwo::ReadFreeSpace(const std::string& drive) {
-  getDriveSize(drive);
-  return !std::exchange(app_.session().gDriveInfoFailed, false);
-}
-
-double FrmTwo::OnlyDriveSize(const std::string& drive) {
-  const std::optional<DiskSpace> space = app_.files().files().Space(drive);
-  if (!space) {
-    app_.session().gDriveInfoFailed = true;
-    return 0;
-  }
-  return static_cast<double>(space->total_bytes) - static_cast<double>(space->free_bytes);
-}
+double FrmTwo::OnlyDriveSize(const std::string& drive) { return UsedSpace(app_, drive); }
 
 void FrmTwo::processeslisting() {
   LvW.Clear();
@@ -614,8 +549,8 @@ bool FrmTwo::CheckDestination(const std::string& path) {
   if (!MakeDestination(path)) session.gAnyItemChecked = false;
   if (!session.gAnyItemChecked) {
     app_.Inform("No item is selected for Backup. Check the item to proceed");
-    app_.Get<frmThree>().cmdNext.enabled = false;
-    app_.Get<frmfour>().cmdNext.enabled = false;
+    PageOf(PageRole::kBackupOptions).AllowNext(false);
+    PageOf(PageRole::kBackupReview).AllowNext(false);
     return false;
   }
   return true;
@@ -623,7 +558,7 @@ bool FrmTwo::CheckDestination(const std::string& path) {
 
 bool FrmTwo::CheckSpace(const std::string& path) {
   Session& session = app_.session();
-  if (!ReadFreeSpace(DriveOf(path))) return false;
+  if (!ReadFreeSpace(app_, DriveOf(path))) return false;
   const double needed = session.gSelectedFolderBytes;  // as savedetails() has just found it
   if (session.gFreeBytes / 1024 < needed / 1024) {
     app_.Inform(
@@ -637,9 +572,9 @@ bool FrmTwo::CheckSpace(const std::string& path) {
 
 bool FrmTwo::RaiseRights() {
   if (!needs_elevation_ || !NeedsElevation(app_)) return true;
-  HandOver hand_over = app_.Get<frmOne>().JobHandOver();
-  hand_over.path = txtpath.text;
-  SaveTreeState(app_, HandOverPath(app_), hand_over);
+  SaveTreeState(
+      app_, HandOverPath(app_),
+      {.name = app_.session().gBackupName, .kind = kCustomWordOfJob, .path = txtpath.text});
   if (RestartElevated(app_) == Elevation::kRefused) {
     app_.page_host().SetEnabled(true);
     app_.Inform(
@@ -661,25 +596,13 @@ void FrmTwo::cmdNext_Click() {
 }
 
 void FrmTwo::ShowNextPage() {
-  PageHost& welcome = app_.page_host();
-  welcome.SetEnabled(true);
-  app_.Get<FrmBackupMedia>().txtpath.text = txtpath.text.get();
-  app_.Get<frmfour>().cmdNext.enabled = true;
-  frmThree& next = app_.Get<frmThree>();
-  next.txtcurrent.text = app_.Get<frmOne>().txtBackupname.text.get();
-  next.Show();
-  Hide();
-  welcome.MarkStep(StepSide::kBackup, 2);
-  next.chklogdetails.value = app_.session().gLogDetails == "True" ? 1 : 0;
-  next.cmdNext.enabled = true;
+  app_.page_host().SetEnabled(true);
+  PageOf(PageRole::kBackupReview).AllowNext(true);
+  GoOnTo(PageRole::kBackupOptions);
 }
 
-void FrmTwo::cmdBack_Click() {
-  app_.Get<frmOne>().Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kBackup, 0);
-}
+void FrmTwo::cmdBack_Click() { Back(); }
 
-void FrmTwo::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void FrmTwo::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -286,7 +285,7 @@ void frmRFinish::cmdNext_Click() {
   Frame3.visible = false;
   session.gStopRequested = false;
   if (!session.gNoRestoreFolder && !AbortFlag && LeftInRestoreFolder) {
-    const std::string folder = WithoutBackslash(app_.Get<frmSettings>().txtRestore.text);
+    const std::string folder = WithoutBackslash(app_.settings().restore_folder());
     app_.platform().shell.Run("Explorer " + folder + "\\" + BackupBaseName(), WindowStyle::kNormal);
   }
   PageHost& welcome = app_.page_host();

@@ -3,11 +3,9 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "restore/pages/frmRTwo.h"
 
 namespace quorvale {
 namespace {
@@ -17,7 +15,8 @@ constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 }  // namespace
 
 frmROne::frmROne(Application& app)
-    : ui::Form(app.ui(), kName), XceedZip1(app.platform().files, app.platform().system), app_(app) {
+    : WizardPage(app, kName, PageRole::kRestoreJob),
+      XceedZip1(app.platform().files, app.platform().system) {
   txtDefaultPassword.password = true;
   Label32.is_link = true;
   LblDelete.is_link = true;
@@ -42,7 +41,7 @@ void frmROne::Load() {
   FillBackupList();
   UseOpenedFile();
   app_.session().gNoRestoreFolder = false;
-  const std::string folder = app_.Get<frmSettings>().txtRestore.text;
+  const std::string folder = app_.settings().restore_folder();
   // An earlier run that declined the folder left the setting empty.
   txtRestore.text = folder.empty() ? app_.session().gAppDataPath + "\\Restore" : folder;
 }
@@ -78,10 +77,10 @@ void frmROne::Arrange() {
 }
 
 void frmROne::FillBackupList() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  const std::string folder = settings.txtBackup.text;
+  ProgramSettings& settings = app_.settings();
+  const std::string folder = settings.backup_folder();
   app_.files().MakeFolderChain(folder);
-  const std::string restore_folder = settings.txtRestore.text;
+  const std::string restore_folder = settings.restore_folder();
   if (!restore_folder.empty()) app_.files().MakeFolderChain(restore_folder);
   std::vector<std::string> names = app_.files().ListFileNames(folder, "*.obk");
   std::sort(names.begin(), names.end(),
@@ -123,14 +122,14 @@ void frmROne::UseOpenedFile() {
 void frmROne::File1_Click() {
   if (File1.list_index < 0) return;
   txtDefaultPassword.text = "";
-  const std::string folder = app_.Get<frmSettings>().txtBackup.text;
+  const std::string folder = app_.settings().backup_folder();
   const std::string path = folder + "\\" + File1.SelectedText();
   UseArchivePath(IsNetworkPath(path) ? path : ReplaceAll(path, "\\\\", "\\"));
 }
 
 void frmROne::Command1_Click() {
   const std::string path = app_.ui().OpenFileDialog("Outlook Backup Files(*.obk)|*.obk",
-                                                    app_.Get<frmSettings>().txtBackup.text);
+                                                    app_.settings().backup_folder());
   if (path.empty()) return;
   txtDefaultPassword.text = "";
   cmdNext.enabled = true;
@@ -167,10 +166,10 @@ void frmROne::Check1_Click() {
 }
 
 void frmROne::txtRestore_Change() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  if (settings.txtRestore.text.get() == txtRestore.text.get()) return;
-  settings.txtRestore.text = txtRestore.text;
-  settings.Command4_Click();
+  ProgramSettings& settings = app_.settings();
+  if (settings.restore_folder() == txtRestore.text.get()) return;
+  settings.UseRestoreFolder(txtRestore.text);
+  settings.Save();
 }
 
 void frmROne::cmdselectfolder_Click() {
@@ -248,16 +247,11 @@ void frmROne::cmdNext_Click() {
   }
   cmdNext.enabled = true;
   SaveRestoreSession();
-  frmRTwo& next = app_.Get<frmRTwo>();
-  const bool loaded = next.LoadValues();
+  GoOnTo(PageRole::kRestoreItems);
   app_.ui().SetPointer(ui::Pointer::kDefault);
-  if (!loaded) return;
-  app_.page_host().MarkStep(StepSide::kRestore, 1);
-  next.Show();
-  Hide();
 }
 
-void frmROne::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
+void frmROne::cmdCancel_Click() { Cancel(); }
 
 void frmROne::RegisterOpenedFile() { quorvale::RegisterOpenedFile(app_); }
 

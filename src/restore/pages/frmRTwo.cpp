@@ -5,7 +5,6 @@
 
 #include "backup/format/archive_layout.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -13,7 +12,6 @@
 #include "discovery/products/outlook_profile.h"
 #include "discovery/products/process_watch.h"
 #include "restore/pages/frmROne.h"
-#include "restore/pages/frmRfour.h"
 #include "restore/pages/restore_tree.h"
 
 namespace quorvale {
@@ -91,7 +89,8 @@ RestoreRow RowOfNode(const std::string& path, const std::string& key,
 }  // namespace
 
 frmRTwo::frmRTwo(Application& app)
-    : ui::Form(app.ui(), kName), XceedZip1(app.platform().files, app.platform().system), app_(app) {
+    : WizardPage(app, kName, PageRole::kRestoreItems),
+      XceedZip1(app.platform().files, app.platform().system) {
   Label32.is_link = true;
   Label32.on_click = [this] { Label32_Click(); };
   Command2.on_click = [this] { Command2_Click(); };
@@ -149,7 +148,7 @@ void frmRTwo::Arrange() {
 
 std::string frmRTwo::StagingFolder() const {
   if (app_.session().gNoRestoreFolder) return TempXmlFolder(app_);
-  return app_.Get<frmSettings>().txtRestore.text;
+  return app_.settings().restore_folder();
 }
 
 std::string frmRTwo::SettingsFilePath(const std::string& base) const {
@@ -159,7 +158,7 @@ std::string frmRTwo::SettingsFilePath(const std::string& base) const {
 bool frmRTwo::LoadValues() {
   app_.session().gRestoreFileBad = false;
   Label32_Click();
-  txtpath.text = app_.Get<frmSettings>().txtRestore.text;
+  txtpath.text = app_.settings().restore_folder();
   return !app_.session().gRestoreFileBad;
 }
 
@@ -424,10 +423,10 @@ bool frmRTwo::tvwMain_KeyDown(int code, int) {
 }
 
 void frmRTwo::txtpath_Change() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  if (settings.txtRestore.text.get() == txtpath.text.get()) return;
-  settings.txtRestore.text = txtpath.text;
-  settings.Command4_Click();
+  ProgramSettings& settings = app_.settings();
+  if (settings.restore_folder() == txtpath.text.get()) return;
+  settings.UseRestoreFolder(txtpath.text);
+  settings.Save();
 }
 
 void frmRTwo::cmdselectfolder_Click() {
@@ -473,27 +472,18 @@ void frmRTwo::cmdNext_Click() {
     cmdBack_Click();
     return;
   }
-  frmRfour& next = app_.Get<frmRfour>();
   if (!AnythingTicked()) {
     app_.Inform("No item is selected for Restore. Check the item to proceed");
-    next.cmdNext.enabled = false;
+    PageOf(PageRole::kRestoreReview).AllowNext(false);
     return;
   }
   if (!CheckIfOpen() || !CheckProfileRules()) return;
   savedetails();
-  next.LoadDetails();
-  next.cmdNext.enabled = true;
-  next.Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kRestore, 2);
+  GoOnTo(PageRole::kRestoreReview);
 }
 
-void frmRTwo::cmdBack_Click() {
-  app_.Get<frmROne>().Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kRestore, 0);
-}
+void frmRTwo::cmdBack_Click() { Back(); }
 
-void frmRTwo::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
+void frmRTwo::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -7,14 +7,14 @@
 
 #include "archive/archive.h"
 #include "backup/format/settings_file.h"
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 #include "platform/ui/tree_view.h"
 
 namespace quorvale {
 
-class frmRTwo : public ui::Form {
+class frmRTwo : public WizardPage {
  public:
   static constexpr char kName[] = "frmRTwo";
   explicit frmRTwo(Application& app);
@@ -37,6 +37,10 @@ class frmRTwo : public ui::Form {
   zip::Archive XceedZip1;
 
   void Load() override;
+  // Reads the chosen backup. False if it can't be read.
+  bool TakeOver() override { return LoadValues(); }
+  // True when no selected mail program runs.
+  bool MayBeUsed() override { return CheckIfOpen(); }
 
   // Entry from frmROne: reads the backup's settings and builds the tree. False if the settings
   // can't be taken out of the archive: the user was told, and gRestoreFileBad is set.
@@ -98,7 +102,6 @@ class frmRTwo : public ui::Form {
   std::string WhyNot(const std::string& folder);
   bool AnythingTicked() const;
 
-  Application& app_;
   std::vector<SettingsItem> items_;
   std::string settings_file_;
 };

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "archive/archive.h"
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 #include "restore/run/member_index.h"
@@ -19,7 +19,7 @@ struct QVLRestoreClass {
   double lRestoreFilesize = 0;  // bytes
 };
 
-class frmRfour : public ui::Form {
+class frmRfour : public WizardPage {
  public:
   static constexpr char kName[] = "frmRfour";
   explicit frmRfour(Application& app);
@@ -40,6 +40,8 @@ class frmRfour : public ui::Form {
   ui::CommandButton cmdCancel{*this, "cmdCancel", "&Cancel"};
 
   void Load() override;
+  // Shows what was committed.
+  bool TakeOver() override;
 
   // Writes the summary into RichTextBox1.
   void LoadDetails();
@@ -73,7 +75,6 @@ class frmRfour : public ui::Form {
   void AddNeed(const std::string& target, double bytes);
   void StartRun();
 
-  Application& app_;
   zip::Archive archive_;
   MemberIndex members_;
   std::string prefix_;

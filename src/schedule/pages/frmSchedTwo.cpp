@@ -4,7 +4,6 @@
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "schedule/pages/frmSchedule.h"
 #include "schedule/pages/refused_time.h"
 #include "schedule/run/schedule_jobs.h"
 
@@ -16,7 +15,7 @@ constexpr char kRowKey[] = "Key";
 
 }  // namespace
 
-frmSchedTwo::frmSchedTwo(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmSchedTwo::frmSchedTwo(Application& app) : WizardPage(app, kName, PageRole::kScheduleList) {
   ListView1.columns = {"Name", "Details"};
   ListView1.column_percents = {28, 72};  // when a job runs is a long line
   LayOut();
@@ -189,11 +188,7 @@ void frmSchedTwo::cmdTest_Click() {
 
 // --- Leaving ------------------------------------------------------------------------------------
 
-void frmSchedTwo::cmdBack_Click() {
-  app_.Get<frmSchedule>().Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kSchedule, 0);
-}
+void frmSchedTwo::cmdBack_Click() { Back(); }
 
 void frmSchedTwo::cmdCancel_Click() { app_.page_host().HomePage(); }
 

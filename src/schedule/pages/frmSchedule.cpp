@@ -38,7 +38,7 @@ std::string WordOf(const std::string& label) {
 
 }  // namespace
 
-frmSchedule::frmSchedule(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmSchedule::frmSchedule(Application& app) : WizardPage(app, kName, PageRole::kSchedule) {
   for (const BackupType& type : kTypes) cmbCommandLine.AddItem(type.label);
   LayOut();
   WireEvents();

@@ -5,12 +5,12 @@
 #include <array>
 #include <string>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmSchedule : public ui::Form {
+class frmSchedule : public WizardPage {
  public:
   static constexpr char kName[] = "frmSchedule";
   explicit frmSchedule(Application& app);
@@ -63,7 +63,6 @@ class frmSchedule : public ui::Form {
   bool RaiseRights();
   void ShowPresentTime();
 
-  Application& app_;
   // While the page sets the day boxes itself, their handlers do nothing.
   bool setting_days_ = false;
 };
