@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/scoped_flag.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
@@ -35,12 +36,12 @@ FrmBackupMedia::FrmBackupMedia(Application& app) : WizardPage(app, kName, PageRo
   TxtPassword.password = true;
   txtpath.read_only = true;
   cboDrives.enabled = false;
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
   EnableFtpFields();
 }
 
-void FrmBackupMedia::LayOut() {
+void FrmBackupMedia::PlaceControls() {
   using namespace page_layout;
   constexpr int kIndent = 20;
   constexpr int kLabelWidth = 110;
@@ -65,21 +66,13 @@ void FrmBackupMedia::LayOut() {
   TxtPassword.bounds = ContentRow(9, kFieldLeft, kFieldWidth);
   lblrdir.bounds = ContentRow(10, kLabelLeft, kLabelWidth);
   TxtRemoteDir.bounds = ContentRow(10, kFieldLeft, kFieldWidth);
-  int tab = 1;
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&ChkHardDisk), static_cast<ui::Control*>(&txtpath),
-        static_cast<ui::Control*>(&ChkCDDVD), static_cast<ui::Control*>(&cboDrives),
-        static_cast<ui::Control*>(&ChkFTP), static_cast<ui::Control*>(&TxtHostname),
-        static_cast<ui::Control*>(&TxtPort), static_cast<ui::Control*>(&ChkAnonymous),
-        static_cast<ui::Control*>(&TxtUserName), static_cast<ui::Control*>(&TxtPassword),
-        static_cast<ui::Control*>(&TxtRemoteDir)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&ChkHardDisk, &txtpath, &ChkCDDVD, &cboDrives, &ChkFTP, &TxtHostname, &TxtPort,
+               &ChkAnonymous, &TxtUserName, &TxtPassword, &TxtRemoteDir});
   PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
 }
 
-void FrmBackupMedia::WireEvents() {
+void FrmBackupMedia::ConnectHandlers() {
   ChkHardDisk.on_click = [this] { ChkHardDisk_Click(); };
   ChkCDDVD.on_click = [this] { ChkCDDVD_Click(); };
   ChkFTP.on_click = [this] { ChkFTP_Click(); };
@@ -102,11 +95,12 @@ bool FrmBackupMedia::TakeOver() {
 }
 
 void FrmBackupMedia::Choose(ui::CheckBox& box) {
-  choosing_ = true;
-  for (ui::CheckBox* each : {&ChkHardDisk, &ChkCDDVD, &ChkFTP}) {
-    each->value = each == &box ? 1 : 0;
+  {
+    const ScopedFlag choosing(choosing_);
+    for (ui::CheckBox* each : {&ChkHardDisk, &ChkCDDVD, &ChkFTP}) {
+      each->value = each == &box ? 1 : 0;
+    }
   }
-  choosing_ = false;
   cboDrives.enabled = ChkCDDVD.value == 1;
   EnableFtpFields();
 }

@@ -60,8 +60,8 @@ class FrmBackupMedia : public WizardPage {
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void EnableFtpFields();
   void EnableButtons(bool enabled);
   // Ticks one of the three boxes and clears the two others.

@@ -42,16 +42,14 @@ class frmOne : public WizardPage {
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void RefuseName();
   bool NameIsBlank();
   // False if a backup of this name stands and the user wants to keep it.
   bool MayUseName(const std::string& name);
   void GoToItems();
   void PrepareQuickBackup();
-  // False if this copy must not go on: another one with raised rights does, or the user refused.
-  bool RaiseRights();
 };
 
 }  // namespace quorvale

@@ -29,13 +29,13 @@ frmThree::frmThree(Application& app) : WizardPage(app, kName, PageRole::kBackupO
   cmbCompLevel.SelectText(kNormal);
   txtpwd.password = true;
   txtpwd2.password = true;
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
   chkProtectArchive_Click();
   chkSplit_Click();
 }
 
-void frmThree::LayOut() {
+void frmThree::PlaceControls() {
   using namespace page_layout;
   constexpr int kLabelWidth = 170;
   constexpr int kIndent = 20;
@@ -57,20 +57,13 @@ void frmThree::LayOut() {
   Label7.bounds = ContentRow(10, kContentLeft + kIndent, kLabelWidth - kIndent);
   txtsizeSplit.bounds = ContentRow(10, kFieldLeft, 80);
   Label8.bounds = ContentRow(10, kFieldLeft + 88, 60);
-  int tab = 1;
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&txtcurrent), static_cast<ui::Control*>(&chklogdetails),
-        static_cast<ui::Control*>(&chkcompression), static_cast<ui::Control*>(&cmbCompLevel),
-        static_cast<ui::Control*>(&chkProtectArchive), static_cast<ui::Control*>(&txtpwd),
-        static_cast<ui::Control*>(&txtpwd2), static_cast<ui::Control*>(&chkSplit),
-        static_cast<ui::Control*>(&txtsizeSplit)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&txtcurrent, &chklogdetails, &chkcompression, &cmbCompLevel, &chkProtectArchive,
+               &txtpwd, &txtpwd2, &chkSplit, &txtsizeSplit});
   PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
 }
 
-void frmThree::WireEvents() {
+void frmThree::ConnectHandlers() {
   chklogdetails.on_click = [this] { chklogdetails_Click(); };
   chkcompression.on_click = [this] { chkcompression_Click(); };
   chkProtectArchive.on_click = [this] { chkProtectArchive_Click(); };
@@ -136,8 +129,7 @@ void frmThree::cmbCompLevel_Change() {
 void frmThree::chkProtectArchive_Click() {
   const bool protect = chkProtectArchive.value == 1;
   for (ui::Control* control :
-       {static_cast<ui::Control*>(&Label2), static_cast<ui::Control*>(&Label5),
-        static_cast<ui::Control*>(&txtpwd), static_cast<ui::Control*>(&txtpwd2)}) {
+       std::initializer_list<ui::Control*>{&Label2, &Label5, &txtpwd, &txtpwd2}) {
     control->visible = protect;
   }
   if (protect) app_.ui().SetCapsLock(false);

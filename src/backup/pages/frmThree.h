@@ -59,8 +59,8 @@ class frmThree : public WizardPage {
   ui::Timer Timer1{*this, "Timer1", 1000};  // off for the whole life of the page
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void ReadLogOption();
   bool FileNameIsUsable();
   bool PasswordIsUsable();

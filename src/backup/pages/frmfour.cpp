@@ -81,11 +81,11 @@ std::string ReviewMoment(const LocalTime& time) {
 frmfour::frmfour(Application& app) : WizardPage(app, kName, PageRole::kBackupReview) {
   cmdNext.enabled = false;  // until the page is filled
   Ms.column_widths = {kRootColumn, kPathColumn};
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmfour::LayOut() {
+void frmfour::PlaceControls() {
   using namespace page_layout;
   constexpr int kHalf = 148;
   lblHeader.fore_color = kHeaderColor;
@@ -99,7 +99,7 @@ void frmfour::LayOut() {
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
 }
 
-void frmfour::WireEvents() {
+void frmfour::ConnectHandlers() {
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };

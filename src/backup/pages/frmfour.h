@@ -38,8 +38,8 @@ class frmfour : public WizardPage {
   ui::Timer Timer2{*this, "Timer2", 1000};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   std::string ReviewText();
   void FillGrid();
   bool SomethingSelected() const;

@@ -1,8 +1,11 @@
 #include "core/main/frmSettings.h"
 
+#include "base/scoped_flag.h"
 #include "base/text.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmStartUp.h"
+#include "core/main/stored_boxes.h"
+#include "core/pages/folder_choice.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -14,31 +17,13 @@ using page_layout::ContentRow;
 
 constexpr char kHelpTopic[] = "qvlSettings.htm";
 
-// Holds a flag up for the life of a block.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
-  ~Raised() { flag_ = before_; }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  bool& flag_;
-  const bool before_;
-};
-
-bool IsRecycleBin(const std::string& folder) {
-  return ContainsNoCase(folder, "Recycle Bin") || ContainsNoCase(folder, "Recycle.Bin") ||
-         ContainsNoCase(folder, "Recycled");
-}
-
 }  // namespace
 
 frmSettings::frmSettings(Application& app)
     : ui::Form(app.ui(), kName),
       PicHeader(*this, "PicHeader", "SETTINGS_HEADER"),
       lblHeader(*this, "lblHeader", "Quorvale Settings and Configurations"),
-      lblHeading(*this, "lblHeading", "Customize Quorvale Settings"),
+      lblSubheading(*this, "lblSubheading", "Customize Quorvale Settings"),
       lblBackupFolder(*this, "lblBackupFolder", "Backup Folder"),
       txtBackup(*this, "txtBackup"),
       cmdselectfolder(*this, "cmdselectfolder", "Select Folder"),
@@ -60,11 +45,11 @@ frmSettings::frmSettings(Application& app)
       cmdOK(*this, "cmdOK", "OK"),
       cmdCancel(*this, "cmdCancel"),
       app_(app) {
-  Place();
-  Wire();
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmSettings::Place() {
+void frmSettings::PlaceControls() {
   using namespace page_layout;
   constexpr int kBoxWidth = 344;
   constexpr int kFolderButton = 100;
@@ -73,9 +58,7 @@ void frmSettings::Place() {
   constexpr int kSecondColumn = kContentLeft + 290;
 
   PlaceHeader(&PicHeader, &lblHeader);
-  lblHeading.bounds = ContentRow(0);
-  lblHeading.bold = true;
-  lblHeading.fore_color = kHeadingColor;
+  PlaceSubheading(&lblSubheading);
   lblBackupFolder.bounds = ContentRow(1);
   txtBackup.bounds = ContentRow(2, kContentLeft, kBoxWidth);
   cmdselectfolder.bounds = ButtonInRow(2, kFirstButton, kFolderButton);
@@ -95,16 +78,12 @@ void frmSettings::Place() {
   Command4.bounds = ContentRow(10, kSecondColumn, 120, 25);
   PlaceButtons(&cmdBack, &cmdOK, &cmdCancel);
 
-  int tab = 1;
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &lblBackupFolder, &txtBackup, &cmdselectfolder, &Command2, &lblRestoreFolder,
-           &txtRestore, &Command1, &Command3, &chkSound, &chkLog, &chkSetting, &chkGUpdate,
-           &chkShortcut, &ChkStartMenu, &lblLanguage, &CboLanguage, &Command4}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&lblBackupFolder, &txtBackup, &cmdselectfolder, &Command2, &lblRestoreFolder,
+               &txtRestore, &Command1, &Command3, &chkSound, &chkLog, &chkSetting, &chkGUpdate,
+               &chkShortcut, &ChkStartMenu, &lblLanguage, &CboLanguage, &Command4});
 }
 
-void frmSettings::Wire() {
+void frmSettings::ConnectHandlers() {
   txtBackup.text.on_change = [this] { txtBackup_Change(); };
   txtRestore.text.on_change = [this] { txtRestore_Change(); };
   watch_ = app_.settings().OnChange([this](auto) { ShowSettings(); });
@@ -132,7 +111,7 @@ void frmSettings::Wire() {
 void frmSettings::Load() {
   // First, since the main window's load sets the folder of the defaults.
   page_layout::HostPage(app_, *this);
-  const Raised filling(filling_);
+  const ScopedFlag filling(filling_);
   app_.settings().Load();
   ChkStartMenu.value = app_.settings().Switch("ChkStartMenu");
   Fill();
@@ -141,7 +120,7 @@ void frmSettings::Load() {
 }
 
 void frmSettings::Activate() {
-  const Raised filling(filling_);
+  const ScopedFlag filling(filling_);
   app_.settings().Read();
   Fill();
 }
@@ -170,7 +149,7 @@ void frmSettings::ShowSettings() {
 }
 
 void frmSettings::ShortcutOnDesktop() {
-  const Raised filling(filling_);
+  const ScopedFlag filling(filling_);
   const std::string desktop = app_.platform().shell.SpecialFolder(special_folder::kDesktop);
   const std::string links = desktop.empty() ? "" : app_.files().ListFiles(desktop, "*.lnk");
   int found = 0;
@@ -183,11 +162,11 @@ void frmSettings::ShortcutOnDesktop() {
 // --- Check boxes --------------------------------------------------------------------------------
 
 void frmSettings::chkSound_Click() {
-  if (!filling_) app_.settings().SaveSwitch("chkSound", chkSound.value);
+  if (!filling_) SaveBox(app_, kSettingsKey, chkSound);
 }
 
 void frmSettings::chkGUpdate_Click() {
-  if (!filling_) app_.settings().SaveSwitch("chkGUpdate", chkGUpdate.value);
+  if (!filling_) SaveBox(app_, kSettingsKey, chkGUpdate);
 }
 
 void frmSettings::chkLog_Click() {
@@ -195,15 +174,11 @@ void frmSettings::chkLog_Click() {
 }
 
 void frmSettings::chkShortcut_Click() {
-  if (filling_) return;
-  SetShortcut(app_, special_folder::kDesktop, chkShortcut.value == 1);
-  app_.settings().SaveSwitch("chkShortcut", chkShortcut.value);
+  if (!filling_) ApplyShortcutBox(app_, kSettingsKey, chkShortcut, special_folder::kDesktop);
 }
 
 void frmSettings::ChkStartMenu_Click() {
-  if (filling_) return;
-  SetShortcut(app_, special_folder::kPrograms, ChkStartMenu.value == 1);
-  app_.settings().SaveSwitch("ChkStartMenu", ChkStartMenu.value);
+  if (!filling_) ApplyShortcutBox(app_, kSettingsKey, ChkStartMenu, special_folder::kPrograms);
 }
 
 // --- Folders ------------------------------------------------------------------------------------
@@ -220,35 +195,21 @@ void frmSettings::txtRestore_Change() {
   app_.settings().UseRestoreFolder(txtRestore.text);
 }
 
-std::string frmSettings::WhyNot(const std::string& folder) {
-  if (IsRecycleBin(folder)) return "You cannot select Recycle Bin";
-  if (!IsNetworkPath(folder) &&
-      app_.platform().files.KindOfDrive(DriveOf(folder)) != DriveKind::kFixed) {
-    return "Please select a fixed drive";
-  }
-  if (IsVista(app_) && ContainsNoCase(folder, "Program Files")) {
-    return "You cannot select Program Files";
-  }
-  if (!FolderIsWritable(app_, folder)) {
-    return "You do not have sufficient permissions on the selected folder or drive";
-  }
-  return "";
-}
-
-void frmSettings::ChooseFolder(ui::TextBox& box) {
+bool frmSettings::ChooseFolder(ui::TextBox& box) {
   const std::string folder = app_.ui().BrowseForFolder("&Select a directory for Backup:", box.text);
-  if (folder.empty()) return;
-  const std::string refusal = WhyNot(folder);
-  if (!refusal.empty()) {
-    app_.Inform(refusal);
-    return;
-  }
+  if (folder.empty() || !FolderMayBeUsed(app_, folder)) return false;
   box.text = folder;
+  return true;
 }
 
-void frmSettings::cmdselectfolder_Click() { ChooseFolder(txtBackup); }
+// A chosen folder is kept also where it is the default one, which stands in the box already.
+void frmSettings::cmdselectfolder_Click() {
+  if (ChooseFolder(txtBackup)) app_.settings().UseBackupFolder(txtBackup.text);
+}
 
-void frmSettings::Command1_Click() { ChooseFolder(txtRestore); }
+void frmSettings::Command1_Click() {
+  if (ChooseFolder(txtRestore)) app_.settings().UseRestoreFolder(txtRestore.text);
+}
 
 void frmSettings::Command2_Click() { OpenFolder(app_, txtBackup.text); }
 

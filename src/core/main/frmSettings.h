@@ -19,7 +19,7 @@ class frmSettings : public ui::Form {
   void Unload() override;
 
   ui::PictureBox PicHeader;
-  ui::Label lblHeader, lblHeading;
+  ui::Label lblHeader, lblSubheading;
   ui::Label lblBackupFolder;
   ui::TextBox txtBackup;
   ui::CommandButton cmdselectfolder, Command2;
@@ -54,14 +54,13 @@ class frmSettings : public ui::Form {
   void SwitchToStartUp();
 
  private:
-  void Place();
-  void Wire();
+  void PlaceControls();
+  void ConnectHandlers();
   void Fill();
   // What other pages have changed.
   void ShowSettings();
-  void ChooseFolder(ui::TextBox& box);
-  // The refusal text for a folder, "" if it may be used.
-  std::string WhyNot(const std::string& folder);
+  // True if the user chose a folder that may be used; the box holds it then.
+  bool ChooseFolder(ui::TextBox& box);
   void LeavePage();
 
   Application& app_;

@@ -41,6 +41,7 @@ void WizardPage::SendBackTo(PageRole role) {
   PageOf(role).SentBack();
 }
 
+// Rows of one wizard stand one behind the other; a first page has no Back.
 void WizardPage::Back() { Replace(*(&RowOf(app_, role_) - 1)); }
 
 void WizardPage::Cancel() { app_.page_host().LeavePages(RowOf(app_, role_).side); }

@@ -165,6 +165,10 @@ bool IsValidName(std::string& name) {
   return name.find_first_of("/:\\?*<>\"|") == std::string::npos;
 }
 
+bool HasSpecialCharacters(const std::string& name) {
+  return name.find_first_of("?><./\\:;*|'\"") != std::string::npos;
+}
+
 bool FolderIsWritable(Program& program, const std::string& folder) {
   const std::string path = FreeProbePath(program, WithoutBackslash(folder));
   if (program.files().WriteWhole(path, "testQVL") != FileStatus::kOk) return false;

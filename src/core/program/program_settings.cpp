@@ -73,10 +73,6 @@ void ProgramSettings::SaveText(const std::string& name, const std::string& text)
   registry_.SaveRegString(kRoot, kSettingsKey, name, text);
 }
 
-void ProgramSettings::SaveSwitch(const std::string& name, int value) {
-  SaveText(name, std::to_string(value));
-}
-
 void ProgramSettings::UseBackupFolder(const std::string& folder) {
   UseFolder(Setting::kBackupFolder, &backup_folder_, folder);
   SaveText(kBackupFolder, folder);
@@ -99,7 +95,7 @@ void ProgramSettings::UseLog(int wanted) {
   if (log_ == wanted) return;
   log_ = wanted;
   Tell(Setting::kLog);
-  SaveSwitch(kLog, log_);
+  SaveText(kLog, std::to_string(log_));
   session_.gLogDetails = BoolWord(log_ == 1);
 }
 

@@ -41,7 +41,6 @@ class ProgramSettings {
 
   // A switch by the name of its value: 1 if it is on, else 0.
   int Switch(const std::string& name) const;
-  void SaveSwitch(const std::string& name, int value);
   // True if the end of a run is to be silent.
   bool EndSoundIsOff() const;
 

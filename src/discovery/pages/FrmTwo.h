@@ -95,8 +95,9 @@ class FrmTwo : public WizardPage {
   ui::ListView LvW{*this, "LvW"};  // the running processes, never shown
 
  private:
-  void WireEvents();
-  void LayOut();
+  void PlaceControls();
+  void ConnectHandlers();
+  // selection_tree.cpp
   void CheckAllButAddRoots(bool checked);
   void ShowDetails();
   // The dialog that a root for added folders or files opens.
@@ -121,7 +122,7 @@ class FrmTwo : public WizardPage {
   void ShowNextPage();
 
   // This selection needs raised rights.
-  bool needs_elevation_ = false;
+  bool selection_needs_rights_ = false;
 };
 
 // Two unsigned 32-bit halves as one number.

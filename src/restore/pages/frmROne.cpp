@@ -20,6 +20,11 @@ frmROne::frmROne(Application& app)
   txtDefaultPassword.password = true;
   Label32.is_link = true;
   LblDelete.is_link = true;
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmROne::ConnectHandlers() {
   File1.on_click = [this] { File1_Click(); };
   Command1.on_click = [this] { Command1_Click(); };
   Label32.on_click = [this] { Label32_Click(); };
@@ -35,7 +40,6 @@ frmROne::frmROne(Application& app)
 
 void frmROne::Load() {
   page_layout::HostPage(app_, *this);
-  Arrange();
   cmdNext.enabled = false;
   txtDefaultPassword.enabled = false;
   FillBackupList();
@@ -46,7 +50,7 @@ void frmROne::Load() {
   txtRestore.text = folder.empty() ? app_.session().gAppDataPath + "\\Restore" : folder;
 }
 
-void frmROne::Arrange() {
+void frmROne::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeading);
   PlaceButtons(nullptr, &cmdNext, &cmdCancel);
@@ -63,17 +67,10 @@ void frmROne::Arrange() {
   txtRestore.bounds = ContentRow(10, kContentLeft, kContentWidth - 104);
   cmdselectfolder.bounds = ButtonInRow(10, kContentRight - 96, 96);
   Check1.bounds = ContentRow(11, kContentLeft, 260);
-  int tab = 0;
   // A heading stands just before what it names, so that its access key leads there.
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&LblDelete),
-        static_cast<ui::Control*>(&lblJobs), static_cast<ui::Control*>(&File1),
-        static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&Command1),
-        static_cast<ui::Control*>(&lblPassword), static_cast<ui::Control*>(&txtDefaultPassword),
-        static_cast<ui::Control*>(&lblRestore), static_cast<ui::Control*>(&txtRestore),
-        static_cast<ui::Control*>(&cmdselectfolder), static_cast<ui::Control*>(&Check1)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&Label32, &LblDelete, &lblJobs, &File1, &txtpath, &Command1, &lblPassword,
+               &txtDefaultPassword, &lblRestore, &txtRestore, &cmdselectfolder, &Check1},
+              0);
 }
 
 void frmROne::FillBackupList() {

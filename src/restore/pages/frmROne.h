@@ -58,7 +58,8 @@ class frmROne : public WizardPage {
   void RegisterOpenedFile();
 
  private:
-  void Arrange();
+  void PlaceControls();
+  void ConnectHandlers();
   void UseArchivePath(const std::string& path);
   // The backup that the program was opened with, by a double click on it, is the chosen one.
   void UseOpenedFile();

@@ -5,6 +5,7 @@
 
 #include "backup/format/archive_layout.h"
 #include "base/text.h"
+#include "core/pages/folder_choice.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -92,6 +93,11 @@ frmRTwo::frmRTwo(Application& app)
     : WizardPage(app, kName, PageRole::kRestoreItems),
       XceedZip1(app.platform().files, app.platform().system) {
   Label32.is_link = true;
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmRTwo::ConnectHandlers() {
   Label32.on_click = [this] { Label32_Click(); };
   Command2.on_click = [this] { Command2_Click(); };
   tvwMain.on_node_check = [this](ui::TreeNode* node) { tvwMain_NodeCheck(node); };
@@ -109,11 +115,10 @@ frmRTwo::frmRTwo(Application& app)
 
 void frmRTwo::Load() {
   page_layout::HostPage(app_, *this);
-  Arrange();
   LvW.columns = {"Processes", "ID"};
 }
 
-void frmRTwo::Arrange() {
+void frmRTwo::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeading);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
@@ -132,18 +137,11 @@ void frmRTwo::Arrange() {
   lblFolder.bounds = ContentRow(10);
   txtpath.bounds = ContentRow(11, kContentLeft, kContentWidth - 104);
   cmdselectfolder.bounds = ButtonInRow(11, kContentRight - 96, 96);
-  for (ui::Control* hidden :
-       {static_cast<ui::Control*>(&Command2), static_cast<ui::Control*>(&LvW)}) {
+  for (ui::Control* hidden : std::initializer_list<ui::Control*>{&Command2, &LvW}) {
     hidden->visible = false;
   }
-  int tab = 0;
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&lblTree),
-        static_cast<ui::Control*>(&tvwMain), static_cast<ui::Control*>(&frmfor),
-        static_cast<ui::Control*>(&lblDesc), static_cast<ui::Control*>(&lblFolder),
-        static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&cmdselectfolder)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder(
+      {&Label32, &lblTree, &tvwMain, &frmfor, &lblDesc, &lblFolder, &txtpath, &cmdselectfolder}, 0);
 }
 
 std::string frmRTwo::StagingFolder() const {
@@ -432,28 +430,10 @@ void frmRTwo::txtpath_Change() {
 void frmRTwo::cmdselectfolder_Click() {
   const std::string folder = app_.ui().BrowseForFolder(kFolderPrompt, txtpath.text);
   if (folder.empty()) return;
-  const std::string refusal = WhyNot(folder);
-  if (!refusal.empty()) return app_.Inform(refusal);
+  if (!FolderMayBeUsed(app_, folder)) return;
   // A chosen folder takes back that none was wanted.
   if (app_.session().gNoRestoreFolder) app_.Get<frmROne>().Check1.value = 0;
   txtpath.text = folder;
-}
-
-std::string frmRTwo::WhyNot(const std::string& folder) {
-  for (const char* bin : {"Recycle Bin", "Recycle.Bin", "Recycled"}) {
-    if (ContainsNoCase(folder, bin)) return "You cannot select Recycle Bin";
-  }
-  if (!IsNetworkPath(folder) &&
-      app_.platform().files.KindOfDrive(DriveOf(folder)) != DriveKind::kFixed) {
-    return "Please select a fixed drive";
-  }
-  if (IsVista(app_) && ContainsNoCase(folder, "Program Files")) {
-    return "You cannot select Program Files";
-  }
-  if (!FolderIsWritable(app_, folder)) {
-    return "You do not have sufficient permissions on the selected folder or drive";
-  }
-  return "";
 }
 
 bool frmRTwo::AnythingTicked() const {

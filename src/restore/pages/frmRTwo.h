@@ -84,7 +84,8 @@ class frmRTwo : public WizardPage {
   const std::vector<SettingsItem>& items() const { return items_; }
 
  private:
-  void Arrange();
+  void PlaceControls();
+  void ConnectHandlers();
   std::string StagingFolder() const;
   void ReadOptions(const SettingsFile& settings);
   // A new row of the tables whose rows are the ticked nodes.
@@ -98,8 +99,6 @@ class frmRTwo : public WizardPage {
   // Fills the last row and begins a new one.
   void CommitNode(const ui::TreeNode& node, const std::string& path,
                   const std::vector<Namesakes>& namesakes);
-  // The refusal text for a restore folder, "" if it may be used.
-  std::string WhyNot(const std::string& folder);
   bool AnythingTicked() const;
 
   std::vector<SettingsItem> items_;

@@ -42,18 +42,20 @@ frmRfour::frmRfour(Application& app)
     : WizardPage(app, kName, PageRole::kRestoreReview),
       archive_(app.platform().files, app.platform().system) {
   RichTextBox1.wraps = false;  // a rule is longer than a line of the box
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmRfour::ConnectHandlers() {
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
   OpenHelpOnF1(app_, *this, "Restoration.htm");
 }
 
-void frmRfour::Load() {
-  page_layout::HostPage(app_, *this);
-  Arrange();
-}
+void frmRfour::Load() { page_layout::HostPage(app_, *this); }
 
-void frmRfour::Arrange() {
+void frmRfour::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeading);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);

@@ -64,7 +64,8 @@ class frmRfour : public WizardPage {
   const std::vector<QVLRestoreClass>& needs() const { return needs_; }
 
  private:
-  void Arrange();
+  void PlaceControls();
+  void ConnectHandlers();
   void EnableButtons(bool enabled);
   // Reads the archive's directory, and the prefix of all member names.
   void ReadArchive();

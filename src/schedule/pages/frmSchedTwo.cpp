@@ -18,11 +18,11 @@ constexpr char kRowKey[] = "Key";
 frmSchedTwo::frmSchedTwo(Application& app) : WizardPage(app, kName, PageRole::kScheduleList) {
   ListView1.columns = {"Name", "Details"};
   ListView1.column_percents = {28, 72};  // when a job runs is a long line
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmSchedTwo::LayOut() {
+void frmSchedTwo::PlaceControls() {
   using namespace page_layout;
   constexpr int kWideButton = 120;
   constexpr int kListHeight = 88;
@@ -59,15 +59,11 @@ void frmSchedTwo::LayOut() {
 
   PlaceButtons(&cmdBack, nullptr, &cmdCancel);
   cmdBack.bounds = {kCancelLeft - kButtonGap - kWideButton, kButtonTop, kWideButton, kButtonHeight};
-  int tab = 1;
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &ListView1, &Text1, &cmdDelete, &cmdRefresh, &lblSchedName, &txtSchedName, &lblTime,
-           &txttime, &Check1, &cmdTest}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&ListView1, &Text1, &cmdDelete, &cmdRefresh, &lblSchedName, &txtSchedName, &lblTime,
+               &txttime, &Check1, &cmdTest});
 }
 
-void frmSchedTwo::WireEvents() {
+void frmSchedTwo::ConnectHandlers() {
   ListView1.on_item_click = [this] { ListView1_ItemClick(); };
   cmdDelete.on_click = [this] { cmdDelete_Click(); };
   cmdRefresh.on_click = [this] { cmdRefresh_Click(); };

@@ -46,8 +46,8 @@ class frmSchedTwo : public WizardPage {
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void SelectFirstRow();
   // The job's name of a row, from the row's key; "" if there is no such row.
   std::string NameOfRow(int row) const;
