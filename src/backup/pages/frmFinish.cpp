@@ -645,6 +645,7 @@ void frmFinish::EndCompressStage() {
 
 void frmFinish::Deliver() {
   Session& session = app_.session();
+  destination_ = session.gBackupFolder;
   const std::string parts = WithBackslash(destination_) + "CDbackup";
   session.gDelivered = false;
   if (!archive_made_ || Stopping()) {
