@@ -153,7 +153,7 @@ class RestoreWizard {
     machine_.Do([this] { machine_.app().Get<FrmWelcome>().Show(); });
     // Where a restore needs raised rights, the run is one that has them.
     if (IsVista(machine_.app())) machine_.computer().SetCommandLine(kElevatedWord);
-    machine_.Do([this] { machine_.app().Get<FrmWelcome>().cmdWC_Restore_Click(); });
+    machine_.Do([this] { machine_.app().Get<FrmWelcome>().cmdWC_Restore.Click(); });
     Browse(path);
   }
   void Browse(const std::string& path) {

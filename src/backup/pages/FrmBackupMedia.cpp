@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "backup/pages/frmThree.h"
-#include "backup/pages/frmfour.h"
 #include "backup/run/ftp_delivery.h"
+#include "base/scoped_flag.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -29,16 +27,16 @@ int DiscsNeeded(double megabytes, double capacity) {
 
 }  // namespace
 
-FrmBackupMedia::FrmBackupMedia(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+FrmBackupMedia::FrmBackupMedia(Application& app) : WizardPage(app, kName, PageRole::kBackupMedia) {
   TxtPassword.password = true;
   txtpath.read_only = true;
   cboDrives.enabled = false;
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
   EnableFtpFields();
 }
 
-void FrmBackupMedia::LayOut() {
+void FrmBackupMedia::PlaceControls() {
   using namespace page_layout;
   constexpr int kIndent = 20;
   constexpr int kLabelWidth = 110;
@@ -63,21 +61,13 @@ void FrmBackupMedia::LayOut() {
   TxtPassword.bounds = ContentRow(9, kFieldLeft, kFieldWidth);
   lblrdir.bounds = ContentRow(10, kLabelLeft, kLabelWidth);
   TxtRemoteDir.bounds = ContentRow(10, kFieldLeft, kFieldWidth);
-  int tab = 1;
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&ChkHardDisk), static_cast<ui::Control*>(&txtpath),
-        static_cast<ui::Control*>(&ChkCDDVD), static_cast<ui::Control*>(&cboDrives),
-        static_cast<ui::Control*>(&ChkFTP), static_cast<ui::Control*>(&TxtHostname),
-        static_cast<ui::Control*>(&TxtPort), static_cast<ui::Control*>(&ChkAnonymous),
-        static_cast<ui::Control*>(&TxtUserName), static_cast<ui::Control*>(&TxtPassword),
-        static_cast<ui::Control*>(&TxtRemoteDir)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&ChkHardDisk, &txtpath, &ChkCDDVD, &cboDrives, &ChkFTP, &TxtHostname, &TxtPort,
+               &ChkAnonymous, &TxtUserName, &TxtPassword, &TxtRemoteDir});
   PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
 }
 
-void FrmBackupMedia::WireEvents() {
+void FrmBackupMedia::ConnectHandlers() {
   ChkHardDisk.on_click = [this] { ChkHardDisk_Click(); };
   ChkCDDVD.on_click = [this] { ChkCDDVD_Click(); };
   ChkFTP.on_click = [this] { ChkFTP_Click(); };
@@ -91,15 +81,21 @@ void FrmBackupMedia::WireEvents() {
 
 void FrmBackupMedia::Load() {
   page_layout::HostPage(app_, *this);
-  txtpath.text = app_.Get<FrmTwo>().txtpath.text.get();
+  TakeOver();
+}
+
+bool FrmBackupMedia::TakeOver() {
+  txtpath.text = app_.session().gBackupFolder;
+  return true;
 }
 
 void FrmBackupMedia::Choose(ui::CheckBox& box) {
-  choosing_ = true;
-  for (ui::CheckBox* each : {&ChkHardDisk, &ChkCDDVD, &ChkFTP}) {
-    each->value = each == &box ? 1 : 0;
+  {
+    const ScopedFlag choosing(choosing_);
+    for (ui::CheckBox* each : {&ChkHardDisk, &ChkCDDVD, &ChkFTP}) {
+      each->value = each == &box ? 1 : 0;
+    }
   }
-  choosing_ = false;
   cboDrives.enabled = ChkCDDVD.value == 1;
   EnableFtpFields();
 }
@@ -192,7 +188,11 @@ bool FrmBackupMedia::IsLoaded() const {
 
 void FrmBackupMedia::cmdNext_Click() {
   app_.ui().SetPointer(ui::Pointer::kHourglass);
-  if (CheckMedia()) ShowReview();
+  if (CheckMedia()) {
+    // Filling the next page starts the run at once in an automatic one.
+    Hide();
+    GoOnTo(PageRole::kBackupReview);
+  }
   app_.ui().SetPointer(ui::Pointer::kDefault);
 }
 
@@ -298,21 +298,8 @@ void FrmBackupMedia::EnableButtons(bool enabled) {
   for (ui::CommandButton* button : {&cmdBack, &cmdNext, &cmdCancel}) button->enabled = enabled;
 }
 
-void FrmBackupMedia::ShowReview() {
-  frmfour& review = app_.Get<frmfour>();
-  Hide();
-  review.FillReview();
-  if (review.RunStarted()) return;
-  review.Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 4);
-}
+void FrmBackupMedia::cmdBack_Click() { Back(); }
 
-void FrmBackupMedia::cmdBack_Click() {
-  app_.Get<frmThree>().Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 2);
-  Hide();
-}
-
-void FrmBackupMedia::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void FrmBackupMedia::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -3,16 +3,18 @@
 
 #include <string>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class FrmBackupMedia : public ui::Form {
+class FrmBackupMedia : public WizardPage {
  public:
   static constexpr char kName[] = "FrmBackupMedia";
   explicit FrmBackupMedia(Application& app);
   void Load() override;
+  // Shows the folder that was committed.
+  bool TakeOver() override;
 
   // Lists the computer's writers; gives the disc choice up if there is none.
   void FillDriveList();
@@ -53,8 +55,8 @@ class FrmBackupMedia : public ui::Form {
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void EnableFtpFields();
   void EnableButtons(bool enabled);
   // Ticks one of the three boxes and clears the two others.
@@ -70,9 +72,7 @@ class FrmBackupMedia : public ui::Form {
   bool IsLoaded() const;
   bool CheckDisc();
   bool Refuse(ui::Control& box, const std::string& text);
-  void ShowReview();
 
-  Application& app_;
   bool choosing_ = false;  // the boxes are being set by the page itself
 };
 

@@ -8,11 +8,10 @@
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
 #include "base/paths.h"
-#include "core/main/frmSettings.h"
+#include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -199,7 +198,7 @@ void frmFinish::cmdNext_Click() {
   Frame3.visible = false;
   if (app_.Ended()) return;
   if (!app_.session().gMediaDisc && !mStop) {
-    const std::string folder = app_.Get<frmSettings>().txtBackup.text;
+    const std::string folder = app_.settings().backup_folder();
     OpenFolder(app_, app_.files().FolderExists(folder) ? folder : folder + "\\");
   }
   // A page that the user has left already must not take the pages of a new job with it.
@@ -222,7 +221,7 @@ void frmFinish::Command2_Click() {
 // --- The run ------------------------------------------------------------------------------------
 
 void frmFinish::TAKEALLBACKUP() {
-  destination_ = app_.Get<FrmTwo>().txtpath.text;
+  destination_ = app_.session().gBackupFolder;
   if (!destination_.empty()) KillFolder(WithBackslash(destination_) + "CDBackup");
   app_.Pump();
   DisableInterface();
@@ -388,16 +387,15 @@ void frmFinish::TellArchiveEnd(const BackupResult& result) {
 
 bool frmFinish::OfferOtherFolder() {
   if (Stopping()) return false;
-  frmSettings& settings = app_.Get<frmSettings>();
-  app_.Inform("There is not enough space in the backup folder " + settings.txtBackup.text.get() +
+  ProgramSettings& settings = app_.settings();
+  app_.Inform("There is not enough space in the backup folder " + settings.backup_folder() +
               ". Please make space or change the location of backup file and run the backup "
               "again.");
   app_.ui().SetPointer(ui::Pointer::kDefault);
   const std::string folder =
-      app_.ui().BrowseForFolder("&Select a directory for Backup:", settings.txtBackup.text);
+      app_.ui().BrowseForFolder("&Select a directory for Backup:", settings.backup_folder());
   if (folder.empty()) return false;
-  settings.txtBackup.text = folder;
-  app_.registry().SaveRegString(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup", folder);
+  settings.UseBackupFolder(folder);
   return true;
 }
 
@@ -410,7 +408,7 @@ void frmFinish::ShowArchiveIsOver() {
 
 void frmFinish::Deliver(const BackupResult& result) {
   Session& session = app_.session();
-  if (FrmTwo* items = app_.Loaded<FrmTwo>()) destination_ = items->txtpath.text;
+  destination_ = session.gBackupFolder;
   const std::string parts = WithBackslash(destination_) + "CDbackup";
   session.gDelivered = false;
   session.discs_written = 0;

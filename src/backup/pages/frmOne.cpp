@@ -1,14 +1,12 @@
 #include "backup/pages/frmOne.h"
 
 #include "backup/format/settings_file.h"
-#include "backup/pages/frmThree.h"
-#include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
+#include "core/pages/page_procedures.h"
+#include "core/pages/raised_rights.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -16,40 +14,37 @@ namespace {
 constexpr int kEnter = 13;
 constexpr int kBackspace = 8;
 constexpr int kTab = 9;
-constexpr int kF1 = 112;
 
 }  // namespace
 
-frmOne::frmOne(Application& app) : ui::Form(app.ui(), kName), app_(app) {
-  LayOut();
-  WireEvents();
+frmOne::frmOne(Application& app) : WizardPage(app, kName, PageRole::kBackupJob) {
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmOne::LayOut() {
+void frmOne::PlaceControls() {
   using namespace page_layout;
   lblHeader.fore_color = kHeaderColor;
   lblBackupname.bounds = ContentRow(0);
   txtBackupname.bounds = ContentRow(1, kContentLeft, 360);
   OptCustBackup.bounds = ContentRow(3);
   OptQuick.bounds = ContentRow(4);
-  txtBackupname.tab_index = 1;
-  OptCustBackup.tab_index = 2;
-  OptQuick.tab_index = 3;
+  SetTabOrder({&txtBackupname, &OptCustBackup, &OptQuick});
   TxtBName.visible = false;
   File1.visible = false;
   PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(nullptr, &cmdNext, &cmdCancel);
 }
 
-void frmOne::WireEvents() {
+void frmOne::ConnectHandlers() {
   txtBackupname.on_key_press = [this](int code) { return txtBackupname_KeyPress(code); };
   OptCustBackup.on_click = [this] { OptCustBackup_Click(); };
   OptQuick.on_click = [this] { OptQuick_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
-  on_key_down = [this](int code, int modifiers) {
-    if (code == kF1) ShowHelp(app_, "qvlBackup.htm");
-    return code == kF1 || (code == kTab && (modifiers & ui::kAltMask) != 0);
+  OpenHelpOnF1(app_, *this, "qvlBackup.htm");
+  on_key_down = [help = std::move(on_key_down)](int code, int modifiers) {
+    return help(code, modifiers) || (code == kTab && (modifiers & ui::kAltMask) != 0);
   };
 }
 
@@ -71,7 +66,8 @@ void frmOne::savedetails() {
 }
 
 HandOver frmOne::JobHandOver() const {
-  return {.name = txtBackupname.text, .kind = OptCustBackup.value ? "Custom" : "Quick"};
+  return {.name = txtBackupname.text,
+          .kind = OptCustBackup.value ? kCustomWordOfJob : kQuickWordOfJob};
 }
 
 void frmOne::SaveJobState(const std::string& path) {
@@ -102,7 +98,7 @@ void frmOne::cmdNext_Click() {
   std::string name = txtBackupname.text;
   if (!IsValidName(name)) return RefuseName();
   if (!MayUseName(name)) return;
-  if (name.find_first_of("?><./\\:;*|'\"") != std::string::npos) return RefuseName();
+  if (HasSpecialCharacters(name)) return RefuseName();
   txtBackupname.text = name;
   savedetails();
   if (OptCustBackup.value) return GoToItems();
@@ -122,8 +118,7 @@ void frmOne::RefuseName() {
 }
 
 bool frmOne::MayUseName(const std::string& name) {
-  const std::string file =
-      WithBackslash(app_.Get<frmSettings>().txtBackup.text.get()) + name + ".obk";
+  const std::string file = WithBackslash(app_.settings().backup_folder()) + name + ".obk";
   if (!app_.files().FileExists(file)) return true;
   if (!app_.Ask("Backup job with the same name has already been created before. Do you want to "
                 "overwrite?",
@@ -137,46 +132,22 @@ bool frmOne::MayUseName(const std::string& name) {
 
 void frmOne::GoToItems() {
   if (NameIsBlank()) return;
-  app_.Get<FrmTwo>().Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 1);
-  Hide();
+  GoOnTo(PageRole::kBackupItems);
 }
 
 void frmOne::PrepareQuickBackup() {
   if (NameIsBlank()) return;
   PageHost& main_window = app_.page_host();
   main_window.SetEnabled(false);
-  if (!RaiseRights()) return;
+  if (!RaiseRights(
+          app_, [this] { SaveJobState(HandOverPath(app_)); }, kElevationRefusedStop))
+    return;
   main_window.SetEnabled(true);
-  FrmTwo& items = app_.Get<FrmTwo>();
-  items.TickAll();
-  items.savedetails();
-  frmThree& options = app_.Get<frmThree>();
-  options.txtcurrent.text = txtBackupname.text.get();
-  options.savedetails();
-  // The media page is passed over, so an earlier job's choice must not stand.
-  app_.session().gMediaFtp = false;
-  app_.session().gMediaDisc = false;
-  frmfour& review = app_.Get<frmfour>();
+  app_.pages().commit_complete_backup(app_, txtBackupname.text);
   Hide();
-  review.FillReview();
-  if (review.RunStarted()) return;
-  review.Show();
-  main_window.MarkStep(StepSide::kBackup, 4);
+  GoOnTo(PageRole::kBackupReview);
 }
 
-bool frmOne::RaiseRights() {
-  if (!NeedsElevation(app_)) return true;
-  SaveJobState(HandOverPath(app_));
-  if (RestartElevated(app_) == Elevation::kRefused) {
-    app_.page_host().SetEnabled(true);
-    app_.Inform(
-        "Administrator privileges are required for this action. You do not have sufficient access "
-        "privileges to perform this action.");
-  }
-  return false;
-}
-
-void frmOne::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void frmOne::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -3,22 +3,14 @@
 
 #include <string>
 
+#include "backup/format/job_kinds.h"
 #include "backup/format/settings_file.h"
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-// The two kinds of a backup job and what the settings file says about them.
-inline constexpr char kMainBackup[] = "Main Backup";
-inline constexpr char kMainBackupDescription[] =
-    "Save your current settings and data for later restore to this or other computer.";
-inline constexpr char kQuickBackup[] = "Quick Backup";
-inline constexpr char kQuickBackupDescription[] =
-    "Allow you to take a Complete backup of Outlook Express, Microsoft Outlook, Internet Explorer "
-    "files, My Documents and My Desktop files";
-
-class frmOne : public ui::Form {
+class frmOne : public WizardPage {
  public:
   static constexpr char kName[] = "frmOne";
   explicit frmOne(Application& app);
@@ -50,18 +42,14 @@ class frmOne : public ui::Form {
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void RefuseName();
   bool NameIsBlank();
   // False if a backup of this name stands and the user wants to keep it.
   bool MayUseName(const std::string& name);
   void GoToItems();
   void PrepareQuickBackup();
-  // False if this copy must not go on: another one with raised rights does, or the user refused.
-  bool RaiseRights();
-
-  Application& app_;
 };
 
 }  // namespace quorvale

@@ -1,14 +1,10 @@
 #include "backup/pages/frmThree.h"
 
-#include "backup/pages/FrmBackupMedia.h"
-#include "backup/pages/frmOne.h"
-#include "backup/pages/frmfour.h"
+#include "backup/format/job_kinds.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 
 namespace quorvale {
 namespace {
@@ -25,7 +21,7 @@ bool CanBeFileName(const std::string& name) {
 
 }  // namespace
 
-frmThree::frmThree(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmThree::frmThree(Application& app) : WizardPage(app, kName, PageRole::kBackupOptions) {
   cmbCompLevel.AddItem("Maximum", 9);
   cmbCompLevel.AddItem(kNormal, 6);
   cmbCompLevel.AddItem("Low", 1);
@@ -33,13 +29,13 @@ frmThree::frmThree(Application& app) : ui::Form(app.ui(), kName), app_(app) {
   cmbCompLevel.SelectText(kNormal);
   txtpwd.password = true;
   txtpwd2.password = true;
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
   chkProtectArchive_Click();
   chkSplit_Click();
 }
 
-void frmThree::LayOut() {
+void frmThree::PlaceControls() {
   using namespace page_layout;
   constexpr int kLabelWidth = 170;
   constexpr int kIndent = 20;
@@ -61,20 +57,13 @@ void frmThree::LayOut() {
   Label7.bounds = ContentRow(10, kContentLeft + kIndent, kLabelWidth - kIndent);
   txtsizeSplit.bounds = ContentRow(10, kFieldLeft, 80);
   Label8.bounds = ContentRow(10, kFieldLeft + 88, 60);
-  int tab = 1;
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&txtcurrent), static_cast<ui::Control*>(&chklogdetails),
-        static_cast<ui::Control*>(&chkcompression), static_cast<ui::Control*>(&cmbCompLevel),
-        static_cast<ui::Control*>(&chkProtectArchive), static_cast<ui::Control*>(&txtpwd),
-        static_cast<ui::Control*>(&txtpwd2), static_cast<ui::Control*>(&chkSplit),
-        static_cast<ui::Control*>(&txtsizeSplit)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&txtcurrent, &chklogdetails, &chkcompression, &cmbCompLevel, &chkProtectArchive,
+               &txtpwd, &txtpwd2, &chkSplit, &txtsizeSplit});
   PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
 }
 
-void frmThree::WireEvents() {
+void frmThree::ConnectHandlers() {
   chklogdetails.on_click = [this] { chklogdetails_Click(); };
   chkcompression.on_click = [this] { chkcompression_Click(); };
   chkProtectArchive.on_click = [this] { chkProtectArchive_Click(); };
@@ -86,6 +75,9 @@ void frmThree::WireEvents() {
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
+  watch_ = app_.settings().OnChange([this](ProgramSettings::Setting setting) {
+    if (setting == ProgramSettings::Setting::kLog) chklogdetails.value = app_.settings().log();
+  });
   OpenHelpOnF1(app_, *this, "qvlBackup.htm");
 }
 
@@ -100,18 +92,25 @@ void frmThree::Activate() {
   app_.ui().SetCapsLock(false);
 }
 
+void frmThree::Unload() { watch_.reset(); }
+
+bool frmThree::TakeOver() {
+  txtcurrent.text = app_.session().gBackupName;
+  return true;
+}
+
+void frmThree::Entered() {
+  chklogdetails.value = app_.session().gLogDetails == "True" ? 1 : 0;
+  cmdNext.enabled = true;
+}
+
 std::string frmThree::DefaultFileName(Application& app) {
   return "BKP_" + DateStamp(app.platform().system.Now());
 }
 
-void frmThree::ReadLogOption() {
-  chklogdetails.value =
-      CheckValue(app_.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "chklog"));
-}
+void frmThree::ReadLogOption() { chklogdetails.value = app_.settings().Switch("chklog"); }
 
-void frmThree::chklogdetails_Click() {
-  app_.Get<frmSettings>().chkLog.value = chklogdetails.value.get();
-}
+void frmThree::chklogdetails_Click() { app_.settings().UseLog(chklogdetails.value); }
 
 void frmThree::chkcompression_Click() {
   const bool compress = chkcompression.value == 1;
@@ -130,8 +129,7 @@ void frmThree::cmbCompLevel_Change() {
 void frmThree::chkProtectArchive_Click() {
   const bool protect = chkProtectArchive.value == 1;
   for (ui::Control* control :
-       {static_cast<ui::Control*>(&Label2), static_cast<ui::Control*>(&Label5),
-        static_cast<ui::Control*>(&txtpwd), static_cast<ui::Control*>(&txtpwd2)}) {
+       std::initializer_list<ui::Control*>{&Label2, &Label5, &txtpwd, &txtpwd2}) {
     control->visible = protect;
   }
   if (protect) app_.ui().SetCapsLock(false);
@@ -189,19 +187,13 @@ bool frmThree::PasswordIsUsable() {
 void frmThree::cmdNext_Click() {
   if (!FileNameIsUsable() || !PasswordIsUsable()) return;
   savedetails();
-  app_.page_host().MarkStep(StepSide::kBackup, 3);
   // A main backup has its review page made before the media page comes on top.
-  if (app_.session().gBackupProcessName == kMainBackup) app_.Get<frmfour>();
-  app_.Get<FrmBackupMedia>().Show();
-  Hide();
+  if (app_.session().gBackupProcessName == kMainBackup) PageOf(PageRole::kBackupReview);
+  GoOnTo(PageRole::kBackupMedia);
 }
 
-void frmThree::cmdBack_Click() {
-  app_.Get<FrmTwo>().Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 1);
-  Hide();
-}
+void frmThree::cmdBack_Click() { Back(); }
 
-void frmThree::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void frmThree::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -3,17 +3,22 @@
 
 #include <string>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmThree : public ui::Form {
+class frmThree : public WizardPage {
  public:
   static constexpr char kName[] = "frmThree";
   explicit frmThree(Application& app);
   void Load() override;
   void Activate() override;
+  void Unload() override;
+  // The job's name becomes the file's.
+  bool TakeOver() override;
+  // The log box follows the session, and Next is to be had again.
+  void Entered() override;
 
   // "BKP_" and the present moment.
   static std::string DefaultFileName(Application& app);
@@ -54,13 +59,13 @@ class frmThree : public ui::Form {
   ui::Timer Timer1{*this, "Timer1", 1000};  // off for the whole life of the page
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void ReadLogOption();
   bool FileNameIsUsable();
   bool PasswordIsUsable();
 
-  Application& app_;
+  ProgramSettings::Watch watch_;
 };
 
 }  // namespace quorvale

@@ -5,22 +5,20 @@
 
 #include "backup/format/log_writer.h"
 #include "backup/format/settings_file.h"
-#include "backup/pages/FrmBackupMedia.h"
 #include "backup/pages/frmFinish.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
+#include "core/pages/selection_space.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
+#include "core/program/command_words.h"
 #include "discovery/products/product_table.h"
 
 namespace quorvale {
 namespace {
 
 constexpr char kLineEnd[] = "\r\n";
-constexpr char kAutoWord[] = "auto";
 
 // The grid's columns and the width of a character, in twips.
 constexpr int kRootColumn = 2000;
@@ -81,14 +79,14 @@ std::string ReviewMoment(const LocalTime& time) {
 
 }  // namespace
 
-frmfour::frmfour(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmfour::frmfour(Application& app) : WizardPage(app, kName, PageRole::kBackupReview) {
   cmdNext.enabled = false;  // until the page is filled
   Ms.column_widths = {kRootColumn, kPathColumn};
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmfour::LayOut() {
+void frmfour::PlaceControls() {
   using namespace page_layout;
   constexpr int kHalf = 148;
   lblHeader.fore_color = kHeaderColor;
@@ -102,7 +100,7 @@ void frmfour::LayOut() {
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
 }
 
-void frmfour::WireEvents() {
+void frmfour::ConnectHandlers() {
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
@@ -117,6 +115,11 @@ bool frmfour::SomethingSelected() const {
   // A selected item comes with the nodes above it, and an empty entry may stand at the end.
   return paths.size() > 1 &&
          std::any_of(paths.begin(), paths.end(), [](const auto& path) { return !path.empty(); });
+}
+
+bool frmfour::TakeOver() {
+  FillReview();
+  return !run_started_;
 }
 
 void frmfour::FillReview() {
@@ -175,10 +178,9 @@ void frmfour::FillGrid() {
 }
 
 void frmfour::cmdNext_Click() {
-  FrmTwo& items = app_.Get<FrmTwo>();
-  if (items.CheckIfOpen()) return;
-  if (!items.ReadFreeSpace(DriveOf(Trim(items.txtpath.text.get())))) return;
-  if (!SpaceSuffices()) return BackToItems();
+  if (!PageOf(PageRole::kBackupItems).MayBeUsed()) return;
+  if (!ReadFreeSpace(app_, DriveOf(Trim(app_.session().gBackupFolder)))) return;
+  if (!SpaceSuffices()) return SendBackTo(PageRole::kBackupItems);
   run_started_ = true;
   cmdNext.enabled = false;
   app_.page_host().EnableSideButtons(false);
@@ -187,7 +189,7 @@ void frmfour::cmdNext_Click() {
 }
 
 bool frmfour::SpaceSuffices() {
-  const double needed = app_.Get<FrmTwo>().sizeCount() / 1024;
+  const double needed = SizeOfSelection(app_) / 1024;
   if (app_.session().gFreeBytes / 1024 >= needed) return true;
   app_.Inform(
       "There is not sufficient space on disk. Please customize backup items or change backup "
@@ -195,17 +197,9 @@ bool frmfour::SpaceSuffices() {
   return false;
 }
 
-void frmfour::BackToItems() {
-  FrmTwo& items = app_.Get<FrmTwo>();
-  items.Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 1);
-  Hide();
-  items.tvwMain_Click();
-}
-
 void frmfour::WriteFiles() {
   Session& session = app_.session();
-  session.gUniqueSuffix = UniqueBackupName(app_, app_.Get<frmSettings>().txtBackup.text);
+  session.gUniqueSuffix = UniqueBackupName(app_, app_.settings().backup_folder());
   MakeDirectoryPath(app_, session.gBackupBasePath + "\\");
   WriteBackupSettings(app_, StagedSettingsPath(session.gBackupBasePath, app_));
   MakeDirectoryPath(app_, LogFolder(app_));
@@ -228,12 +222,8 @@ void frmfour::Timer2_Timer() {
   cmdNext.Click();
 }
 
-void frmfour::cmdBack_Click() {
-  app_.Get<FrmBackupMedia>().Show();
-  app_.page_host().MarkStep(StepSide::kBackup, 3);
-  Hide();
-}
+void frmfour::cmdBack_Click() { Back(); }
 
-void frmfour::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void frmfour::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

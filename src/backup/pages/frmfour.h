@@ -3,16 +3,18 @@
 
 #include <string>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmfour : public ui::Form {
+class frmfour : public WizardPage {
  public:
   static constexpr char kName[] = "frmfour";
   explicit frmfour(Application& app);
   void Load() override;
+  // Fills the page. False if that has started the run.
+  bool TakeOver() override;
 
   // Fills the page from the session. In a run with the word "auto" it then goes on by itself if
   // anything is selected.
@@ -36,18 +38,16 @@ class frmfour : public ui::Form {
   ui::Timer Timer2{*this, "Timer2", 1000};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   std::string ReviewText();
   void FillGrid();
   bool SomethingSelected() const;
   // Step by step what cmdNext does; false where the page has to stay.
   bool SpaceSuffices();
-  void BackToItems();
   void WriteFiles();
   void ShowRunPage();
 
-  Application& app_;
   bool run_started_ = false;
 };
 

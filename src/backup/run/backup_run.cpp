@@ -33,9 +33,7 @@ const BackupRun::Phase BackupRun::kPhases[] = {
 };
 
 BackupRun::BackupRun(Program& program, BackupEvents events)
-    : archive(program.platform()),
-      program_(program),
-      events_(std::move(events)) {
+    : archive(program.platform()), program_(program), events_(std::move(events)) {
   ListenToArchive();
 }
 

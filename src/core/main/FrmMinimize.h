@@ -18,6 +18,9 @@ class FrmMinimize : public ui::Form {
   void Command1_Click();
 
  private:
+  void PlaceControls();
+  void ConnectHandlers();
+
   Application& app_;
 };
 

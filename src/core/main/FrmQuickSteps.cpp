@@ -17,6 +17,10 @@ FrmQuickSteps::FrmQuickSteps(Application& app)
       LblStep1(*this, "LblStep1", "Preparing Backup"),
       LblStep3(*this, "LblStep3", "Listing items for backup"),
       LblStep4(*this, "LblStep4", "Preparing backup items for review") {
+  PlaceControls();
+}
+
+void FrmQuickSteps::PlaceControls() {
   borderless = true;
   back_color = kBack;
   SetCaption(kApplicationTitle);

@@ -23,6 +23,7 @@ class FrmQuickSteps : public ui::Form {
   void EndRow(int row);
 
  private:
+  void PlaceControls();
   ui::PictureBox& Image(int row);
   ui::Label& Step(int row);
 };

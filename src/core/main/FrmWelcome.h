@@ -15,6 +15,9 @@ inline constexpr char kMakerHomePage[] = "https://www.tarnwick.example/";
 inline constexpr char kMakerProductsPage[] = "https://www.tarnwick.example/products";
 inline constexpr char kMakerSupportMail[] = "mailto:support@tarnwick.example";
 
+// Of a quick link that the mouse is not over.
+inline constexpr ui::Color kQuickLinkColor = ui::Rgb(0, 45, 78);
+
 class FrmWelcome : public ui::Form, public PageHost {
  public:
   static constexpr char kName[] = "FrmWelcome";
@@ -117,17 +120,23 @@ class FrmWelcome : public ui::Form, public PageHost {
   void PicQuickLink_Hover();
 
  private:
+  // welcome_layout.cpp
+  void PlaceControls();
   void PlaceFrame();
   void PlaceHomePage();
+  void PlaceQuickLinks();
+  void PlaceQuickLink(std::size_t index);
+  void PlaceStatus();
   void PlaceStepPanel();
-  void WireEvents();
+
+  void ConnectHandlers();
+  void ConnectHomePage();
+  void ConnectSteps();
   void OpenPages(StepSide side);
   // The elevation rule. False if the action must not go on: this copy is ending, or the rights were
   // refused, which the user has been told.
   bool HasRights(const std::string& action_word);
   void QuickBackup();
-  void PrepareQuickBackup();
-  void ShowPreparedBackup();
   void UnloadAllForms();
 
   Application& app_;

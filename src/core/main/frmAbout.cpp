@@ -16,6 +16,11 @@ frmAbout::frmAbout(Application& app)
       LnkUpdate(*this, "LnkUpdate", "Check for updates"),
       cmdOK(*this, "cmdOK", "&OK"),
       app_(app) {
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmAbout::PlaceControls() {
   SetCaption("About");
   SetSize(360, 200);
   back_color = ui::Rgb(255, 255, 255);
@@ -36,13 +41,18 @@ frmAbout::frmAbout(Application& app)
   for (ui::HyperLink* link : {&Lnkweblink, &Lnksupport, &LnkUpdate}) {
     link->fore_color = ui::Rgb(9, 82, 172);
     link->tab_index = tab++;
-    link->open = [this](const std::string& address) {
-      app_.platform().shell.Execute("Open", address, "", "", 1);
-    };
   }
   Lnkweblink.address = kMakerHomePage;
   Lnksupport.address = kMakerSupportMail;
   LnkUpdate.address = kMakerHomePage;
+}
+
+void frmAbout::ConnectHandlers() {
+  for (ui::HyperLink* link : {&Lnkweblink, &Lnksupport, &LnkUpdate}) {
+    link->open = [this](const std::string& address) {
+      app_.platform().shell.Execute("Open", address, "", "", 1);
+    };
+  }
   cmdOK.on_click = [this] { cmdOK_Click(); };
   on_close_request = [this] { cmdOK_Click(); };
 }

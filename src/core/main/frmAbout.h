@@ -22,6 +22,9 @@ class frmAbout : public ui::Form {
   void cmdOK_Click();
 
  private:
+  void PlaceControls();
+  void ConnectHandlers();
+
   Application& app_;
 };
 

@@ -1,9 +1,11 @@
 #include "core/main/frmSettings.h"
 
-#include "backup/pages/frmThree.h"
+#include "base/scoped_flag.h"
 #include "base/text.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmStartUp.h"
+#include "core/main/stored_boxes.h"
+#include "core/pages/folder_choice.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -15,31 +17,13 @@ using page_layout::ContentRow;
 
 constexpr char kHelpTopic[] = "qvlSettings.htm";
 
-// Holds a flag up for the life of a block.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
-  ~Raised() { flag_ = before_; }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  bool& flag_;
-  const bool before_;
-};
-
-bool IsRecycleBin(const std::string& folder) {
-  return ContainsNoCase(folder, "Recycle Bin") || ContainsNoCase(folder, "Recycle.Bin") ||
-         ContainsNoCase(folder, "Recycled");
-}
-
 }  // namespace
 
 frmSettings::frmSettings(Application& app)
     : ui::Form(app.ui(), kName),
       PicHeader(*this, "PicHeader", "SETTINGS_HEADER"),
       lblHeader(*this, "lblHeader", "Quorvale Settings and Configurations"),
-      lblHeading(*this, "lblHeading", "Customize Quorvale Settings"),
+      lblSubheading(*this, "lblSubheading", "Customize Quorvale Settings"),
       lblBackupFolder(*this, "lblBackupFolder", "Backup Folder"),
       txtBackup(*this, "txtBackup"),
       cmdselectfolder(*this, "cmdselectfolder", "Select Folder"),
@@ -61,11 +45,11 @@ frmSettings::frmSettings(Application& app)
       cmdOK(*this, "cmdOK", "OK"),
       cmdCancel(*this, "cmdCancel"),
       app_(app) {
-  Place();
-  Wire();
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmSettings::Place() {
+void frmSettings::PlaceControls() {
   using namespace page_layout;
   constexpr int kBoxWidth = 344;
   constexpr int kFolderButton = 100;
@@ -74,9 +58,7 @@ void frmSettings::Place() {
   constexpr int kSecondColumn = kContentLeft + 290;
 
   PlaceHeader(&PicHeader, &lblHeader);
-  lblHeading.bounds = ContentRow(0);
-  lblHeading.bold = true;
-  lblHeading.fore_color = kHeadingColor;
+  PlaceSubheading(&lblSubheading);
   lblBackupFolder.bounds = ContentRow(1);
   txtBackup.bounds = ContentRow(2, kContentLeft, kBoxWidth);
   cmdselectfolder.bounds = ButtonInRow(2, kFirstButton, kFolderButton);
@@ -96,18 +78,15 @@ void frmSettings::Place() {
   Command4.bounds = ContentRow(10, kSecondColumn, 120, 25);
   PlaceButtons(&cmdBack, &cmdOK, &cmdCancel);
 
-  int tab = 1;
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &lblBackupFolder, &txtBackup, &cmdselectfolder, &Command2, &lblRestoreFolder,
-           &txtRestore, &Command1, &Command3, &chkSound, &chkLog, &chkSetting, &chkGUpdate,
-           &chkShortcut, &ChkStartMenu, &lblLanguage, &CboLanguage, &Command4}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&lblBackupFolder, &txtBackup, &cmdselectfolder, &Command2, &lblRestoreFolder,
+               &txtRestore, &Command1, &Command3, &chkSound, &chkLog, &chkSetting, &chkGUpdate,
+               &chkShortcut, &ChkStartMenu, &lblLanguage, &CboLanguage, &Command4});
 }
 
-void frmSettings::Wire() {
-  txtBackup.text.on_change = [this] { FolderChanged(txtBackup, "txtBackup"); };
-  txtRestore.text.on_change = [this] { FolderChanged(txtRestore, "txtRestore"); };
+void frmSettings::ConnectHandlers() {
+  txtBackup.text.on_change = [this] { txtBackup_Change(); };
+  txtRestore.text.on_change = [this] { txtRestore_Change(); };
+  watch_ = app_.settings().OnChange([this](auto) { ShowSettings(); });
   cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
   Command1.on_click = [this] { Command1_Click(); };
   Command2.on_click = [this] { Command2_Click(); };
@@ -132,44 +111,45 @@ void frmSettings::Wire() {
 void frmSettings::Load() {
   // First, since the main window's load sets the folder of the defaults.
   page_layout::HostPage(app_, *this);
-  const Raised filling(filling_);
-  Registry& registry = app_.registry();
-  if (registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup").empty()) {
-    registry.RegMakeKey(RegistryRoot::kCurrentUser, WithoutBackslash(kSettingsKey));
-  }
-  chkShortcut.value = Setting("chkShortcut");
-  ChkStartMenu.value = Setting("ChkStartMenu");
+  const ScopedFlag filling(filling_);
+  app_.settings().Load();
+  ChkStartMenu.value = app_.settings().Switch("ChkStartMenu");
   Fill();
-  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
   if (CboLanguage.Count() == 0) CboLanguage.AddItem("English");
   CboLanguage.list_index = 0;
 }
 
 void frmSettings::Activate() {
-  const Raised filling(filling_);
+  const ScopedFlag filling(filling_);
+  app_.settings().Read();
   Fill();
 }
 
+void frmSettings::Unload() {
+  watch_.reset();
+  // The next one who asks for a folder takes what the registry holds then.
+  app_.settings().Forget();
+}
+
 void frmSettings::Fill() {
-  Registry& registry = app_.registry();
-  txtBackup.text = registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtBackup");
-  txtRestore.text = registry.RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "txtRestore");
-  chkLog.value = Setting("chkLog");
-  chkSound.value = Setting("chkSound");
-  chkGUpdate.value = Setting("chkGUpdate");
-  UseDefaultFolder(txtBackup, "\\Backup");
-  UseDefaultFolder(txtRestore, "\\Restore");
+  ProgramSettings& settings = app_.settings();
+  txtBackup.text = settings.backup_folder();
+  txtRestore.text = settings.restore_folder();
+  chkLog.value = settings.log();
+  chkSound.value = settings.Switch("chkSound");
+  chkGUpdate.value = settings.Switch("chkGUpdate");
   ShortcutOnDesktop();
 }
 
-void frmSettings::UseDefaultFolder(ui::TextBox& box, const char* folder) {
-  if (!box.text->empty()) return;
-  box.text = app_.session().gAppDataPath + folder;
-  MakeDirectoryPath(app_, box.text.get() + "\\");
+void frmSettings::ShowSettings() {
+  ProgramSettings& settings = app_.settings();
+  txtBackup.text = settings.backup_folder();
+  txtRestore.text = settings.restore_folder();
+  chkLog.value = settings.log();
 }
 
 void frmSettings::ShortcutOnDesktop() {
-  const Raised filling(filling_);
+  const ScopedFlag filling(filling_);
   const std::string desktop = app_.platform().shell.SpecialFolder(special_folder::kDesktop);
   const std::string links = desktop.empty() ? "" : app_.files().ListFiles(desktop, "*.lnk");
   int found = 0;
@@ -179,82 +159,57 @@ void frmSettings::ShortcutOnDesktop() {
   chkShortcut.value = found;
 }
 
-int frmSettings::Setting(const char* name) {
-  return CheckValue(app_.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, name));
-}
-
-void frmSettings::Save(const char* name, const std::string& text) {
-  app_.registry().SaveRegString(RegistryRoot::kCurrentUser, kSettingsKey, name, text);
-}
-
 // --- Check boxes --------------------------------------------------------------------------------
 
 void frmSettings::chkSound_Click() {
-  if (!filling_) Save("chkSound", std::to_string(chkSound.value));
+  if (!filling_) SaveBox(app_, kSettingsKey, chkSound);
 }
 
 void frmSettings::chkGUpdate_Click() {
-  if (!filling_) Save("chkGUpdate", std::to_string(chkGUpdate.value));
+  if (!filling_) SaveBox(app_, kSettingsKey, chkGUpdate);
 }
 
 void frmSettings::chkLog_Click() {
-  if (filling_) return;
-  // A page that is not loaded yet reads the stored value when it is.
-  if (frmThree* options = app_.Loaded<frmThree>()) options->chklogdetails.value = chkLog.value;
-  Save("chklog", std::to_string(chkLog.value));
-  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
+  if (!filling_) app_.settings().UseLog(chkLog.value);
 }
 
 void frmSettings::chkShortcut_Click() {
-  if (filling_) return;
-  SetShortcut(app_, special_folder::kDesktop, chkShortcut.value == 1);
-  Save("chkShortcut", std::to_string(chkShortcut.value));
+  if (!filling_) ApplyShortcutBox(app_, kSettingsKey, chkShortcut, special_folder::kDesktop);
 }
 
 void frmSettings::ChkStartMenu_Click() {
-  if (filling_) return;
-  SetShortcut(app_, special_folder::kPrograms, ChkStartMenu.value == 1);
-  Save("ChkStartMenu", std::to_string(ChkStartMenu.value));
+  if (!filling_) ApplyShortcutBox(app_, kSettingsKey, ChkStartMenu, special_folder::kPrograms);
 }
 
 // --- Folders ------------------------------------------------------------------------------------
 
-void frmSettings::FolderChanged(const ui::TextBox& box, const char* name) {
+void frmSettings::txtBackup_Change() {
   if (filling_) return;
   Command4.caption = "Save Settings";
-  Save(name, box.text);
+  app_.settings().UseBackupFolder(txtBackup.text);
 }
 
-std::string frmSettings::WhyNot(const std::string& folder) {
-  if (IsRecycleBin(folder)) return "You cannot select Recycle Bin";
-  if (!IsNetworkPath(folder) &&
-      app_.platform().files.KindOfDrive(DriveOf(folder)) != DriveKind::kFixed) {
-    return "Please select a fixed drive";
-  }
-  if (IsVista(app_) && ContainsNoCase(folder, "Program Files")) {
-    return "You cannot select Program Files";
-  }
-  if (!FolderIsWritable(app_, folder)) {
-    return "You do not have sufficient permissions on the selected folder or drive";
-  }
-  return "";
+void frmSettings::txtRestore_Change() {
+  if (filling_) return;
+  Command4.caption = "Save Settings";
+  app_.settings().UseRestoreFolder(txtRestore.text);
 }
 
-void frmSettings::ChooseFolder(ui::TextBox& box, const char* name) {
+bool frmSettings::ChooseFolder(ui::TextBox& box) {
   const std::string folder = app_.ui().BrowseForFolder("&Select a directory for Backup:", box.text);
-  if (folder.empty()) return;
-  const std::string refusal = WhyNot(folder);
-  if (!refusal.empty()) {
-    app_.Inform(refusal);
-    return;
-  }
+  if (folder.empty() || !FolderMayBeUsed(app_, folder)) return false;
   box.text = folder;
-  Save(name, folder);
+  return true;
 }
 
-void frmSettings::cmdselectfolder_Click() { ChooseFolder(txtBackup, "txtBackup"); }
+// A chosen folder is kept also where it is the default one, which stands in the box already.
+void frmSettings::cmdselectfolder_Click() {
+  if (ChooseFolder(txtBackup)) app_.settings().UseBackupFolder(txtBackup.text);
+}
 
-void frmSettings::Command1_Click() { ChooseFolder(txtRestore, "txtRestore"); }
+void frmSettings::Command1_Click() {
+  if (ChooseFolder(txtRestore)) app_.settings().UseRestoreFolder(txtRestore.text);
+}
 
 void frmSettings::Command2_Click() { OpenFolder(app_, txtBackup.text); }
 
@@ -262,10 +217,7 @@ void frmSettings::Command3_Click() { OpenFolder(app_, txtRestore.text); }
 
 void frmSettings::Command4_Click() { SaveFolders(); }
 
-void frmSettings::SaveFolders() {
-  Save("txtRestore", txtRestore.text);
-  app_.session().gLogDetails = BoolWord(chkLog.value == 1);
-}
+void frmSettings::SaveFolders() { app_.settings().Save(); }
 
 // --- Leaving ------------------------------------------------------------------------------------
 

@@ -1,4 +1,4 @@
-// The page "Settings and Configurations", which also holds the default folders for all other pages.
+// The page "Settings and Configurations": a view of the program's settings.
 #pragma once
 
 #include "core/pages/application.h"
@@ -15,9 +15,11 @@ class frmSettings : public ui::Form {
   void Load() override;
   // Reads again what other pages may have changed.
   void Activate() override;
+  // The next one who asks for a setting reads all anew.
+  void Unload() override;
 
   ui::PictureBox PicHeader;
-  ui::Label lblHeader, lblHeading;
+  ui::Label lblHeader, lblSubheading;
   ui::Label lblBackupFolder;
   ui::TextBox txtBackup;
   ui::CommandButton cmdselectfolder, Command2;
@@ -35,6 +37,8 @@ class frmSettings : public ui::Form {
   void Command2_Click();         // open the backup folder
   void Command3_Click();         // open the restore folder
   void Command4_Click();         // save now
+  void txtBackup_Change();
+  void txtRestore_Change();
   void chkSound_Click();
   void chkLog_Click();
   void chkGUpdate_Click();
@@ -50,21 +54,19 @@ class frmSettings : public ui::Form {
   void SwitchToStartUp();
 
  private:
-  void Place();
-  void Wire();
-  int Setting(const char* name);
-  void Save(const char* name, const std::string& text);
+  void PlaceControls();
+  void ConnectHandlers();
   void Fill();
-  void UseDefaultFolder(ui::TextBox& box, const char* folder);
-  void ChooseFolder(ui::TextBox& box, const char* name);
-  void FolderChanged(const ui::TextBox& box, const char* name);
-  // The refusal text for a folder, "" if it may be used.
-  std::string WhyNot(const std::string& folder);
+  // What other pages have changed.
+  void ShowSettings();
+  // True if the user chose a folder that may be used; the box holds it then.
+  bool ChooseFolder(ui::TextBox& box);
   void LeavePage();
 
   Application& app_;
   // While the page fills its own controls, their handlers do nothing.
   bool filling_ = false;
+  ProgramSettings::Watch watch_;
 };
 
 }  // namespace quorvale

@@ -17,7 +17,7 @@ class frmStartUp : public ui::Form {
   void Load() override;
 
   ui::PictureBox PicHeader;
-  ui::Label lblHeader, lblDescription;
+  ui::Label lblHeader, lblSubheading;
   ui::CheckBox chkGUpdate, chkShortcut, ChkStartMenu;
   ui::Label lblLanguage;
   ui::ComboBox CboLanguage;
@@ -30,7 +30,8 @@ class frmStartUp : public ui::Form {
   void cmdCancel_Click();
 
  private:
-  void Save(const ui::CheckBox& box);
+  void PlaceControls();
+  void ConnectHandlers();
 
   Application& app_;
   bool filling_ = false;

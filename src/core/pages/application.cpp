@@ -2,10 +2,16 @@
 
 #include <algorithm>
 
+#include "core/pages/page_procedures.h"
+
 namespace quorvale {
 
 Application::Application(Platform& platform, const PageTable& pages)
-    : Program(platform), pages_(pages) {}
+    : Program(platform), pages_(pages) {
+  settings().on_folder_not_made = [this](const std::string& path) {
+    TellFolderRefused(*this, path);
+  };
+}
 
 Application::~Application() {
   CollectUnloaded();

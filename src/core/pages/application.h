@@ -26,6 +26,8 @@ class Application : public Program {
   ui::Ui& ui() const { return platform().ui; }
   // The window that pages stand in.
   PageHost& page_host() { return pages_.host(*this); }
+  // Where the pages stand.
+  const PageTable& pages() const { return pages_; }
 
   // The form of a page class T, made and loaded on first use. T has `static constexpr char
   // kName[]` and a constructor that takes the application.

@@ -1,12 +1,15 @@
 // What a page may ask of the window it stands in, and what the pages are given of the main room
-// without knowing it.
+// without knowing it: which page stands where.
 #pragma once
 
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace quorvale {
 
 class Application;
+class WizardPage;
 namespace ui {
 class Control;
 }
@@ -38,10 +41,38 @@ class PageHost {
   virtual bool IsEnabled() const = 0;
 };
 
+// The pages by what they are for. A page says where it wants to go in these words only.
+enum class PageRole {
+  kBackupJob,
+  kBackupItems,
+  kBackupOptions,
+  kBackupMedia,
+  kBackupReview,
+  kRestoreJob,
+  kRestoreItems,
+  kRestoreReview,
+  kSchedule,
+  kScheduleList,
+};
+
+// Where a page stands in its wizard.
+struct PageRow {
+  PageRole role;
+  StepSide side;
+  int step;                           // as PageHost::MarkStep counts
+  WizardPage& (*page)(Application&);  // made and loaded if it is not there
+};
+
 // What the main room tells the pages.
 struct PageTable {
   // The main window, made and loaded if it is not there.
   std::function<PageHost&(Application&)> host;
+  // The wizards, each with its pages in their order.
+  std::vector<PageRow> rows;
+  // Commits a complete backup as if the pages of items, options and media had been gone through:
+  // all that this computer has, the options as they stand, the hard disk alone. `file_name` goes
+  // into the page of options first, unless it is empty.
+  std::function<void(Application&, const std::string& file_name)> commit_complete_backup;
 };
 
 }  // namespace quorvale

@@ -40,6 +40,16 @@ void PlaceButtons(ui::CommandButton* back, ui::CommandButton* next, ui::CommandB
   if (cancel != nullptr) cancel->is_cancel = true;
 }
 
+void SetTabOrder(std::initializer_list<ui::Control*> controls, int first) {
+  for (ui::Control* control : controls) control->tab_index = first++;
+}
+
+void PlaceSubheading(ui::Label* subheading) {
+  subheading->bounds = ContentRow(0);
+  subheading->bold = true;
+  subheading->fore_color = kHeadingColor;
+}
+
 void PlaceHeader(ui::PictureBox* picture, ui::Label* heading) {
   if (picture != nullptr) picture->bounds = {kHeaderLeft, 0, kHeaderWidth, kHeaderHeight};
   if (heading == nullptr) return;

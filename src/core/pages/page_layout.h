@@ -17,6 +17,8 @@
 // All numbers are pixels at 96 dots per inch, relative to the page.
 #pragma once
 
+#include <initializer_list>
+
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
@@ -79,7 +81,13 @@ void HostPage(Application& app, ui::Form& page);
 // null pointer leaves its place free. Next is the default button, Cancel the one for Esc.
 void PlaceButtons(ui::CommandButton* back, ui::CommandButton* next, ui::CommandButton* cancel);
 
+// The order in which Tab goes through controls: `first` and the numbers behind it.
+void SetTabOrder(std::initializer_list<ui::Control*> controls, int first = 1);
+
 // The header band: its picture, and the heading over it. Either may be null.
 void PlaceHeader(ui::PictureBox* picture, ui::Label* heading);
+
+// A line in the first row of the content that says what the page is for.
+void PlaceSubheading(ui::Label* subheading);
 
 }  // namespace quorvale::page_layout

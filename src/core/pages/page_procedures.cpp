@@ -27,12 +27,16 @@ void OpenUrl(Application& app, const std::string& url) {
   app.Pump();
 }
 
-void OpenHelpOnF1(Application& app, ui::Form& page, const std::string& topic) {
-  page.on_key_down = [&app, topic](int code, int) {
+void OnF1(ui::Form& form, std::function<void()> action) {
+  form.on_key_down = [action = std::move(action)](int code, int) {
     constexpr int kF1 = 112;
-    if (code == kF1) ShowHelp(app, topic);
+    if (code == kF1) action();
     return code == kF1;
   };
+}
+
+void OpenHelpOnF1(Application& app, ui::Form& page, const std::string& topic) {
+  OnF1(page, [&app, topic] { ShowHelp(app, topic); });
 }
 
 void RoundPage(const Application& app, ui::Form& page) {

@@ -159,6 +159,10 @@ bool IsValidName(std::string& name) {
   return name.find_first_of("/:\\?*<>\"|") == std::string::npos;
 }
 
+bool HasSpecialCharacters(const std::string& name) {
+  return name.find_first_of("?><./\\:;*|'\"") != std::string::npos;
+}
+
 bool FolderIsWritable(Program& program, const std::string& folder) {
   const std::string path = FreeProbePath(program, WithoutBackslash(folder));
   if (program.files().WriteWhole(path, "testQVL") != FileStatus::kOk) return false;
@@ -190,9 +194,7 @@ std::string HistoryStamp(Program& program, const LocalTime& time) {
 int CheckValue(const std::string& text) { return Val(text) == 1 ? 1 : 0; }
 
 void PlayEndSound(Program& program) {
-  const std::string off =
-      program.registry().RegGetValue(RegistryRoot::kCurrentUser, kSettingsKey, "chkSound");
-  if (off != "0" && !off.empty()) return;
+  if (program.settings().EndSoundIsOff()) return;
   const std::string sound = program.platform().system.ProgramFolder() + "\\chimes.wav";
   if (program.files().FileExists(sound)) program.platform().shell.PlaySoundFile(sound);
 }

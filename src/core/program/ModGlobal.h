@@ -17,7 +17,6 @@ inline constexpr char kWindowsME[] = "Windows ME";
 inline constexpr char kWindows98[] = "Windows 98";
 inline constexpr char kWindows95[] = "Windows 95";
 
-inline constexpr char kSettingsKey[] = "Software\\Tarnwick\\Quorvale\\Settings\\";
 inline constexpr char kHistoryKey[] = "Software\\Tarnwick\\Quorvale";
 
 // The fixed word of the operating system.
@@ -44,6 +43,8 @@ void ShowHelp(Program& program, const std::string& topic);
 std::string UniqueBackupName(Program& program, const std::string& folder);
 // True for 1 to 128 characters with none of / : \ ? * < > " |, after trimming `name` in place.
 bool IsValidName(std::string& name);
+// True if one of ? > < . / \ : ; * | ' " is in the name of a job or a schedule.
+bool HasSpecialCharacters(const std::string& name);
 // Tries to write and remove a small file.
 bool FolderIsWritable(Program& program, const std::string& folder);
 // Window sizes: twips or pixels, unchanged at 96 dots per inch.
@@ -85,11 +86,6 @@ void RegisterOpenedFile(Program& program);
 std::string ShortcutPath(Program& program, int folder);  // a number of special_folder
 // Makes it, or removes it. Nothing is said when that fails.
 void SetShortcut(Program& program, int folder, bool wanted);
-
-// What the user is told when raised rights were refused.
-inline constexpr char kElevationRefused[] =
-    "Administrator privileges are required for this action. You do not have sufficient access "
-    "privileges to perform this action";
 
 // What the elevation rule came to.
 enum class Elevation { kNotNeeded, kRestarted, kRefused };

@@ -8,6 +8,7 @@ Program::Program(Platform& platform)
     : platform_(platform),
       registry_(platform.registry, platform.system),
       files_(platform.files, [this] { Pump(); }),
+      settings_(registry_, files_, session_),
       registry_editor_(platform.shell, platform.system, [this] { Pump(); }) {}
 
 void Program::Pump() { platform_.ui.Pump(); }

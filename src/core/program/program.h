@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "core/program/program_settings.h"
 #include "core/program/session.h"
 #include "platform/file_toolkit.h"
 #include "platform/platform.h"
@@ -24,6 +25,7 @@ class Program {
   Platform& platform() const { return platform_; }
   Session& session() { return session_; }
   const Session& session() const { return session_; }
+  ProgramSettings& settings() { return settings_; }
   Registry& registry() { return registry_; }
   FileToolkit& files() { return files_; }
   RegistryEditor& registry_editor() { return registry_editor_; }
@@ -42,6 +44,7 @@ class Program {
   Session session_;
   Registry registry_;
   FileToolkit files_;
+  ProgramSettings settings_;
   RegistryEditor registry_editor_;
   bool ended_ = false;
 };

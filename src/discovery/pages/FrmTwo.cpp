@@ -1,20 +1,15 @@
 #include "discovery/pages/FrmTwo.h"
 
-#include <utility>
-
+#include "backup/format/job_kinds.h"
 #include "backup/format/settings_file.h"
-#include "backup/pages/FrmBackupMedia.h"
-#include "backup/pages/frmOne.h"
-#include "backup/pages/frmThree.h"
-#include "backup/pages/frmfour.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
+#include "core/pages/folder_choice.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
+#include "core/pages/raised_rights.h"
+#include "core/pages/selection_space.h"
 #include "core/program/ModGlobal.h"
-#include "core/program/command_words.h"
-#include "discovery/products/ModbasTvw.h"
 #include "discovery/products/outlook_express_places.h"
 #include "discovery/products/outlook_profile.h"
 #include "discovery/products/product_table.h"
@@ -23,78 +18,33 @@
 namespace quorvale {
 namespace {
 
-constexpr int kKeySpace = 32;
-constexpr std::uint64_t kPumpInterval = 100;  // milliseconds
 constexpr char kHelpTopic[] = "qvlBackup.htm";
 
-constexpr char kAddFoldersImage[] = "aa1";
-constexpr char kAddFilesImage[] = "ab1";
-constexpr char kAddedFolderImage[] = "of";
-constexpr char kAddedFileImage[] = "dc1";
-
 constexpr char kWindowsMails[] = "Windows Mail\\Mails";
-
-// A root on which the user adds folders or files.
-bool IsAddRoot(const ui::TreeNode& node) {
-  return node.image == kAddFoldersImage || node.image == kAddFilesImage;
-}
-
-// A node that may be removed when it is unticked.
-bool IsRemovable(const ui::TreeNode& node) {
-  return node.image == kAddedFolderImage || node.image == kAddedFileImage;
-}
-
-bool IsAddCaption(const std::string& caption) {
-  return caption == ProductOf(ProductId::kAddedFolders).caption ||
-         caption == ProductOf(ProductId::kAddedFiles).caption;
-}
-
-bool IsRootOf(const ui::TreeNode& node, ProductId id) {
-  return node.Key() == ProductOf(id).caption;
-}
 
 bool HasTickedParent(const ui::TreeNode& node) {
   return node.Parent() != nullptr && node.Parent()->Checked();
 }
 
-// Takes the tick back from a root on which nothing was added.
-void Withdraw(ui::TreeNode* root) {
-  if (root->Children() == 0) root->SetChecked(false);
-}
-
-// The fourth character from the end of a UTF-8 text is a full stop.
-bool HasThreeLetterExtension(const std::string& text) {
-  size_t at = text.size();
-  for (int characters = 0; characters < 4; ++characters) {
-    if (at == 0) return false;
-    --at;
-    while (at > 0 && ContinuesCharacter(text[at])) --at;
-  }
-  return text[at] == '.';
-}
-
-bool IsDriveRoot(const std::string& path) {
-  return !path.empty() && path.find('\\') == path.size() - 1;
-}
-
 }  // namespace
 
-FrmTwo::FrmTwo(Application& app) : Form(app.ui(), kName), app_(app) { WireEvents(); }
+FrmTwo::FrmTwo(Application& app) : WizardPage(app, kName, PageRole::kBackupItems) {
+  PlaceControls();
+  ConnectHandlers();
+}
 
 void FrmTwo::Load() {
   Session& session = app_.session();
   if (session.gBackupProcessName.empty()) {
-    session.gBackupProcessName = "Main Backup";
-    session.gBackupProcessDesc =
-        "Save your current settings and data for later restore to this or other computer.";
+    session.gBackupProcessName = kMainBackup;
+    session.gBackupProcessDesc = kMainBackupDescription;
     session.gBackupName = "My Backup";
   }
   page_layout::HostPage(app_, *this);
-  LayOut();
   Label32_Click();
 }
 
-void FrmTwo::WireEvents() {
+void FrmTwo::ConnectHandlers() {
   OpenHelpOnF1(app_, *this, kHelpTopic);
   Label32.on_click = [this] { Label32_Click(); };
   tvwMain.on_node_check = [this](ui::TreeNode* node) { tvwMain_NodeCheck(node); };
@@ -115,7 +65,7 @@ void FrmTwo::WireEvents() {
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
 }
 
-void FrmTwo::LayOut() {
+void FrmTwo::PlaceControls() {
   using namespace page_layout;
   constexpr int kTreeWidth = 330;
   constexpr int kDetailsLeft = kContentLeft + kTreeWidth + 10;
@@ -145,312 +95,29 @@ void FrmTwo::LayOut() {
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
   LvW.visible = false;
 
-  int tab = 0;
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&tvwMain),
-        static_cast<ui::Control*>(&frmfor), static_cast<ui::Control*>(&lblDesc),
-        static_cast<ui::Control*>(&lblpath), static_cast<ui::Control*>(&txtpath),
-        static_cast<ui::Control*>(&cmdselectfolder)}) {
-    control->tab_index = tab++;
-  }
-}
-
-// The tree ---------------------------------------------------------------------------------------
-
-void FrmTwo::FillExplorer() {
-  tvwMain.BeginUpdate();
-  tvwMain.Clear();
-  FillProducts(app_, tvwMain);
-  tvwMain.EndUpdate();
-
-  const std::string& folder = app_.Get<frmSettings>().txtBackup.text;
-  if (app_.files().MakeFolderChain(folder + "\\")) txtpath.text = folder;
-}
-
-void FrmTwo::Label32_Click() {
-  if (tvwMain.Count() > 0) return;
-  FillExplorer();
-  if (app_.CommandLine() == kElevatedWord) LoadTreeState(HandOverPath(app_));
-}
-
-void FrmTwo::selectall() { CheckAllButAddRoots(true); }
-
-void FrmTwo::Deselectall() { CheckAllButAddRoots(false); }
-
-void FrmTwo::CheckAllButAddRoots(bool checked) {
-  tvwMain.BeginUpdate();
-  for (int index = 1; index <= tvwMain.Count(); ++index) {
-    ui::TreeNode* node = tvwMain.Node(index);
-    if (!IsAddCaption(node->Text())) node->SetChecked(checked);
-  }
-  tvwMain.EndUpdate();
-}
-
-void FrmTwo::TickAll() {
-  tvwMain.BeginUpdate();
-  for (int index = 1; index <= tvwMain.Count(); ++index) {
-    ui::TreeNode* node = tvwMain.Node(index);
-    if (!IsAddCaption(node->Root()->Text())) node->SetChecked(true);
-  }
-  tvwMain.EndUpdate();
-}
-
-void FrmTwo::LoadTreeState(const std::string& path) {
-  if (!app_.files().FileExists(path)) return;
-  SettingsFile settings;
-  if (ReadSettingsFile(app_, path, &settings)) {
-    Session& session = app_.session();
-    session.gRestoreBackupFolder = settings.backup_folder;
-    tvwMain.BeginUpdate();
-    for (const Product& product : Products()) TickFromItems(product.caption, settings.items);
-    tvwMain.EndUpdate();
-    // What the file does not tell stays as it was.
-    const SettingsOptions& told = settings.options;
-    session.gRestoreLogDetails = told.log.value_or(session.gRestoreLogDetails);
-    session.gRestoreUseCompression = told.compression.value_or(session.gRestoreUseCompression);
-    session.gRestoreSelfExtracting = told.level.value_or(session.gRestoreSelfExtracting);
-    session.gRestorePassword = told.password.value_or(session.gRestorePassword);
-    session.gRestoreProtectWithPassword =
-        told.protection.value_or(session.gRestoreProtectWithPassword);
-    if (settings.backup_path) txtpath.text = *settings.backup_path;
-  }
-  app_.files().files().RemoveFile(HandOverPath(app_), true);
-}
-
-void FrmTwo::TickFromItems(const std::string& root_key, const std::vector<SettingsItem>& items) {
-  ui::TreeNode* root = tvwMain.Find(root_key);
-  if (root == nullptr) return;
-  for (const SettingsItem& item : items) {
-    if (Contains(item.path, root_key + "\\")) TickFromItem(root, item);
-  }
-}
-
-void FrmTwo::TickFromItem(ui::TreeNode* root, const SettingsItem& item) {
-  if (IsAddRoot(*root)) {
-    AddItemAnew(root, item);
-    return;
-  }
-  std::string key = item.key;
-  const bool below_root = item.path.starts_with(root->Text() + "\\") &&
-                          item.path.find('\\', root->Text().size() + 1) == std::string::npos;
-  if (IsRootOf(*root, ProductId::kMicrosoftOutlook) && below_root) {
-    const size_t colon = key.find(':');
-    if (Contains(key, ":Outlook.Application")) {
-      app_.session().gRestoreSettingsField = key.substr(colon + 1);
-      key.resize(colon);
-    } else if (key.ends_with(':')) {
-      key.pop_back();
-    }
-  }
-  if (ui::TreeNode* node = tvwMain.Find(key)) node->SetChecked(true);
-  if (!IsRootOf(*root, ProductId::kOutlookExpress)) root->SetChecked(true);
-}
-
-void FrmTwo::AddItemAnew(ui::TreeNode* root, const SettingsItem& item) {
-  const std::string caption = item.path.substr(item.path.find('\\') + 1);
-  const bool folder = root->image == kAddFoldersImage;
-  ui::TreeNode* node =
-      tvwMain.Add(root, item.key, caption, folder ? kAddedFolderImage : kAddedFileImage);
-  if (node == nullptr) return;
-  node->tag = "N";
-  node->SetChecked(true);
-  root->SetChecked(true);
-}
-
-// Events of the tree -----------------------------------------------------------------------------
-
-void FrmTwo::tvwMain_NodeCheck(ui::TreeNode* node) {
-  app_.session().gBackupTreeChanged = true;
-  tvwMain.Select(node);
-  TickProfileSettings(node);
-  if (IsAddRoot(*node) && node->Checked()) {
-    RunAddDialog(node);
-  } else {
-    UpdateNodeChecks(tvwMain, node);
-  }
-  if (IsRemovable(*node) && !node->Checked()) {
-    UpdateNodeChecks(tvwMain, node);
-    AskRemove(node);
-  } else if (IsAddRoot(*node)) {
-    if (node->Children() == 0) {
-      node->SetChecked(false);
-    } else {
-      UpdateNodeChecks(tvwMain, node);
-    }
-  }
-  tvwMain.Refresh();
-}
-
-// A profile's mail is never saved without its settings, which are the profile's first child.
-void FrmTwo::TickProfileSettings(ui::TreeNode* node) {
-  if (!Contains(node->FullPath(), "\\Account Emails")) return;
-  ui::TreeNode* parent = node->Parent();
-  if (parent == nullptr) return;
-  if (parent->Text() == "Account Emails-Files" && parent->Parent() != nullptr) {
-    parent->Parent()->Child()->SetChecked(true);
-  } else if (node->Text() == "Account Emails-Files") {
-    parent->Child()->SetChecked(true);
-  }
-}
-
-void FrmTwo::tvwMain_NodeClick(ui::TreeNode* node) {
-  if (IsAddRoot(*node)) RunAddDialog(node);
-  Refresh();
-  ShowDetails();
-}
-
-// The view reports each press on a node as a click or a tick, so only the roots are looked at.
-void FrmTwo::tvwMain_MouseUp() {
-  ui::TreeNode* node = tvwMain.Selected();
-  if (node != nullptr && IsAddRoot(*node)) Withdraw(node);
-  tvwMain.Refresh();
-}
-
-void FrmTwo::tvwMain_Click() {
-  ShowDetails();
-  Label5.visible = true;
-}
-
-void FrmTwo::tvwMain_GotFocus() { ShowDetails(); }
-
-void FrmTwo::tvwMain_LostFocus() {
-  frmfor.text = "";
-  lblDesc.text = "";
-  Label5.visible = false;
-}
-
-void FrmTwo::tvwMain_Expand(ui::TreeNode* node) {
-  // Of the roots only that of Windows Mail changes its picture.
-  for (const Product& product : Products()) {
-    if (node->Text() == product.caption && product.id != ProductId::kWindowsMail) return;
-  }
-  if (node->Parent() != nullptr && node->Parent()->Text() == "Identities") return;
-  tvwMain.Select(node);
-  node->selected_image = "fo";
-  tvwMain.Notify(ui::Property::kSelection);
-}
-
-void FrmTwo::tvwMain_Collapse(ui::TreeNode* node) { tvwMain_Expand(node); }
-
-bool FrmTwo::tvwMain_KeyDown(int code, int modifiers) {
-  ui::TreeNode* node = tvwMain.Selected();
-  if (code != kKeySpace || modifiers != 0 || node == nullptr) return false;
-  if (node->Checked()) {
-    node->SetChecked(false);
-    UpdateNodeChecks(tvwMain, node);
-    if (IsRemovable(*node)) AskRemove(node);
-    return true;
-  }
-  const bool add_root = IsAddRoot(*node);
-  if (add_root) RunAddDialog(node);
-  UpdateNodeChecks(tvwMain, node);
-  return add_root;
-}
-
-void FrmTwo::ShowDetails() {
-  const ui::TreeNode* node = tvwMain.Selected();
-  if (node == nullptr) return;
-  frmfor.text = "Item: " + node->Text();
-  lblDesc.text = "Location: " + CommittedKey(*node);
-}
-
-// Added folders and files ------------------------------------------------------------------------
-
-void FrmTwo::RunAddDialog(ui::TreeNode* root) {
-  if (root->image == kAddFoldersImage) {
-    AddFolder(root);
-  } else {
-    AddFile(root);
-  }
-  Refresh();
-  ShowDetails();
-}
-
-void FrmTwo::AddFolder(ui::TreeNode* root) {
-  const std::string path = ui().BrowseForFolder("&Select a Folder for Backup:", txtpath.text);
-  if (Trim(path).empty()) {
-    Withdraw(root);
-    return;
-  }
-  if (!app_.files().FolderExists(path)) {
-    app_.Inform("Selected path is a shortcut and will not be included in backup");
-    Withdraw(root);
-    return;
-  }
-  if (tvwMain.Find(path) != nullptr) {
-    app_.Inform("Folder: [" + path + "] already exists");
-    Withdraw(root);
-    return;
-  }
-  AddChosen(root, path, kAddedFolderImage);
-}
-
-void FrmTwo::AddFile(ui::TreeNode* root) {
-  const std::string path =
-      ui().OpenFileDialog("All Files(*.*)|*.*", app_.platform().system.ProgramFolder());
-  if (Trim(path).empty()) {
-    Withdraw(root);
-    return;
-  }
-  if (tvwMain.Find(path) != nullptr) {
-    app_.Inform("File: [" + path + "] already exists");
-    Withdraw(root);
-    return;
-  }
-  AddChosen(root, path, kAddedFileImage);
-}
-
-void FrmTwo::AddChosen(ui::TreeNode* root, const std::string& path, const std::string& image) {
-  ui::TreeNode* node = tvwMain.Add(root, path, path, image);
-  if (node == nullptr) return;
-  node->tag = "N";
-  node->SetChecked(true);
-  root->SetChecked(true);
-  tvwMain.EnsureVisible(node);
-}
-
-void FrmTwo::AskRemove(ui::TreeNode* node) {
-  if (app_.Ask("Remove the folder/file: [" + node->Text() + "] ?")) tvwMain.Remove(node);
+  SetTabOrder({&Label32, &tvwMain, &frmfor, &lblDesc, &lblpath, &txtpath, &cmdselectfolder}, 0);
 }
 
 // The destination --------------------------------------------------------------------------------
 
 void FrmTwo::cmdselectfolder_Click() {
   const std::string path = ui().BrowseForFolder("&Select a directory for Backup:", txtpath.text);
-  if (path.empty()) return;
-  if (ContainsNoCase(path, "Recycle Bin") || ContainsNoCase(path, "Recycle.Bin") ||
-      ContainsNoCase(path, "Recycled")) {
-    app_.Inform("You cannot select Recycle Bin.");
-    return;
-  }
-  if (!IsNetworkPath(path) &&
-      app_.files().files().KindOfDrive(path.substr(0, 2)) != DriveKind::kFixed) {
-    app_.Inform("Please select a fixed drive.");
-    return;
-  }
-  if (IsVista(app_) && ContainsNoCase(path, "Program Files")) {
-    app_.Inform("You cannot select Program Files.");
-    return;
-  }
-  if (!FolderIsWritable(app_, path)) {
-    app_.Inform("You do not have sufficient permissions on the selected folder or drive");
-    return;
-  }
+  if (path.empty() || !FolderMayBeUsed(app_, path, SentenceEnd::kFullStop)) return;
   txtpath.text = path;
 }
 
 // The folder last used here is the default of the whole program.
 void FrmTwo::txtpath_Change() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  if (settings.txtBackup.text.get() == txtpath.text.get()) return;
-  settings.txtBackup.text = txtpath.text.get();
-  settings.Command4_Click();
+  ProgramSettings& settings = app_.settings();
+  if (settings.backup_folder() == txtpath.text.get()) return;
+  settings.UseBackupFolder(txtpath.text);
+  settings.Save();
 }
 
 // The commit -------------------------------------------------------------------------------------
 
 std::string FrmTwo::CommittedKey(const ui::TreeNode& node) const {
-  if (!IsRootOf(*node.Root(), ProductId::kMicrosoftOutlook)) return node.Key();
+  if (node.Root()->Key() != ProductOf(ProductId::kMicrosoftOutlook).caption) return node.Key();
   // A file of a group whose own name ends like row numbers keeps its name.
   const bool is_data_file =
       node.Parent() != nullptr && node.Parent()->Text() == "Account Emails-Files";
@@ -478,7 +145,7 @@ bool FrmTwo::savedetails() {
       if (path == "Microsoft Outlook\\Identities") {
         add(path, node->Key() + ":" + OutlookCurVer(app_));
       } else {
-        add(path, needs_elevation_ ? node->Key() : CommittedKey(*node));
+        add(path, selection_needs_rights_ ? node->Key() : CommittedKey(*node));
       }
     } else if (path == folder_index && mail_folders_ticked) {
       // The folder index of the mail store travels with the mail folders.
@@ -490,54 +157,11 @@ bool FrmTwo::savedetails() {
   return true;
 }
 
-double FrmTwo::sizeCount() {
-  // Many files take their time: the window repaints meanwhile, but nothing can be pressed.
-  PageHost& main = app_.page_host();
-  const bool was_enabled = main.IsEnabled();
-  std::uint64_t last_pump = app_.platform().system.Ticks();
-  double total = 0;
-  for (const std::string& untrimmed : app_.session().gBackupItemKeys) {
-    if (app_.platform().system.Ticks() - last_pump >= kPumpInterval) {
-      main.SetEnabled(false);
-      app_.Pump();
-      last_pump = app_.platform().system.Ticks();
-    }
-    const std::string key = Trim(untrimmed);
-    if (key.size() < 2 || key[1] != ':') continue;
-    if (HasThreeLetterExtension(key)) {
-      const std::optional<FileInfo> file = app_.files().files().Stat(key);
-      if (file && !file->IsFolder()) total += static_cast<double>(file->size);
-    } else if (app_.files().FolderExists(key)) {
-      total += IsDriveRoot(key) ? OnlyDriveSize(key) : app_.files().FolderSize(key);
-    }
-  }
-  if (main.IsEnabled() != was_enabled) main.SetEnabled(was_enabled);
-  app_.session().gSelectedFolderBytes = total;
-  return total;
-}
+double FrmTwo::sizeCount() { return SizeOfSelection(app_); }
 
-void FrmTwo::getDriveSize(const std::string& drive) {
-  const std::optional<DiskSpace> space = app_.files().files().Space(drive);
-  if (!space) {
-    app_.session().gDriveInfoFailed = true;
-    return;
-  }
-  app_.session().gFreeBytes = static_cast<double>(space->free_bytes);
-}
+void FrmTwo::getDriveSize(const std::string& drive) { MeasureFreeSpace(app_, drive); }
 
-bool FrmTwo::ReadFreeSpace(const std::string& drive) {
-  getDriveSize(drive);
-  return !std::exchange(app_.session().gDriveInfoFailed, false);
-}
-
-double FrmTwo::OnlyDriveSize(const std::string& drive) {
-  const std::optional<DiskSpace> space = app_.files().files().Space(drive);
-  if (!space) {
-    app_.session().gDriveInfoFailed = true;
-    return 0;
-  }
-  return static_cast<double>(space->total_bytes) - static_cast<double>(space->free_bytes);
-}
+double FrmTwo::OnlyDriveSize(const std::string& drive) { return UsedSpace(app_, drive); }
 
 void FrmTwo::processeslisting() {
   LvW.Clear();
@@ -568,7 +192,7 @@ bool FrmTwo::CheckIfOpen() {
 // The buttons ------------------------------------------------------------------------------------
 
 bool FrmTwo::CheckAccountSettings() {
-  needs_elevation_ = false;
+  selection_needs_rights_ = false;
   const bool vista = IsVista(app_);
   for (int index = 1; index <= tvwMain.Count(); ++index) {
     const ui::TreeNode& node = *tvwMain.Node(index);
@@ -579,12 +203,12 @@ bool FrmTwo::CheckAccountSettings() {
         app_.Inform("Please select Account Settings for proper backup");
         return false;
       }
-      if (vista && both_ticked) needs_elevation_ = true;
+      if (vista && both_ticked) selection_needs_rights_ = true;
     } else if (Contains(path, "IESettings") || Contains(path, "Offline folders")) {
-      if (vista && both_ticked) needs_elevation_ = true;
+      if (vista && both_ticked) selection_needs_rights_ = true;
     }
   }
-  if (!NeedsElevation(app_)) needs_elevation_ = false;
+  if (!NeedsElevation(app_)) selection_needs_rights_ = false;
   return true;
 }
 
@@ -608,8 +232,8 @@ bool FrmTwo::CheckDestination(const std::string& path) {
   if (!MakeDestination(path)) session.gAnyItemChecked = false;
   if (!session.gAnyItemChecked) {
     app_.Inform("No item is selected for Backup. Check the item to proceed");
-    app_.Get<frmThree>().cmdNext.enabled = false;
-    app_.Get<frmfour>().cmdNext.enabled = false;
+    PageOf(PageRole::kBackupOptions).AllowNext(false);
+    PageOf(PageRole::kBackupReview).AllowNext(false);
     return false;
   }
   return true;
@@ -617,7 +241,7 @@ bool FrmTwo::CheckDestination(const std::string& path) {
 
 bool FrmTwo::CheckSpace(const std::string& path) {
   Session& session = app_.session();
-  if (!ReadFreeSpace(DriveOf(path))) return false;
+  if (!ReadFreeSpace(app_, DriveOf(path))) return false;
   const double needed = session.gSelectedFolderBytes;  // as savedetails() has just found it
   if (session.gFreeBytes / 1024 < needed / 1024) {
     app_.Inform(
@@ -630,17 +254,13 @@ bool FrmTwo::CheckSpace(const std::string& path) {
 }
 
 bool FrmTwo::RaiseRights() {
-  if (!needs_elevation_ || !NeedsElevation(app_)) return true;
-  HandOver hand_over = app_.Get<frmOne>().JobHandOver();
-  hand_over.path = txtpath.text;
-  SaveTreeState(app_, HandOverPath(app_), hand_over);
-  if (RestartElevated(app_) == Elevation::kRefused) {
-    app_.page_host().SetEnabled(true);
-    app_.Inform(
-        "Administrator privileges are required for this action. You do not have sufficient access "
-        "privileges to perform this action.");
-  }
-  return false;
+  if (!selection_needs_rights_) return true;
+  const auto hand_over = [this] {
+    SaveTreeState(
+        app_, HandOverPath(app_),
+        {.name = app_.session().gBackupName, .kind = kCustomWordOfJob, .path = txtpath.text});
+  };
+  return quorvale::RaiseRights(app_, hand_over, kElevationRefusedStop);
 }
 
 void FrmTwo::cmdNext_Click() {
@@ -655,25 +275,13 @@ void FrmTwo::cmdNext_Click() {
 }
 
 void FrmTwo::ShowNextPage() {
-  PageHost& welcome = app_.page_host();
-  welcome.SetEnabled(true);
-  app_.Get<FrmBackupMedia>().txtpath.text = txtpath.text.get();
-  app_.Get<frmfour>().cmdNext.enabled = true;
-  frmThree& next = app_.Get<frmThree>();
-  next.txtcurrent.text = app_.Get<frmOne>().txtBackupname.text.get();
-  next.Show();
-  Hide();
-  welcome.MarkStep(StepSide::kBackup, 2);
-  next.chklogdetails.value = app_.session().gLogDetails == "True" ? 1 : 0;
-  next.cmdNext.enabled = true;
+  app_.page_host().SetEnabled(true);
+  PageOf(PageRole::kBackupReview).AllowNext(true);
+  GoOnTo(PageRole::kBackupOptions);
 }
 
-void FrmTwo::cmdBack_Click() {
-  app_.Get<frmOne>().Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kBackup, 0);
-}
+void FrmTwo::cmdBack_Click() { Back(); }
 
-void FrmTwo::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kBackup); }
+void FrmTwo::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 #include "platform/ui/tree_view.h"
@@ -15,11 +15,15 @@ namespace quorvale {
 
 struct SettingsItem;
 
-class FrmTwo : public ui::Form {
+class FrmTwo : public WizardPage {
  public:
   static constexpr char kName[] = "FrmTwo";
   explicit FrmTwo(Application& app);
   void Load() override;
+  // True if no mail program runs whose root is ticked.
+  bool MayBeUsed() override { return !CheckIfOpen(); }
+  // Shows the details of the selected node.
+  void SentBack() override { tvwMain_Click(); }
 
   // The tree, built once in the life of the page. ----------------------------------------------
 
@@ -47,9 +51,6 @@ class FrmTwo : public ui::Form {
   // Free bytes of a drive ("C:") or network path into gFreeBytes; gDriveInfoFailed if it can't be
   // read.
   void getDriveSize(const std::string& drive);
-  // The same. False if this or a drive measured since the last call can't be read; the failure is
-  // taken out of gDriveInfoFailed.
-  bool ReadFreeSpace(const std::string& drive);
   // Used bytes of a drive; 0 and gDriveInfoFailed if it can't be read.
   double OnlyDriveSize(const std::string& drive);
   // Refills LvW with the running processes.
@@ -94,8 +95,9 @@ class FrmTwo : public ui::Form {
   ui::ListView LvW{*this, "LvW"};  // the running processes, never shown
 
  private:
-  void WireEvents();
-  void LayOut();
+  void PlaceControls();
+  void ConnectHandlers();
+  // selection_tree.cpp
   void CheckAllButAddRoots(bool checked);
   void ShowDetails();
   // The dialog that a root for added folders or files opens.
@@ -119,9 +121,8 @@ class FrmTwo : public ui::Form {
   bool RaiseRights();
   void ShowNextPage();
 
-  Application& app_;
   // This selection needs raised rights.
-  bool needs_elevation_ = false;
+  bool selection_needs_rights_ = false;
 };
 
 // Two unsigned 32-bit halves as one number.

@@ -59,7 +59,7 @@ frmLogs::frmLogs(Application& app)
     : ui::Form(app.ui(), kName),
       PicHeader(*this, "PicHeader", "LOG_HEADER"),
       lblHeader(*this, "lblHeader", "View Log and Log Settings"),
-      lblHeading(*this, "lblHeading", "View backup and restore logs"),
+      lblSubheading(*this, "lblSubheading", "View backup and restore logs"),
       Frame1(*this, "Frame1", "Log Settings and Details"),
       lblLogPath(*this, "lblLogPath", "Log File Path"),
       txtLog(*this, "txtLog"),
@@ -71,11 +71,14 @@ frmLogs::frmLogs(Application& app)
       cmdBack(*this, "cmdBack"),
       cmdCancel(*this, "cmdCancel"),
       app_(app) {
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmLogs::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeader);
-  lblHeading.bounds = ContentRow(0);
-  lblHeading.bold = true;
-  lblHeading.fore_color = kHeadingColor;
+  PlaceSubheading(&lblSubheading);
   Frame1.bounds = {kContentLeft, kContentTop + kRowHeight, kContentWidth,
                    kContentHeight - kRowHeight};
   lblLogPath.bounds = {12, 22, 90, kLineHeight};
@@ -86,16 +89,16 @@ frmLogs::frmLogs(Application& app)
   cmdDelete.bounds = {12, 260, 84, 26};
   cmdRefresh.bounds = {104, 260, 84, 26};
   Command2.bounds = {270, 260, 100, 26};
-  int tab = 1;
   for (ui::Control* control : std::initializer_list<ui::Control*>{
            &lblLogPath, &txtLog, &File1, &RichTextBox1, &cmdDelete, &cmdRefresh, &Command2}) {
     control->container = &Frame1;
-    control->tab_index = tab++;
   }
+  SetTabOrder({&lblLogPath, &txtLog, &File1, &RichTextBox1, &cmdDelete, &cmdRefresh, &Command2});
   PlaceButtons(&cmdBack, nullptr, &cmdCancel);
-  cmdBack.bounds = ui::Bounds{page_layout::kNextLeft, page_layout::kButtonTop,
-                              page_layout::kButtonWidth, page_layout::kButtonHeight};
+  cmdBack.bounds = {kNextLeft, kButtonTop, kButtonWidth, kButtonHeight};
+}
 
+void frmLogs::ConnectHandlers() {
   File1.on_click = [this] { File1_Click(); };
   File1.on_double_click = [this] { File1_DblClick(); };
   cmdDelete.on_click = [this] { cmdDelete_Click(); };

@@ -17,7 +17,7 @@ class frmLogs : public ui::Form {
   void Activate() override;
 
   ui::PictureBox PicHeader;
-  ui::Label lblHeader, lblHeading;
+  ui::Label lblHeader, lblSubheading;
   ui::Frame Frame1;
   ui::Label lblLogPath;
   ui::TextBox txtLog;
@@ -38,6 +38,8 @@ class frmLogs : public ui::Form {
   void cmdCancel_Click();
 
  private:
+  void PlaceControls();
+  void ConnectHandlers();
   std::string SelectedPath() const;
 
   Application& app_;

@@ -2,7 +2,6 @@
 
 #include "base/paths.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -280,7 +279,7 @@ void frmRFinish::cmdNext_Click() {
   Frame3.visible = false;
   session.gStopRequested = false;
   if (!session.gNoRestoreFolder && !AbortFlag && LeftInRestoreFolder) {
-    const std::string folder = WithoutBackslash(app_.Get<frmSettings>().txtRestore.text);
+    const std::string folder = WithoutBackslash(app_.settings().restore_folder());
     app_.platform().shell.Run("Explorer " + folder + "\\" + BackupBaseName(), WindowStyle::kNormal);
   }
   PageHost& welcome = app_.page_host();

@@ -4,11 +4,9 @@
 
 #include "backup/format/backup_file.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "restore/pages/frmRTwo.h"
 
 namespace quorvale {
 namespace {
@@ -17,10 +15,15 @@ constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 
 }  // namespace
 
-frmROne::frmROne(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmROne::frmROne(Application& app) : WizardPage(app, kName, PageRole::kRestoreJob) {
   txtDefaultPassword.password = true;
   Label32.is_link = true;
   LblDelete.is_link = true;
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmROne::ConnectHandlers() {
   File1.on_click = [this] { File1_Click(); };
   Command1.on_click = [this] { Command1_Click(); };
   Label32.on_click = [this] { Label32_Click(); };
@@ -36,18 +39,17 @@ frmROne::frmROne(Application& app) : ui::Form(app.ui(), kName), app_(app) {
 
 void frmROne::Load() {
   page_layout::HostPage(app_, *this);
-  Arrange();
   cmdNext.enabled = false;
   txtDefaultPassword.enabled = false;
   FillBackupList();
   UseOpenedFile();
   app_.session().gNoRestoreFolder = false;
-  const std::string folder = app_.Get<frmSettings>().txtRestore.text;
+  const std::string folder = app_.settings().restore_folder();
   // An earlier run that declined the folder left the setting empty.
   txtRestore.text = folder.empty() ? app_.session().gAppDataPath + "\\Restore" : folder;
 }
 
-void frmROne::Arrange() {
+void frmROne::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeading);
   PlaceButtons(nullptr, &cmdNext, &cmdCancel);
@@ -64,24 +66,17 @@ void frmROne::Arrange() {
   txtRestore.bounds = ContentRow(10, kContentLeft, kContentWidth - 104);
   cmdselectfolder.bounds = ButtonInRow(10, kContentRight - 96, 96);
   Check1.bounds = ContentRow(11, kContentLeft, 260);
-  int tab = 0;
   // A heading stands just before what it names, so that its access key leads there.
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&LblDelete),
-        static_cast<ui::Control*>(&lblJobs), static_cast<ui::Control*>(&File1),
-        static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&Command1),
-        static_cast<ui::Control*>(&lblPassword), static_cast<ui::Control*>(&txtDefaultPassword),
-        static_cast<ui::Control*>(&lblRestore), static_cast<ui::Control*>(&txtRestore),
-        static_cast<ui::Control*>(&cmdselectfolder), static_cast<ui::Control*>(&Check1)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&Label32, &LblDelete, &lblJobs, &File1, &txtpath, &Command1, &lblPassword,
+               &txtDefaultPassword, &lblRestore, &txtRestore, &cmdselectfolder, &Check1},
+              0);
 }
 
 void frmROne::FillBackupList() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  const std::string folder = settings.txtBackup.text;
+  ProgramSettings& settings = app_.settings();
+  const std::string folder = settings.backup_folder();
   app_.files().MakeFolderChain(folder);
-  const std::string restore_folder = settings.txtRestore.text;
+  const std::string restore_folder = settings.restore_folder();
   if (!restore_folder.empty()) app_.files().MakeFolderChain(restore_folder);
   std::vector<std::string> names = app_.files().ListFileNames(folder, "*.obk");
   std::sort(names.begin(), names.end(),
@@ -116,14 +111,14 @@ void frmROne::UseOpenedFile() {
 void frmROne::File1_Click() {
   if (File1.list_index < 0) return;
   txtDefaultPassword.text = "";
-  const std::string folder = app_.Get<frmSettings>().txtBackup.text;
+  const std::string folder = app_.settings().backup_folder();
   const std::string path = folder + "\\" + File1.SelectedText();
   UseArchivePath(IsNetworkPath(path) ? path : ReplaceAll(path, "\\\\", "\\"));
 }
 
 void frmROne::Command1_Click() {
   const std::string path = app_.ui().OpenFileDialog("Outlook Backup Files(*.obk)|*.obk",
-                                                    app_.Get<frmSettings>().txtBackup.text);
+                                                    app_.settings().backup_folder());
   if (path.empty()) return;
   txtDefaultPassword.text = "";
   cmdNext.enabled = true;
@@ -160,10 +155,10 @@ void frmROne::Check1_Click() {
 }
 
 void frmROne::txtRestore_Change() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  if (settings.txtRestore.text.get() == txtRestore.text.get()) return;
-  settings.txtRestore.text = txtRestore.text;
-  settings.Command4_Click();
+  ProgramSettings& settings = app_.settings();
+  if (settings.restore_folder() == txtRestore.text.get()) return;
+  settings.UseRestoreFolder(txtRestore.text);
+  settings.Save();
 }
 
 void frmROne::cmdselectfolder_Click() {
@@ -237,16 +232,11 @@ void frmROne::cmdNext_Click() {
   }
   cmdNext.enabled = true;
   SaveRestoreSession();
-  frmRTwo& next = app_.Get<frmRTwo>();
-  const bool loaded = next.LoadValues();
+  GoOnTo(PageRole::kRestoreItems);
   app_.ui().SetPointer(ui::Pointer::kDefault);
-  if (!loaded) return;
-  app_.page_host().MarkStep(StepSide::kRestore, 1);
-  next.Show();
-  Hide();
 }
 
-void frmROne::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
+void frmROne::cmdCancel_Click() { Cancel(); }
 
 void frmROne::RegisterOpenedFile() { quorvale::RegisterOpenedFile(app_); }
 

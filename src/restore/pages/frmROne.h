@@ -4,13 +4,13 @@
 #include <string>
 
 #include "archive/archive.h"
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 
 namespace quorvale {
 
-class frmROne : public ui::Form {
+class frmROne : public WizardPage {
  public:
   static constexpr char kName[] = "frmROne";
   explicit frmROne(Application& app);
@@ -57,7 +57,8 @@ class frmROne : public ui::Form {
   void RegisterOpenedFile();
 
  private:
-  void Arrange();
+  void PlaceControls();
+  void ConnectHandlers();
   void UseArchivePath(const std::string& path);
   // The backup that the program was opened with, by a double click on it, is the chosen one.
   void UseOpenedFile();
@@ -65,8 +66,6 @@ class frmROne : public ui::Form {
   zip::Result TestArchive();
   void RefusePassword();
   void EnableButtons();
-
-  Application& app_;
 };
 
 }  // namespace quorvale

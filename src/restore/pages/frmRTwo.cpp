@@ -6,7 +6,7 @@
 #include "backup/format/archive_layout.h"
 #include "backup/format/backup_file.h"
 #include "base/text.h"
-#include "core/main/frmSettings.h"
+#include "core/pages/folder_choice.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -16,7 +16,6 @@
 #include "discovery/products/product_table.h"
 #include "discovery/products/watched_programs.h"
 #include "restore/pages/frmROne.h"
-#include "restore/pages/frmRfour.h"
 #include "restore/pages/restore_tree.h"
 
 namespace quorvale {
@@ -98,8 +97,13 @@ RestoreRow RowOfNode(const std::string& path, const std::string& key,
 
 }  // namespace
 
-frmRTwo::frmRTwo(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmRTwo::frmRTwo(Application& app) : WizardPage(app, kName, PageRole::kRestoreItems) {
   Label32.is_link = true;
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmRTwo::ConnectHandlers() {
   Label32.on_click = [this] { Label32_Click(); };
   Command2.on_click = [this] { Command2_Click(); };
   tvwMain.on_node_check = [this](ui::TreeNode* node) { tvwMain_NodeCheck(node); };
@@ -117,11 +121,10 @@ frmRTwo::frmRTwo(Application& app) : ui::Form(app.ui(), kName), app_(app) {
 
 void frmRTwo::Load() {
   page_layout::HostPage(app_, *this);
-  Arrange();
   LvW.columns = {"Processes", "ID"};
 }
 
-void frmRTwo::Arrange() {
+void frmRTwo::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeading);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
@@ -140,23 +143,16 @@ void frmRTwo::Arrange() {
   lblFolder.bounds = ContentRow(10);
   txtpath.bounds = ContentRow(11, kContentLeft, kContentWidth - 104);
   cmdselectfolder.bounds = ButtonInRow(11, kContentRight - 96, 96);
-  for (ui::Control* hidden :
-       {static_cast<ui::Control*>(&Command2), static_cast<ui::Control*>(&LvW)}) {
+  for (ui::Control* hidden : std::initializer_list<ui::Control*>{&Command2, &LvW}) {
     hidden->visible = false;
   }
-  int tab = 0;
-  for (ui::Control* control :
-       {static_cast<ui::Control*>(&Label32), static_cast<ui::Control*>(&lblTree),
-        static_cast<ui::Control*>(&tvwMain), static_cast<ui::Control*>(&frmfor),
-        static_cast<ui::Control*>(&lblDesc), static_cast<ui::Control*>(&lblFolder),
-        static_cast<ui::Control*>(&txtpath), static_cast<ui::Control*>(&cmdselectfolder)}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder(
+      {&Label32, &lblTree, &tvwMain, &frmfor, &lblDesc, &lblFolder, &txtpath, &cmdselectfolder}, 0);
 }
 
 std::string frmRTwo::StagingFolder() const {
   if (app_.session().gNoRestoreFolder) return TempXmlFolder(app_);
-  return app_.Get<frmSettings>().txtRestore.text;
+  return app_.settings().restore_folder();
 }
 
 std::string frmRTwo::SettingsFilePath(const std::string& base) const {
@@ -166,7 +162,7 @@ std::string frmRTwo::SettingsFilePath(const std::string& base) const {
 bool frmRTwo::LoadValues() {
   app_.session().gRestoreFileBad = false;
   Label32_Click();
-  txtpath.text = app_.Get<frmSettings>().txtRestore.text;
+  txtpath.text = app_.settings().restore_folder();
   return !app_.session().gRestoreFileBad;
 }
 
@@ -421,37 +417,19 @@ bool frmRTwo::tvwMain_KeyDown(int code, int) {
 }
 
 void frmRTwo::txtpath_Change() {
-  frmSettings& settings = app_.Get<frmSettings>();
-  if (settings.txtRestore.text.get() == txtpath.text.get()) return;
-  settings.txtRestore.text = txtpath.text;
-  settings.Command4_Click();
+  ProgramSettings& settings = app_.settings();
+  if (settings.restore_folder() == txtpath.text.get()) return;
+  settings.UseRestoreFolder(txtpath.text);
+  settings.Save();
 }
 
 void frmRTwo::cmdselectfolder_Click() {
   const std::string folder = app_.ui().BrowseForFolder(kFolderPrompt, txtpath.text);
   if (folder.empty()) return;
-  const std::string refusal = WhyNot(folder);
-  if (!refusal.empty()) return app_.Inform(refusal);
+  if (!FolderMayBeUsed(app_, folder)) return;
   // A chosen folder takes back that none was wanted.
   if (app_.session().gNoRestoreFolder) app_.Get<frmROne>().Check1.value = 0;
   txtpath.text = folder;
-}
-
-std::string frmRTwo::WhyNot(const std::string& folder) {
-  for (const char* bin : {"Recycle Bin", "Recycle.Bin", "Recycled"}) {
-    if (ContainsNoCase(folder, bin)) return "You cannot select Recycle Bin";
-  }
-  if (!IsNetworkPath(folder) &&
-      app_.platform().files.KindOfDrive(DriveOf(folder)) != DriveKind::kFixed) {
-    return "Please select a fixed drive";
-  }
-  if (IsVista(app_) && ContainsNoCase(folder, "Program Files")) {
-    return "You cannot select Program Files";
-  }
-  if (!FolderIsWritable(app_, folder)) {
-    return "You do not have sufficient permissions on the selected folder or drive";
-  }
-  return "";
 }
 
 bool frmRTwo::AnythingTicked() const {
@@ -470,27 +448,18 @@ void frmRTwo::cmdNext_Click() {
     cmdBack_Click();
     return;
   }
-  frmRfour& next = app_.Get<frmRfour>();
   if (!AnythingTicked()) {
     app_.Inform("No item is selected for Restore. Check the item to proceed");
-    next.cmdNext.enabled = false;
+    PageOf(PageRole::kRestoreReview).AllowNext(false);
     return;
   }
   if (!CheckIfOpen() || !CheckProfileRules()) return;
   savedetails();
-  next.LoadDetails();
-  next.cmdNext.enabled = true;
-  next.Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kRestore, 2);
+  GoOnTo(PageRole::kRestoreReview);
 }
 
-void frmRTwo::cmdBack_Click() {
-  app_.Get<frmROne>().Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kRestore, 0);
-}
+void frmRTwo::cmdBack_Click() { Back(); }
 
-void frmRTwo::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
+void frmRTwo::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

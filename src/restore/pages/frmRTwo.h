@@ -6,14 +6,14 @@
 #include <vector>
 
 #include "backup/format/settings_file.h"
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 #include "platform/ui/tree_view.h"
 
 namespace quorvale {
 
-class frmRTwo : public ui::Form {
+class frmRTwo : public WizardPage {
  public:
   static constexpr char kName[] = "frmRTwo";
   explicit frmRTwo(Application& app);
@@ -35,6 +35,10 @@ class frmRTwo : public ui::Form {
   ui::CommandButton cmdCancel{*this, "cmdCancel", "&Cancel"};
 
   void Load() override;
+  // Reads the chosen backup. False if it can't be read.
+  bool TakeOver() override { return LoadValues(); }
+  // True when no selected mail program runs.
+  bool MayBeUsed() override { return CheckIfOpen(); }
 
   // Entry from frmROne: reads the backup's settings and builds the tree. False if the settings
   // can't be taken out of the archive: the user was told, and gRestoreFileBad is set.
@@ -76,7 +80,8 @@ class frmRTwo : public ui::Form {
   const std::vector<SettingsItem>& items() const { return items_; }
 
  private:
-  void Arrange();
+  void PlaceControls();
+  void ConnectHandlers();
   std::string StagingFolder() const;
   void ReadOptions(const SettingsFile& settings);
   // A new row of the tables whose rows are the ticked nodes.
@@ -90,11 +95,8 @@ class frmRTwo : public ui::Form {
   // Fills the last row and begins a new one.
   void CommitNode(const ui::TreeNode& node, const std::string& path,
                   const std::vector<Namesakes>& namesakes);
-  // The refusal text for a restore folder, "" if it may be used.
-  std::string WhyNot(const std::string& folder);
   bool AnythingTicked() const;
 
-  Application& app_;
   std::vector<SettingsItem> items_;
 };
 

@@ -41,20 +41,22 @@ std::string LogStamp(const LocalTime& time) {
 
 }  // namespace
 
-frmRfour::frmRfour(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmRfour::frmRfour(Application& app) : WizardPage(app, kName, PageRole::kRestoreReview) {
   RichTextBox1.wraps = false;  // a rule is longer than a line of the box
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmRfour::ConnectHandlers() {
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdBack.on_click = [this] { cmdBack_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
   OpenHelpOnF1(app_, *this, "Restoration.htm");
 }
 
-void frmRfour::Load() {
-  page_layout::HostPage(app_, *this);
-  Arrange();
-}
+void frmRfour::Load() { page_layout::HostPage(app_, *this); }
 
-void frmRfour::Arrange() {
+void frmRfour::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeading);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
@@ -67,6 +69,12 @@ void frmRfour::Arrange() {
   RichTextBox1.tab_index = 0;
   optRestore.tab_index = 1;
   optDefault.tab_index = 2;
+}
+
+bool frmRfour::TakeOver() {
+  LoadDetails();
+  cmdNext.enabled = true;
+  return true;
 }
 
 void frmRfour::LoadDetails() {
@@ -203,7 +211,7 @@ void frmRfour::EnableButtons(bool enabled) {
 }
 
 void frmRfour::cmdNext_Click() {
-  if (!app_.Get<frmRTwo>().CheckIfOpen()) return;
+  if (!PageOf(PageRole::kRestoreItems).MayBeUsed()) return;
   EnableButtons(false);
   Session& session = app_.session();
   session.gRestoreToDefaultFolders = optDefault.value;
@@ -231,12 +239,8 @@ void frmRfour::StartRun() {
   run.Timer1.enabled = true;
 }
 
-void frmRfour::cmdBack_Click() {
-  app_.Get<frmRTwo>().Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kRestore, 1);
-}
+void frmRfour::cmdBack_Click() { Back(); }
 
-void frmRfour::cmdCancel_Click() { app_.page_host().LeavePages(StepSide::kRestore); }
+void frmRfour::cmdCancel_Click() { Cancel(); }
 
 }  // namespace quorvale

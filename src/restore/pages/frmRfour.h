@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 #include "restore/run/member_index.h"
@@ -18,7 +18,7 @@ struct QVLRestoreClass {
   double lRestoreFilesize = 0;  // bytes
 };
 
-class frmRfour : public ui::Form {
+class frmRfour : public WizardPage {
  public:
   static constexpr char kName[] = "frmRfour";
   explicit frmRfour(Application& app);
@@ -39,6 +39,8 @@ class frmRfour : public ui::Form {
   ui::CommandButton cmdCancel{*this, "cmdCancel", "&Cancel"};
 
   void Load() override;
+  // Shows what was committed.
+  bool TakeOver() override;
 
   // Writes the summary into RichTextBox1.
   void LoadDetails();
@@ -61,7 +63,8 @@ class frmRfour : public ui::Form {
   const std::vector<QVLRestoreClass>& needs() const { return needs_; }
 
  private:
-  void Arrange();
+  void PlaceControls();
+  void ConnectHandlers();
   void EnableButtons(bool enabled);
   // Reads the archive's directory, and the prefix of all member names.
   void ReadArchive();
@@ -72,7 +75,6 @@ class frmRfour : public ui::Form {
   void AddNeed(const std::string& target, double bytes);
   void StartRun();
 
-  Application& app_;
   MemberIndex members_;
   std::string prefix_;
   std::vector<QVLRestoreClass> needs_;

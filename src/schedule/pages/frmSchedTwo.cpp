@@ -4,7 +4,6 @@
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "schedule/pages/frmSchedule.h"
 #include "schedule/pages/refused_time.h"
 #include "schedule/run/schedule_jobs.h"
 
@@ -16,14 +15,14 @@ constexpr char kRowKey[] = "Key";
 
 }  // namespace
 
-frmSchedTwo::frmSchedTwo(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmSchedTwo::frmSchedTwo(Application& app) : WizardPage(app, kName, PageRole::kScheduleList) {
   ListView1.columns = {"Name", "Details"};
   ListView1.column_percents = {28, 72};  // when a job runs is a long line
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmSchedTwo::LayOut() {
+void frmSchedTwo::PlaceControls() {
   using namespace page_layout;
   constexpr int kWideButton = 120;
   constexpr int kListHeight = 88;
@@ -60,15 +59,11 @@ void frmSchedTwo::LayOut() {
 
   PlaceButtons(&cmdBack, nullptr, &cmdCancel);
   cmdBack.bounds = {kCancelLeft - kButtonGap - kWideButton, kButtonTop, kWideButton, kButtonHeight};
-  int tab = 1;
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &ListView1, &Text1, &cmdDelete, &cmdRefresh, &lblSchedName, &txtSchedName, &lblTime,
-           &txttime, &Check1, &cmdTest}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&ListView1, &Text1, &cmdDelete, &cmdRefresh, &lblSchedName, &txtSchedName, &lblTime,
+               &txttime, &Check1, &cmdTest});
 }
 
-void frmSchedTwo::WireEvents() {
+void frmSchedTwo::ConnectHandlers() {
   ListView1.on_item_click = [this] { ListView1_ItemClick(); };
   cmdDelete.on_click = [this] { cmdDelete_Click(); };
   cmdRefresh.on_click = [this] { cmdRefresh_Click(); };
@@ -189,11 +184,7 @@ void frmSchedTwo::cmdTest_Click() {
 
 // --- Leaving ------------------------------------------------------------------------------------
 
-void frmSchedTwo::cmdBack_Click() {
-  app_.Get<frmSchedule>().Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kSchedule, 0);
-}
+void frmSchedTwo::cmdBack_Click() { Back(); }
 
 void frmSchedTwo::cmdCancel_Click() { app_.page_host().HomePage(); }
 

@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/task_scheduler.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmSchedTwo : public ui::Form {
+class frmSchedTwo : public WizardPage {
  public:
   static constexpr char kName[] = "frmSchedTwo";
   explicit frmSchedTwo(Application& app);
@@ -46,14 +46,12 @@ class frmSchedTwo : public ui::Form {
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   void SelectFirstRow();
   // The job's name of a row, from the row's key; "" if there is no such row.
   std::string NameOfRow(int row) const;
   bool TaskExists(const std::string& name);
-
-  Application& app_;
 };
 
 }  // namespace quorvale

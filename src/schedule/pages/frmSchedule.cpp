@@ -1,9 +1,11 @@
 #include "schedule/pages/frmSchedule.h"
 
 #include "backup/format/settings_file.h"
+#include "base/scoped_flag.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
+#include "core/pages/raised_rights.h"
 #include "core/program/ModGlobal.h"
 #include "core/program/command_words.h"
 #include "discovery/products/watched_programs.h"
@@ -38,13 +40,13 @@ std::string WordOf(const std::string& label) {
 
 }  // namespace
 
-frmSchedule::frmSchedule(Application& app) : ui::Form(app.ui(), kName), app_(app) {
+frmSchedule::frmSchedule(Application& app) : WizardPage(app, kName, PageRole::kSchedule) {
   for (const BackupType& type : kTypes) cmbCommandLine.AddItem(type.label);
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
 }
 
-void frmSchedule::LayOut() {
+void frmSchedule::PlaceControls() {
   using namespace page_layout;
   constexpr int kLabelWidth = 150;
   constexpr int kFieldLeft = kContentLeft + kLabelWidth + 10;
@@ -52,9 +54,7 @@ void frmSchedule::LayOut() {
   constexpr int kDayWidths[] = {78, 80, 96, 84, 68, 82, 72};
   constexpr int kWideButton = 120;
   PlaceHeader(&PicHeader, &lblHeader);
-  lblHeading.bounds = ContentRow(0);
-  lblHeading.bold = true;
-  lblHeading.fore_color = kHeadingColor;
+  PlaceSubheading(&lblSubheading);
   lblSchedName.bounds = ContentRow(1, kContentLeft, kLabelWidth);
   txtSchedName.bounds = ContentRow(1, kFieldLeft, 260);
   lblCommandLine.bounds = ContentRow(3, kContentLeft, kLabelWidth);
@@ -85,15 +85,11 @@ void frmSchedule::LayOut() {
   // Enter makes the schedule, as the page's own act.
   cmdNext.is_default = false;
   Command6.is_default = true;
-  int tab = 1;
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &lblSchedName, &txtSchedName, &lblCommandLine, &cmbCommandLine, &lblTime, &DTPTime,
-           &chkDaily, &ChkM, &ChkT, &ChkW, &ChkR, &ChkF, &ChkS, &ChkU, &Command6, &Label32}) {
-    control->tab_index = tab++;
-  }
+  SetTabOrder({&lblSchedName, &txtSchedName, &lblCommandLine, &cmbCommandLine, &lblTime, &DTPTime,
+               &chkDaily, &ChkM, &ChkT, &ChkW, &ChkR, &ChkF, &ChkS, &ChkU, &Command6, &Label32});
 }
 
-void frmSchedule::WireEvents() {
+void frmSchedule::ConnectHandlers() {
   Command6.on_click = [this] { Command6_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdRefresh.on_click = [this] { cmdRefresh_Click(); };
@@ -131,12 +127,11 @@ int frmSchedule::TickedDays() {
 
 void frmSchedule::chkDaily_Click() {
   if (setting_days_) return;
-  setting_days_ = true;
+  const ScopedFlag setting(setting_days_);
   for (ui::CheckBox* box : DayBoxes()) {
     box->value = chkDaily.value.get();
     box->enabled = chkDaily.value == 0;
   }
-  setting_days_ = false;
 }
 
 void frmSchedule::DayBox_Click() {
@@ -220,22 +215,15 @@ bool frmSchedule::txttime_Validate() {
 // --- Leaving ------------------------------------------------------------------------------------
 
 void frmSchedule::cmdNext_Click() {
-  if (!RaiseRights()) return;
+  const auto hand_over = [this] {
+    SaveScheduleState(app_, HandOverPath(app_), {.kind = kScheduleWord});
+  };
+  if (!RaiseRights(app_, hand_over)) return;
   frmSchedTwo& manage = app_.Get<frmSchedTwo>();
   manage.Show();
   manage.cmdRefresh_Click();
   Hide();
   app_.page_host().MarkStep(StepSide::kSchedule, 1);
-}
-
-bool frmSchedule::RaiseRights() {
-  if (!NeedsElevation(app_)) return true;
-  SaveScheduleState(app_, HandOverPath(app_), {.kind = kScheduleWord});
-  if (RestartElevated(app_) == Elevation::kRefused) {
-    app_.page_host().SetEnabled(true);
-    app_.Inform(kElevationRefused);
-  }
-  return false;
 }
 
 void frmSchedule::cmdCancel_Click() { app_.page_host().HomePage(); }

@@ -5,12 +5,12 @@
 #include <array>
 #include <string>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmSchedule : public ui::Form {
+class frmSchedule : public WizardPage {
  public:
   static constexpr char kName[] = "frmSchedule";
   explicit frmSchedule(Application& app);
@@ -28,7 +28,7 @@ class frmSchedule : public ui::Form {
 
   ui::PictureBox PicHeader{*this, "PicHeader", "SCHEDULE_HEADER"};
   ui::Label lblHeader{*this, "lblHeader", "Schedule your Backup"};
-  ui::Label lblHeading{*this, "lblHeading", "Create Schedule"};
+  ui::Label lblSubheading{*this, "lblSubheading", "Create Schedule"};
   ui::Label lblSchedName{*this, "lblSchedName", "Name your Schedule"};
   ui::TextBox txtSchedName{*this, "txtSchedName"};
   ui::Label lblCommandLine{*this, "lblCommandLine", "Type of Backup"};
@@ -51,19 +51,16 @@ class frmSchedule : public ui::Form {
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   // Monday to Sunday.
   std::array<ui::CheckBox*, 7> DayBoxes();
   int TickedDays();
   // False, and the user has been told, if the job must not be made.
   bool MayCreate(const std::string& name);
   void CreateJob(const std::string& name);
-  // False if this copy must not go on: another one with raised rights does, or the user refused.
-  bool RaiseRights();
   void ShowPresentTime();
 
-  Application& app_;
   // While the page sets the day boxes itself, their handlers do nothing.
   bool setting_days_ = false;
 };

@@ -113,10 +113,6 @@ ScheduledTask NewScheduleJob(Program& program, const std::string& name, const st
   return job;
 }
 
-bool HasSpecialCharacters(const std::string& name) {
-  return name.find_first_of("?><./\\:;*|'\"") != std::string::npos;
-}
-
 std::vector<ScheduledTask> OwnScheduleJobs(Program& program) {
   TaskScheduler& scheduler = program.platform().scheduler;
   std::vector<ScheduledTask> jobs;

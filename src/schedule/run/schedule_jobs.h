@@ -24,9 +24,6 @@ inline constexpr char kScheduleHelpTopic[] = "Schedule Backup.htm";
 ScheduledTask NewScheduleJob(Program& program, const std::string& name, const std::string& comment,
                              const LocalTime& start);
 
-// True for a name with one of ? > < . / \ : ; * | ' and the double quote.
-bool HasSpecialCharacters(const std::string& name);
-
 // All jobs of this program that can be read, in the scheduler's order.
 std::vector<ScheduledTask> OwnScheduleJobs(Program& program);
 // The one that runs next: the fewest whole minutes from now, and at least one. Nothing if there is

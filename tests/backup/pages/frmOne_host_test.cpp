@@ -86,14 +86,14 @@ TEST_F(FrmOne, EachSpecialCharacterIsRefused) {
 
 TEST_F(FrmOne, AFullStopCanBeTypedAndIsRefusedAtNext) {
   frmOne& page = Open();
-  EXPECT_EQ(page.txtBackupname_KeyPress('.'), '.');
+  EXPECT_EQ(page.txtBackupname.on_key_press('.'), '.');
   machine_.Expect(ui::Answer::kOk, kSpecialCharacters);
   Next("a.b");
 }
 
 TEST_F(FrmOne, AnExclamationMarkCannotBeTypedButPasses) {
   frmOne& page = Open();
-  EXPECT_EQ(page.txtBackupname_KeyPress('!'), 0);
+  EXPECT_EQ(page.txtBackupname.on_key_press('!'), 0);
   Next("Hurray!");
   EXPECT_TRUE(OnItemsPage());
   EXPECT_EQ(machine_.session().gBackupName, "Hurray!");
@@ -101,13 +101,13 @@ TEST_F(FrmOne, AnExclamationMarkCannotBeTypedButPasses) {
 
 TEST_F(FrmOne, TypingLetsOnlySomeCharactersThrough) {
   frmOne& page = Open();
-  for (int code : {32, 8, 35, 122}) EXPECT_EQ(page.txtBackupname_KeyPress(code), code);
-  for (int code : {9, 33, 34, 123, 126, 228}) EXPECT_EQ(page.txtBackupname_KeyPress(code), 0);
+  for (int code : {32, 8, 35, 122}) EXPECT_EQ(page.txtBackupname.on_key_press(code), code);
+  for (int code : {9, 33, 34, 123, 126, 228}) EXPECT_EQ(page.txtBackupname.on_key_press(code), 0);
 }
 
 TEST_F(FrmOne, EnterGoesOn) {
   frmOne& page = Open();
-  machine_.Do([&] { EXPECT_EQ(page.txtBackupname_KeyPress(13), 0); });
+  machine_.Do([&] { EXPECT_EQ(page.txtBackupname.on_key_press(13), 0); });
   EXPECT_TRUE(OnItemsPage());
 }
 

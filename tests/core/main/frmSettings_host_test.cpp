@@ -123,7 +123,7 @@ TEST_F(SettingsTest, EachActivationReadsTheStoreAgain) {
 TEST_F(SettingsTest, EveryControlHasItsWords) {
   frmSettings& page = Open();
   EXPECT_EQ(page.lblHeader.caption.get(), "Quorvale Settings and Configurations");
-  EXPECT_EQ(page.lblHeading.caption.get(), "Customize Quorvale Settings");
+  EXPECT_EQ(page.lblSubheading.caption.get(), "Customize Quorvale Settings");
   EXPECT_EQ(page.PicHeader.picture.get(), "SETTINGS_HEADER");
   EXPECT_EQ(page.lblBackupFolder.caption.get(), "Backup Folder");
   EXPECT_EQ(page.cmdselectfolder.caption.get(), "Select Folder");
@@ -433,7 +433,7 @@ TEST_F(SettingsTest, TheStartUpTextsAreItsOwn) {
   frmStartUp& page = machine_.app().Get<frmStartUp>();
   EXPECT_EQ(page.lblHeader.caption.get(),
             "Quorvale Startup Options( Settings will be applied as soon as you select them)");
-  EXPECT_EQ(page.lblDescription.caption.get(), "Customize Startup Options for Quorvale");
+  EXPECT_EQ(page.lblSubheading.caption.get(), "Customize Startup Options for Quorvale");
 }
 
 }  // namespace

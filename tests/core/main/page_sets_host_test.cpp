@@ -47,7 +47,7 @@ TEST_F(PageSets, ResetRestorePagesClearsItsTwoFlags) {
 
 TEST_F(PageSets, AClosedRunGetsNoNewMainWindow) {
   Application& app = machine_.app();
-  app.Get<FrmWelcome>().CmdWC_Close_Click();
+  app.Get<FrmWelcome>().CmdWC_Close.Click();
   ASSERT_TRUE(app.Ended());
   ResetBackupPages(app);
   ResetRestorePages(app);

@@ -3,6 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
+#include "backup/pages/FrmBackupMedia.h"
+#include "backup/pages/frmFinish.h"
+#include "backup/pages/frmOne.h"
+#include "backup/pages/frmThree.h"
+#include "backup/pages/frmfour.h"
 #include "core/main/FrmMinimize.h"
 #include "core/main/FrmQuickSteps.h"
 #include "core/main/FrmWelcome.h"
@@ -33,9 +40,15 @@ bool ShareAPlace(const ui::Control& a, const ui::Control& b) {
   return is_layer(a) && is_layer(b);
 }
 
+// Timers, and what is never shown and so has no place.
+bool HasNoPlace(const ui::Control& control) {
+  return control.kind() == ui::ControlKind::kTimer ||
+         (!control.visible && control.bounds->width == 0);
+}
+
 void ExpectTidy(const ui::Form& form) {
   for (const ui::Control* control : form.controls()) {
-    if (control->kind() == ui::ControlKind::kTimer) continue;
+    if (HasNoPlace(*control)) continue;
     const ui::Bounds& place = control->bounds.get();
     EXPECT_GT(place.width, 0) << form.name() << "." << control->name();
     EXPECT_GT(place.height, 0) << form.name() << "." << control->name();
@@ -47,7 +60,7 @@ void ExpectTidy(const ui::Form& form) {
     EXPECT_LE(place.top + place.height, height) << form.name() << "." << control->name();
     for (const ui::Control* other : form.controls()) {
       if (other == control || other->container != control->container) continue;
-      if (other->kind() == ui::ControlKind::kTimer || ShareAPlace(*control, *other)) continue;
+      if (HasNoPlace(*other) || ShareAPlace(*control, *other)) continue;
       EXPECT_FALSE(Overlap(place, other->bounds.get()))
           << form.name() << ": " << control->name() << " and " << other->name();
     }
@@ -66,14 +79,30 @@ TEST(PageLayout, NoControlLiesOverAnother) {
   ExpectTidy(app.Get<FrmMinimize>());
 }
 
-TEST(PageLayout, PagesKeepOffTheStepList) {
+TEST(PageLayout, NoControlOfABackupPageLiesOverAnother) {
+  TestMachine machine;
+  Application& app = machine.app();
+  ExpectTidy(app.Get<frmOne>());
+  ExpectTidy(app.Get<frmThree>());
+  ExpectTidy(app.Get<FrmBackupMedia>());
+  ExpectTidy(app.Get<frmfour>());
+  ExpectTidy(app.Get<frmFinish>());
+}
+
+TEST(PageLayout, PagesKeepOffTheStepListAndGiveEachControlATabPlaceOfItsOwn) {
   TestMachine machine;
   Application& app = machine.app();
   for (const ui::Form* page : std::initializer_list<const ui::Form*>{
-           &app.Get<frmSettings>(), &app.Get<frmStartUp>(), &app.Get<frmLogs>()}) {
+           &app.Get<frmSettings>(), &app.Get<frmStartUp>(), &app.Get<frmLogs>(), &app.Get<frmOne>(),
+           &app.Get<frmThree>(), &app.Get<FrmBackupMedia>(), &app.Get<frmfour>(),
+           &app.Get<frmFinish>()}) {
+    SCOPED_TRACE(page->name());
+    std::set<int> tabs;
     for (const ui::Control* control : page->controls()) {
-      if (control->container != nullptr) continue;
+      if (control->container != nullptr || HasNoPlace(*control)) continue;
       EXPECT_GE(control->bounds->left, page_layout::kStepsWidth) << control->name();
+      if (control->tab_index < 0) continue;
+      EXPECT_TRUE(tabs.insert(control->tab_index).second) << control->name();
     }
   }
 }

@@ -306,7 +306,7 @@ TEST(ItemTree, IsBuiltOnceInTheLifeOfThePage) {
   FrmTwo& page = OpenPage(machine);
   const int count = page.tvwMain.Count();
   machine.WriteFile(StoreFolder(machine) + "\\Later.dbx", "mail");
-  page.Label32_Click();
+  machine.Click(page.Label32);
   EXPECT_EQ(page.tvwMain.Count(), count);
 }
 

@@ -392,6 +392,7 @@ TEST(FrmTwoNext, HandsOverToTheOptionsPage) {
   machine.app().Get<FrmWelcome>();
   machine.session().gLogDetails = "True";
   machine.app().Get<frmOne>().txtBackupname.text = "My mail";
+  machine.app().Get<frmOne>().savedetails();
   FrmTwo& page = OpenPage(machine);
   page.txtpath.text = "C:\\Safe\\Deep";
   machine.Tick(page.tvwMain, "Other Files");
@@ -499,6 +500,7 @@ TEST(FrmTwoRights, RestartedCopyHasTheSameTicksAndGoesOnByItself) {
   machine.computer().RefuseElevation(false);
   machine.app().Get<FrmWelcome>();
   machine.app().Get<frmOne>().txtBackupname.text = "Whole";
+  machine.app().Get<frmOne>().savedetails();
   FrmTwo& page = OpenPage(machine);
   page.txtpath.text = "C:\\Safe";
   const std::string beta = "Microsoft Outlook\\Identities\\Beta";

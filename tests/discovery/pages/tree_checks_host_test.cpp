@@ -123,12 +123,12 @@ TEST(FrmTwoTree, FocusFillsAndEmptiesTheDetails) {
   TestMachine machine("xp");
   FrmTwo& page = OpenPage(machine);
   page.tvwMain.Select(NodeAt(page, "Other Files"));
-  page.tvwMain_GotFocus();
+  page.tvwMain.on_got_focus();
   EXPECT_EQ(page.frmfor.text.get(), "Item: Other Files");
   EXPECT_FALSE(page.Label5.visible);
-  page.tvwMain_Click();
+  page.tvwMain.Click();
   EXPECT_TRUE(page.Label5.visible);
-  page.tvwMain_LostFocus();
+  page.tvwMain.on_lost_focus();
   EXPECT_EQ(page.frmfor.text.get(), "");
   EXPECT_EQ(page.lblDesc.text.get(), "");
   EXPECT_FALSE(page.Label5.visible);
@@ -140,13 +140,13 @@ TEST(FrmTwoTree, ExpandingSelectsTheNodeAndOpensItsFolderPicture) {
   SeedProfile(machine, NtProfile("Outlook"), {});
   FrmTwo& page = OpenPage(machine);
   ui::TreeNode* before = page.tvwMain.Selected();
-  page.tvwMain_Expand(NodeAt(page, "Internet Explorer"));
-  page.tvwMain_Collapse(NodeAt(page, "Microsoft Outlook\\Identities\\Outlook"));
+  page.tvwMain.on_expand(NodeAt(page, "Internet Explorer"));
+  page.tvwMain.on_collapse(NodeAt(page, "Microsoft Outlook\\Identities\\Outlook"));
   EXPECT_EQ(page.tvwMain.Selected(), before);
   EXPECT_EQ(NodeAt(page, "Internet Explorer")->selected_image, "");
 
   ui::TreeNode* other_mail = NodeAt(page, "Outlook Express\\Email Messages\\Other Mail Folders");
-  page.tvwMain_Expand(other_mail);
+  page.tvwMain.on_expand(other_mail);
   EXPECT_EQ(page.tvwMain.Selected(), other_mail);
   EXPECT_EQ(other_mail->selected_image, "fo");
 }
@@ -155,7 +155,7 @@ TEST(FrmTwoTree, ExpandingTheRootOfWindowsMailIsLikeAnyOtherNode) {
   TestMachine machine("vista");
   FrmTwo& page = OpenPage(machine);
   ui::TreeNode* root = NodeAt(page, "Windows Mail");
-  page.tvwMain_Expand(root);
+  page.tvwMain.on_expand(root);
   EXPECT_EQ(page.tvwMain.Selected(), root);
   EXPECT_EQ(root->selected_image, "fo");
 }
@@ -165,7 +165,7 @@ TEST(FrmTwoTree, SpaceOnATickedNodeUnticksItAndIsUsedUp) {
   SeedOutlookExpress(machine);
   FrmTwo& page = OpenPage(machine);
   machine.Tick(page.tvwMain, "Outlook Express\\Email Messages");
-  EXPECT_TRUE(page.tvwMain_KeyDown(kSpace, 0));
+  EXPECT_TRUE(page.tvwMain.on_key_down(kSpace, 0));
   EXPECT_FALSE(NodeAt(page, kInbox)->Checked());
   EXPECT_FALSE(NodeAt(page, "Outlook Express")->Checked());
 }
@@ -174,7 +174,7 @@ TEST(FrmTwoTree, SpaceOnAnUntickedNodeIsLeftToTheTree) {
   TestMachine machine("xp");
   FrmTwo& page = OpenPage(machine);
   page.tvwMain.Select(NodeAt(page, "Internet Explorer"));
-  EXPECT_FALSE(page.tvwMain_KeyDown(kSpace, 0));
+  EXPECT_FALSE(page.tvwMain.on_key_down(kSpace, 0));
   EXPECT_FALSE(NodeAt(page, "Internet Explorer")->Checked());
 }
 
@@ -184,7 +184,7 @@ TEST(FrmTwoTree, SpaceOnAnAddRootOpensItsDialogAndIsUsedUp) {
   machine.MakeFolder("C:\\Work");
   machine.ui().ExpectFolder("C:\\Work");
   page.tvwMain.Select(NodeAt(page, "Add Other Folders"));
-  EXPECT_TRUE(page.tvwMain_KeyDown(kSpace, 0));
+  EXPECT_TRUE(page.tvwMain.on_key_down(kSpace, 0));
   EXPECT_TRUE(NodeAt(page, "Add Other Folders\\C:\\Work")->Checked());
 }
 
@@ -305,7 +305,7 @@ TEST_F(AddedItems, CancelledFileDialogLeavesAnEmptyRootUnticked) {
 TEST_F(AddedItems, RootWithoutChildrenIsUntickedWhenTheMouseIsReleased) {
   page().tvwMain.Select(Files());
   Files()->SetChecked(true);
-  page().tvwMain_MouseUp();
+  page().tvwMain.on_mouse_up(0, 0);
   EXPECT_FALSE(Files()->Checked());
 }
 
@@ -330,7 +330,7 @@ TEST_F(AddedItems, SpaceOnATickedItemAsksToo) {
   ClickFolders("C:\\Work");
   page().tvwMain.Select(Folders()->Child());
   machine.Expect(ui::Answer::kYes, "Remove the folder/file: [C:\\Work] ?");
-  EXPECT_TRUE(page().tvwMain_KeyDown(kSpace, 0));
+  EXPECT_TRUE(page().tvwMain.on_key_down(kSpace, 0));
   EXPECT_EQ(Folders()->Children(), 0);
 }
 

@@ -30,7 +30,7 @@ std::string Encrypted(TestMachine& machine, const std::string& path) {
 void OpenPage(TestMachine& machine) {
   machine.Do([&machine] {
     machine.app().Get<FrmWelcome>().Show();
-    machine.app().Get<FrmWelcome>().cmdWC_Restore_Click();
+    machine.app().Get<FrmWelcome>().cmdWC_Restore.Click();
   });
 }
 
@@ -69,7 +69,7 @@ TEST(FrmROne, AFolderAtADrivesRootGivesNoDoubledSeparator) {
   OpenPage(machine);
   machine.app().Get<frmSettings>().txtBackup.text = "D:\\";
   frmROne& page = machine.app().Get<frmROne>();
-  machine.Do([&page] { page.Label32_Click(); });
+  machine.Click(page.Label32);
   EXPECT_EQ(page.txtpath.text.get(), "D:\\x.obk");
 }
 

@@ -381,11 +381,11 @@ TEST(FrmRTwo, TheSpaceBarUnticksANodeWithAllBelowIt) {
   ui::TreeView& tree = wizard.two().tvwMain;
   wizard.Tick("Other Files");
   tree.Select(tree.FindPath("Other Files"));
-  EXPECT_TRUE(wizard.two().tvwMain_KeyDown(32, 0));
+  EXPECT_TRUE(wizard.two().tvwMain.on_key_down(32, 0));
   EXPECT_FALSE(tree.FindPath("Other Files\\My Documents")->Checked());
-  EXPECT_FALSE(wizard.two().tvwMain_KeyDown(32, 0));
+  EXPECT_FALSE(wizard.two().tvwMain.on_key_down(32, 0));
   tree.Select(tree.FindPath("Added More Files"));
-  EXPECT_TRUE(wizard.two().tvwMain_KeyDown(32, 0));
+  EXPECT_TRUE(wizard.two().tvwMain.on_key_down(32, 0));
 }
 
 TEST(FrmRTwo, PathsWithUnescapedMarksAreReadAsTheyStand) {

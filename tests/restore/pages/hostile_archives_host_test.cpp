@@ -33,7 +33,7 @@ class HostileBench {
       ran = wizard.Shown("frmRfour");
       if (ran) wizard.Run();
     }
-    machine.Do([this] { machine.app().Get<FrmWelcome>().cmdWC_Home_Click(); });
+    machine.Do([this] { machine.app().Get<FrmWelcome>().CmdWC_Home.Click(); });
     return ran;
   }
 

@@ -119,7 +119,7 @@ TEST_F(ManagePage, RefreshReadsTheListAnew) {
 TEST_F(ManagePage, AHiddenListTakesNoFocus) {
   AddJob("Alpha");
   frmSchedTwo& hidden = page();
-  machine_.Do([&] { hidden.cmdRefresh_Click(); });
+  machine_.Do([&] { hidden.cmdRefresh.Click(); });
   EXPECT_EQ(Rows(), Names{"Alpha"});
   EXPECT_EQ(hidden.focused, nullptr);
   EXPECT_FALSE(hidden.Visible());

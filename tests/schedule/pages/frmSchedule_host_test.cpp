@@ -369,13 +369,13 @@ TEST_F(SchedulePage, BothRefreshControlsResetNameAndTime) {
 
 TEST_F(SchedulePage, TheHiddenTimeBoxTellsWhatIsNoTime) {
   frmSchedule& page = Open();
-  EXPECT_TRUE(page.txttime_Validate());
+  machine_.Do([&] { page.txttime.on_lost_focus(); });
   page.txttime.text = "";
   SetTime(1, 2);
   machine_.Expect(ui::Answer::kOk,
                   "Please enter time at which you want the schedule to run. Valid format for time "
                   "is HH:MM AM/PM , hour:minute followed by a blank space then am/pm");
-  machine_.Do([&] { EXPECT_FALSE(page.txttime_Validate()); });
+  machine_.Do([&] { page.txttime.on_lost_focus(); });
   EXPECT_EQ(machine_.ui().boxes.back().request.title, "Invalid Time");
   EXPECT_EQ(page.txttime.text.get(), "10:05 PM");
   EXPECT_EQ(page.DTPTime.value.hour, 22);
@@ -383,7 +383,7 @@ TEST_F(SchedulePage, TheHiddenTimeBoxTellsWhatIsNoTime) {
   machine_.Expect(ui::Answer::kOk,
                   "25:00 is not a valid time. Valid format for time is HH:MM AM/PM , hour:minute "
                   "followed by a blank space then am/pm");
-  machine_.Do([&] { EXPECT_FALSE(page.txttime_Validate()); });
+  machine_.Do([&] { page.txttime.on_lost_focus(); });
   EXPECT_EQ(page.txttime.text.get(), "10:05 PM");
 }
 
