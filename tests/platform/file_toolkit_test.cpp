@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/paths.h"
 #include "support/faulty_platform.h"
 #include "support/memory_platform.h"
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <ostream>
 
+#include "base/text.h"
+
 namespace quorvale {
 namespace {
 

@@ -366,7 +366,7 @@ void frmFinish::EndArchiveStage(BackupResult* result) {
     again = true;
     ++attempts;
     ShowArchiveBars();
-    *result = run.MakeArchive(WithBackslash(app_.Get<frmSettings>().txtBackup.text) +
+    *result = run.MakeArchive(WithBackslash(app_.settings().backup_folder()) +
                               app_.Get<frmThree>().txtcurrent.text.get());
   }
   TellArchiveEnd(*result);

@@ -34,6 +34,7 @@ class MediaPage : public testing::Test {
                   ftp_,
                   discs_,
                   machine_.platform().scheduler,
+                  machine_.platform().threads,
                   machine_.platform().ui},
         app_(platform_, ProgramPages()) {
     app_.Get<FrmWelcome>().Show();

@@ -33,6 +33,7 @@ class Delivery : public testing::Test {
                   ftp_,
                   discs_,
                   machine_.platform().scheduler,
+                  machine_.platform().threads,
                   machine_.platform().ui},
         app_(platform_, ProgramPages()) {
     machine_.ui().loaded_forms = [this] { return app_.LoadedForms(); };

@@ -184,7 +184,7 @@ TEST_F(BackupEngine, ARunWithoutListenersIsARunToo) {
 
 TEST_F(BackupEngine, AnExportHoldsItsKeyAlsoIfItEndsLate) {
   machine_.SetString("HKEY_CURRENT_USER\\Software\\Urls", "url1", "http://www.example.com/");
-  machine_.host().shell().SetRunLength(200, 20000);
+  machine_.faults().shell.DelayRuns(200, 20000);
   Commit({{"Internet Explorer\\Typed Urls", "HKEY_CURRENT_USER\\Software\\Urls"}});
   EXPECT_EQ(RunAll().outcome, BackupOutcome::kDone);
   const auto values = backup_test::ExportedValues(
@@ -226,13 +226,13 @@ TEST_F(BackupEngine, AFullDiskIsNotTheEnd) {
   }());
   BackupEvents events = Events();
   events.phase = [this](BackupPhase phase) {
-    if (phase == BackupPhase::kArchive) machine_.SetFreeSpace("C", 100000);
+    if (phase == BackupPhase::kArchive) machine_.computer().SetFreeSpace("C", 100000);
   };
   BackupRun run(program_, std::move(events));
   BackupResult result = run.Run();
   EXPECT_EQ(result.outcome, BackupOutcome::kNoSpace);
   EXPECT_EQ(result.archive, "");
-  machine_.SetFreeSpace("C", 100000000);
+  machine_.computer().SetFreeSpace("C", 100000000);
   result = run.MakeArchive("C:\\Elsewhere\\Job");
   EXPECT_EQ(result.outcome, BackupOutcome::kDone);
   EXPECT_EQ(result.archive, kArchivePath);  // the name of the first attempt

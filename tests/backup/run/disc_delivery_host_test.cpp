@@ -32,6 +32,7 @@ class DiscDeliveryTest : public testing::Test {
                      ftp_,
                      discs_,
                      machine_.platform().scheduler,
+                     machine_.platform().threads,
                      machine_.platform().ui};
   Program program_{platform_};
   DiscDelivery delivery_{program_};

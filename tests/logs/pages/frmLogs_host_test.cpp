@@ -122,7 +122,7 @@ TEST_F(FrmLogsTest, EveryControlHasItsWords) {
   frmLogs& page = Open();
   EXPECT_EQ(page.PicHeader.picture.get(), "LOG_HEADER");
   EXPECT_EQ(page.lblHeader.caption.get(), "View Log and Log Settings");
-  EXPECT_EQ(page.lblHeading.caption.get(), "View backup and restore logs");
+  EXPECT_EQ(page.lblSubheading.caption.get(), "View backup and restore logs");
   EXPECT_EQ(page.Frame1.caption.get(), "Log Settings and Details");
   EXPECT_EQ(page.lblLogPath.caption.get(), "Log File Path");
   EXPECT_EQ(page.cmdDelete.caption.get(), "Delete");

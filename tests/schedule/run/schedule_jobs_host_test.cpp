@@ -5,6 +5,7 @@
 
 #include "base/dates.h"
 #include "core/main/FrmWelcome.h"
+#include "core/program/ModGlobal.h"
 #include "platform/host/host_platform.h"
 #include "support/test_machine.h"
 
