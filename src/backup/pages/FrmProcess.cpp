@@ -110,7 +110,7 @@ FtpEvents FrmProcess::UploadEvents() {
 void FrmProcess::Upload() {
   Session& session = app_.session();
   const FtpDeliveryResult result =
-      upload_.Send(session.ftp_server, session.gDeliverySource, session.gBackupName + ".obk");
+      upload_.Send(session.ftp_server, session.gDeliverySource, session.upload_name);
   session.gDelivered = result.sent;
   if (!Going()) return;
   if (result.no_folder) app_.Inform("Folder name is invalid");

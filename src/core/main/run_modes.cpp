@@ -115,10 +115,7 @@ void StartPreparedBackup(Application& app) {
 void ResumeAfterElevation(Application& app, const std::string& path) {
   SettingsFile settings;
   if (app.files().FileExists(path) && ReadSettingsFile(app, path, &settings)) {
-    if (settings.backup_name) {
-      app.Get<frmOne>().txtBackupname.text = *settings.backup_name;
-      app.session().gBackupName = *settings.backup_name;
-    }
+    if (settings.backup_name) app.Get<frmOne>().txtBackupname.text = *settings.backup_name;
     if (settings.backup_type) Replay(app, *settings.backup_type);
   }
   app.platform().files.RemoveFile(path, true);

@@ -39,7 +39,7 @@ class Delivery : public testing::Test {
     machine_.ui().loaded_forms = [this] { return app_.LoadedForms(); };
     machine_.ui().after_step = [this] { app_.CollectUnloaded(); };
     app_.Get<FrmWelcome>().Show();
-    app_.session().gBackupName = "My job";
+    app_.session().upload_name = "My job.obk";
   }
   ~Delivery() override {
     machine_.ui().loaded_forms = nullptr;
