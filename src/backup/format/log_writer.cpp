@@ -105,7 +105,7 @@ void WriteRestoreLog(Program& program, const std::string& path) {
   const RestoreJob& job = program.session();
   Lines lines = LogHead(program, job.gRestoreProcessName, job.gRestoreProcessDesc);
   AddItemsStart("Restore Folder", job.gRestoreFolder, &lines);
-  for (const std::string& item : job.gRestoreItemPaths) {
+  for (const auto& [item, origin] : job.restore_items) {
     const size_t root = item.find('\\');
     if (root != std::string::npos) lines.TallElement(item.substr(0, root), "<" + item);
   }

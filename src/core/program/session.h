@@ -33,20 +33,27 @@ class FileCollection {
   std::map<std::string, std::string> by_source_;
 };
 
-// The item of the backup that a restore row stands for, as the settings file holds it.
+// The item of the backup that a node of the restore's tree stands for, as the settings file holds
+// it.
 struct RestoreOrigin {
   std::string path;
   std::string key;
   // Items of the settings file can have one entry name: this one's place among them, and how many
   // there are.
-  size_t occurrence = 0;
-  size_t of = 1;
+  size_t place_among_namesakes = 0;
+  size_t namesakes = 1;
+};
+
+// One ticked node of the restore's tree.
+struct RestoreItem {
+  std::string path;
+  RestoreOrigin origin;  // empty for a group
 };
 
 struct RestoreRow {
   std::string item;      // column 0: the item's name as the restore routines expect it
   std::string location;  // column 1: where it belongs on this computer
-  size_t place = 0;      // the row of gRestoreItemOrigins that belongs to it
+  size_t node = 0;       // its ticked node, a place in RestoreJob::restore_items
 };
 
 // What the program is and where: committed once, by the main window's load; read everywhere.
@@ -118,12 +125,11 @@ struct RestoreJob {
   std::string gRestoreUseCompression;
   std::string gRestoreSelfExtracting;
   std::string gRestoreProtectWithPassword;
-  std::vector<std::string> gRestoreItemPaths;
-  std::vector<RestoreOrigin> gRestoreItemOrigins;  // parallel to gRestoreItemPaths
-  std::vector<RestoreRow> gRestoreSelection;
+  std::vector<RestoreItem> restore_items;     // in the order of the tree
+  std::vector<RestoreRow> gRestoreSelection;  // of the items below a root
   bool gNoRestoreFolder = false;
   bool gRestoreToDefaultFolders = false;
-  std::string settings_file;  // the backup's, as the tree page took it out of the archive
+  std::string restore_settings_file;  // the backup's, as the tree page took it out of the archive
 };
 
 // What the program finds out for a restore: committed and read by the tree page (a file that can't
@@ -141,6 +147,9 @@ struct UnreadFields {
   bool gBackupTreeChanged = false;
   std::string gRestoreSettingsField;
   std::string gRestoreBackupFolder;
+  // The ticked nodes of a restore: parallel, from row 1, with an empty last row.
+  // RestoreJob::restore_items is what a restore goes by.
+  std::vector<std::string> gRestoreItemPaths;
   std::vector<std::string> gRestoreItemKeys;
   std::vector<std::string> gRestoreItemAux;
   std::vector<std::string> gRestoreItemDest;

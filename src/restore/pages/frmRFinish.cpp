@@ -93,7 +93,7 @@ void frmRFinish::Unload() {
 
 void frmRFinish::Arrange() {
   using namespace page_layout;
-  PlaceHeader(&PicHeader, &lblHeading);
+  PlaceHeader(&PicHeader, &lblHeader);
   lblCurrent.bounds = ContentRow(0);
   pbCurrent.bounds = ContentRow(1);
   LblFileinprocess.bounds = ContentRow(2);

@@ -2,7 +2,6 @@
 // the end messages and the clean-up.
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <utility>
@@ -24,7 +23,7 @@ class frmRFinish : public ui::Form, public RunPage {
   bool StopRun() override;
 
   ui::PictureBox PicHeader{*this, "PicHeader", "RESTORE_HEADER"};
-  ui::Label lblHeading{*this, "lblHeading", "Restoring Data"};
+  ui::Label lblHeader{*this, "lblHeader", "Restoring Data"};
   ui::Label lblCurrent{*this, "lblCurrent"};
   ui::ProgressBar pbCurrent{*this, "pbCurrent"};
   ui::Label LblFileinprocess{*this, "LblFileinprocess"};
@@ -65,10 +64,12 @@ class frmRFinish : public ui::Form, public RunPage {
   // The steps of the run, by their names. TAKEALLRESTORE has the run do them all.
   void PrepareArchive() { run_.PrepareArchive(); }
   void RestoreWindowsMail() { run_.RestoreWindowsMail(); }
-  void RestoreWindowsMailItem(size_t row) { run_.windows_mail().RestoreWindowsMailItem(row); }
+  void RestoreWindowsMailItem(const RestoreItem& item) {
+    run_.windows_mail().RestoreWindowsMailItem(item);
+  }
   void RestoreOutlookExpress() { run_.RestoreOutlookExpress(); }
-  void RestoreOutlookExpressItem(size_t row) {
-    run_.outlook_express().RestoreOutlookExpressItem(row);
+  void RestoreOutlookExpressItem(const RestoreItem& item) {
+    run_.outlook_express().RestoreOutlookExpressItem(item);
   }
   void RestoreOutlook() { run_.RestoreOutlook(); }
   void RestoreOutlookItem(const RestoreRow& row) { run_.outlook().RestoreOutlookItem(row); }

@@ -51,7 +51,7 @@ void frmROne::Load() {
 
 void frmROne::PlaceControls() {
   using namespace page_layout;
-  PlaceHeader(&PicHeader, &lblHeading);
+  PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(nullptr, &cmdNext, &cmdCancel);
   lblDescription.bounds = ContentRow(0);
   lblJobs.bounds = ContentRow(1, kContentLeft, 220);

@@ -16,7 +16,7 @@ class frmROne : public WizardPage {
   explicit frmROne(Application& app);
 
   ui::PictureBox PicHeader{*this, "PicHeader", "RESTORE_HEADER"};
-  ui::Label lblHeading{*this, "lblHeading", "Select Backup Job"};
+  ui::Label lblHeader{*this, "lblHeader", "Select Backup Job"};
   ui::Label lblDescription{*this, "lblDescription",
                            "Select a backup file and restore the items saved in it"};
   ui::Label lblJobs{*this, "lblJobs", "Backup &Job Names"};

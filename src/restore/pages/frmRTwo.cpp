@@ -1,6 +1,5 @@
 #include "restore/pages/frmRTwo.h"
 
-#include <unordered_map>
 #include <utility>
 
 #include "backup/format/archive_layout.h"
@@ -17,6 +16,7 @@
 #include "discovery/products/watched_programs.h"
 #include "restore/pages/frmROne.h"
 #include "restore/pages/restore_tree.h"
+#include "restore/run/restore_selection.h"
 
 namespace quorvale {
 namespace {
@@ -37,62 +37,6 @@ bool IsDefaultProfile(const ui::TreeNode& node) {
 bool IsStoreIndex(const std::string& path) {
   return EqualsNoCase(path, std::string(kMailStoresPath) + "\\" + kMailStoreIndex) ||
          EqualsNoCase(path, std::string(kOtherMailFoldersPath) + "\\" + kMailStoreIndex);
-}
-
-// "x\My Name" gives "x\My_Name.reg".
-std::string RegistryItem(const std::string& path) {
-  return ParentFolder(path) + "\\" + ExportFileName(FileNameOf(path));
-}
-
-RestoreRow OutlookRow(const std::string& path, const std::string& key) {
-  if (Contains(path, "Microsoft Outlook\\Offline folders")) return {path, key, 0};
-  if (Contains(path, "Microsoft Outlook\\Identities") && Contains(path, "Account Settings")) {
-    return {ReplaceAll(path, "Account Settings", "Account_Settings.reg"), key, 0};
-  }
-  const std::string location = UpToComma(key);
-  if (location.ends_with(".pst") || location.ends_with(".ost")) return {path, location, 0};
-  return {frmRTwo::extractLastFolder(path) + "\\" + FileNameOf(path), location, 0};
-}
-
-RestoreRow BrowserRow(const std::string& path, const std::string& key) {
-  if (Contains(path, "Internet Explorer\\Typed Urls")) return {path + "\\Typed_Urls.reg", key, 0};
-  if (Contains(path, "IESettings")) return {RegistryItem(path), key, 0};
-  return {path, key, 0};
-}
-
-RestoreRow MailRow(const std::string& path, const std::string& key) {
-  for (const char* group : {"Outlook Express\\Account Setting", "Outlook Express\\System setting",
-                            "Outlook Express\\Message Rules"}) {
-    if (Contains(path, group)) return {RegistryItem(path), key, 0};
-  }
-  return {path, key, 0};
-}
-
-RestoreRow OtherFilesRow(const std::string& path, const std::string& key,
-                         const std::string& documents) {
-  if (Contains(path, "My Desktop Files") || Contains(path, documents)) return {path, key, 0};
-  return {};
-}
-
-RestoreRow RowOfNode(const std::string& path, const std::string& key,
-                     const std::string& documents) {
-  const auto is_of = [&path](ProductId id) {
-    return Contains(path, ProductOf(id).restore_caption);
-  };
-  const auto below = [](ProductId id, const std::string& name) {
-    return ProductOf(id).restore_caption + ("\\" + name);
-  };
-  if (is_of(ProductId::kAddedFiles)) {
-    return {below(ProductId::kAddedFiles, FileNameOf(path)), key, 0};
-  }
-  if (is_of(ProductId::kAddedFolders)) {
-    return {below(ProductId::kAddedFolders, FileNameOf(WithoutBackslash(path))), key, 0};
-  }
-  if (is_of(ProductId::kOtherFiles)) return OtherFilesRow(path, key, documents);
-  if (is_of(ProductId::kMicrosoftOutlook)) return OutlookRow(path, key);
-  if (is_of(ProductId::kInternetExplorer)) return BrowserRow(path, key);
-  if (is_of(ProductId::kOutlookExpress)) return MailRow(path, key);
-  return {path, key, 0};
 }
 
 }  // namespace
@@ -126,7 +70,7 @@ void frmRTwo::Load() {
 
 void frmRTwo::PlaceControls() {
   using namespace page_layout;
-  PlaceHeader(&PicHeader, &lblHeading);
+  PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
   lblTree.bounds = ContentRow(0, kContentLeft, 220);
   // The tree and, to its right, what is known of the selected item, as on the backup's page.
@@ -195,7 +139,7 @@ bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& 
       BackupFile(app_, archive, session.gRestorePassword).ExtractAs(member, target);
   app_.ui().SetPointer(ui::Pointer::kDefault);
   if (result == zip::Result::kDone) {
-    session.settings_file = target;
+    session.restore_settings_file = target;
     session.gRestoreFileBad = false;
     return true;
   }
@@ -277,82 +221,20 @@ void frmRTwo::savedetails() {
   Session& session = app_.session();
   session.gBackupFolder = txtpath.text;
   if (!session.gNoRestoreFolder) session.gRestoreFolder = txtpath.text;
-  session.gRestoreItemPaths.clear();
-  session.gRestoreItemKeys.clear();
-  session.gRestoreItemAux.clear();
-  session.gRestoreItemDest.clear();
-  session.gRestoreItemOrigins.clear();
-  session.gRestoreSelection.clear();
-
-  const std::vector<Namesakes> namesakes = CountNamesakes();
   const ui::TreeNode* other_folders = tvwMain.FindPath(kOtherMailFoldersPath);
   const bool with_index = other_folders != nullptr && other_folders->Checked();
-  const std::string documents = DocumentsWord(app_);
-  NewRow();  // the first row stays empty: rows are counted from 1
-  NewRow();
+  RestoreSelection selection(app_, items_);
   for (int i = 1; i <= tvwMain.Count(); ++i) {
     ui::TreeNode& node = *tvwMain.Node(i);
     const std::string path = node.FullPath();
     const bool parent_ticked = node.Parent() != nullptr && node.Parent()->Checked();
     if (parent_ticked && Contains(path, "Account Settings")) node.SetChecked(true);
     if (node.Checked() || (with_index && IsStoreIndex(path))) {
-      if (Contains(path, "\\")) {
-        session.gRestoreSelection.push_back(RowOfNode(path, node.Key(), documents));
-        session.gRestoreSelection.back().place = session.gRestoreItemPaths.size() - 1;
-      }
-      CommitNode(node, path, namesakes);
+      selection.Add(path, node.Key(), ItemOfNode(node));
     } else {
-      session.gRestoreItemDest.back() = node.Key();
+      selection.PassOver(node.Key());
     }
   }
-}
-
-void frmRTwo::NewRow() {
-  Session& session = app_.session();
-  session.gRestoreItemPaths.emplace_back();
-  session.gRestoreItemKeys.emplace_back();
-  session.gRestoreItemAux.emplace_back();
-  session.gRestoreItemDest.emplace_back();
-  session.gRestoreItemOrigins.emplace_back();
-}
-
-void frmRTwo::CommitNode(const ui::TreeNode& node, const std::string& path,
-                         const std::vector<Namesakes>& namesakes) {
-  Session& session = app_.session();
-  session.gRestoreItemPaths.back() = path;
-  session.gRestoreItemKeys.back() = Contains(path, ProductOf(ProductId::kMicrosoftOutlook).caption)
-                                        ? UpToComma(node.Key())
-                                        : node.Key();
-  if (ItemOfNode(node) >= 0) {
-    const size_t item = static_cast<size_t>(ItemOfNode(node));
-    RestoreOrigin& origin = session.gRestoreItemOrigins.back();
-    origin.path = items_[item].path;
-    origin.key = WithoutRowNumbers(items_[item].key);
-    origin.occurrence = namesakes[item].before;
-    origin.of = namesakes[item].before + 1 + namesakes[item].behind;
-  }
-  NewRow();
-}
-
-// Folders of one name are one folder in the archive; files are kept apart by their order.
-std::vector<frmRTwo::Namesakes> frmRTwo::CountNamesakes() const {
-  std::vector<Namesakes> namesakes(items_.size());
-  std::unordered_map<std::string, size_t> counts;
-  const auto name_of = [this](const SettingsItem& item) {
-    const ItemEntry entry =
-        EntryOfItem(item.path, WithoutRowNumbers(item.key), app_.session().gOSName);
-    return entry.kind == ItemEntry::Kind::kFile ? FoldCase(entry.name) : std::string();
-  };
-  for (size_t i = 0; i < items_.size(); ++i) {
-    const std::string name = name_of(items_[i]);
-    if (!name.empty()) namesakes[i].before = static_cast<std::uint32_t>(counts[name]++);
-  }
-  for (size_t i = 0; i < items_.size(); ++i) {
-    const std::string name = name_of(items_[i]);
-    if (name.empty()) continue;
-    namesakes[i].behind = static_cast<std::uint32_t>(counts[name] - 1 - namesakes[i].before);
-  }
-  return namesakes;
 }
 
 void frmRTwo::processeslisting() {

@@ -19,7 +19,7 @@ class frmRTwo : public WizardPage {
   explicit frmRTwo(Application& app);
 
   ui::PictureBox PicHeader{*this, "PicHeader", "RESTORE_HEADER"};
-  ui::Label lblHeading{*this, "lblHeading", "Select Items to Restore"};
+  ui::Label lblHeader{*this, "lblHeader", "Select Items to Restore"};
   ui::Label lblTree{*this, "lblTree", "&Items in the backup"};
   ui::TreeView tvwMain{*this, "tvwMain"};
   ui::Label Label32{*this, "Label32", "Refresh List"};
@@ -84,17 +84,6 @@ class frmRTwo : public WizardPage {
   void ConnectHandlers();
   std::string StagingFolder() const;
   void ReadOptions(const SettingsFile& settings);
-  // A new row of the tables whose rows are the ticked nodes.
-  void NewRow();
-  // How many items of the same entry name stand before and behind an item.
-  struct Namesakes {
-    std::uint32_t before = 0;
-    std::uint32_t behind = 0;
-  };
-  std::vector<Namesakes> CountNamesakes() const;
-  // Fills the last row and begins a new one.
-  void CommitNode(const ui::TreeNode& node, const std::string& path,
-                  const std::vector<Namesakes>& namesakes);
   bool AnythingTicked() const;
 
   std::vector<SettingsItem> items_;

@@ -58,7 +58,7 @@ void frmRfour::Load() { page_layout::HostPage(app_, *this); }
 
 void frmRfour::PlaceControls() {
   using namespace page_layout;
-  PlaceHeader(&PicHeader, &lblHeading);
+  PlaceHeader(&PicHeader, &lblHeader);
   PlaceButtons(&cmdBack, &cmdNext, &cmdCancel);
   lblReview.bounds = ContentRow(0);
   lblHint.bounds = ContentRow(1);
@@ -88,9 +88,7 @@ void frmRfour::LoadDetails() {
       Rule(),
       "SELECTED ITEMS FOR RESTORE: ",
   };
-  for (const std::string& path : session.gRestoreItemPaths) {
-    if (!path.empty()) lines.push_back("   " + path);
-  }
+  for (const RestoreItem& item : session.restore_items) lines.push_back("   " + item.path);
   for (const std::string& line :
        {Rule(), std::string("ADVANCED SETTINGS: "), Rule(),
         "   Log Details: " + session.gRestoreLogDetails,
@@ -115,9 +113,8 @@ void frmRfour::ReadArchive() {
 
 double frmRfour::SizeOfItem(const std::string& pattern) { return members_.Size(pattern); }
 
-std::string frmRfour::PatternOfRow(size_t row) const {
-  const RestoreOrigin& origin = app_.session().gRestoreItemOrigins[row];
-  const ItemEntry entry = EntryOfItem(origin.path, origin.key, app_.session().gOSName);
+std::string frmRfour::PatternOf(const RestoreItem& item) const {
+  const ItemEntry entry = EntryOfItem(item.origin.path, item.origin.key, app_.session().gOSName);
   if (entry.kind == ItemEntry::Kind::kNone) return "";
   const std::string name = prefix_ + "\\" + entry.name;
   return entry.kind == ItemEntry::Kind::kFolder ? name + "\\*" : name;
@@ -130,12 +127,12 @@ bool frmRfour::IsThere(const std::string& target) const {
   return space && space->free_bytes > 0;
 }
 
-std::string frmRfour::TargetOfRow(size_t row) const {
+std::string frmRfour::TargetOf(const RestoreItem& item) const {
   const Session& session = app_.session();
-  const std::string& path = session.gRestoreItemPaths[row];
+  const std::string& path = item.path;
   Shell& shell = app_.platform().shell;
   if (path.starts_with("Added ")) {
-    const std::string& key = session.gRestoreItemOrigins[row].key;
+    const std::string& key = item.origin.key;
     // What cannot go home stays in the restore folder.
     return IsThere(key) ? key : FolderForLeftItems(app_, session);
   }
@@ -164,10 +161,10 @@ bool frmRfour::ComputeRestoreSpace() {
   needs_.clear();
   drives_.clear();
   ReadArchive();
-  for (size_t row = 0; row < session.gRestoreItemPaths.size(); ++row) {
-    if (!Contains(session.gRestoreItemPaths[row], "\\")) continue;
-    const std::string pattern = PatternOfRow(row);
-    AddNeed(TargetOfRow(row), pattern.empty() ? 0 : SizeOfItem(pattern));
+  for (const RestoreItem& item : session.restore_items) {
+    if (!Contains(item.path, "\\")) continue;
+    const std::string pattern = PatternOf(item);
+    AddNeed(TargetOf(item), pattern.empty() ? 0 : SizeOfItem(pattern));
   }
   std::string report =
       "Insufficient disk space\r\nRestoration drive(s): Space Informations\r\n\r\n";

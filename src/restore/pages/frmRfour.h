@@ -24,7 +24,7 @@ class frmRfour : public WizardPage {
   explicit frmRfour(Application& app);
 
   ui::PictureBox PicHeader{*this, "PicHeader", "RESTORE_HEADER"};
-  ui::Label lblHeading{*this, "lblHeading", "Review Items"};
+  ui::Label lblHeader{*this, "lblHeader", "Review Items"};
   ui::Label lblReview{*this, "lblReview", "Review items to be restored"};
   ui::Label lblHint{*this, "lblHint",
                     "Review the following and press next to start the Restore process"};
@@ -68,9 +68,9 @@ class frmRfour : public WizardPage {
   void EnableButtons(bool enabled);
   // Reads the archive's directory, and the prefix of all member names.
   void ReadArchive();
-  std::string PatternOfRow(size_t row) const;
-  // The folder or file whose drive has to take a row's bytes.
-  std::string TargetOfRow(size_t row) const;
+  std::string PatternOf(const RestoreItem& item) const;
+  // The folder or file whose drive has to take an item's bytes.
+  std::string TargetOf(const RestoreItem& item) const;
   bool IsThere(const std::string& target) const;
   void AddNeed(const std::string& target, double bytes);
   void StartRun();

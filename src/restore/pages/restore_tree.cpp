@@ -236,6 +236,4 @@ void FillRestoreTree(const std::vector<SettingsItem>& items, bool with_windows_m
 
 int ItemOfNode(const ui::TreeNode& node) { return node.tag.empty() ? -1 : std::stoi(node.tag); }
 
-std::string UpToComma(const std::string& text) { return text.substr(0, text.find(',')); }
-
 }  // namespace quorvale

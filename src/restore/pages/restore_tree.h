@@ -20,7 +20,4 @@ void FillRestoreTree(const std::vector<SettingsItem>& items, bool with_windows_m
 // The position in `items` that a node stands for; -1 for a node that is only a group.
 int ItemOfNode(const ui::TreeNode& node);
 
-// The text before the first comma.
-std::string UpToComma(const std::string& text);
-
 }  // namespace quorvale

@@ -31,8 +31,8 @@ Extractor::Extractor(Program& program, const RestoreJob& job, RunMonitor& monito
     : program_(program), job_(job), monitor_(monitor) {}
 
 void Extractor::Open() {
-  if (!job_.settings_file.empty()) {
-    staged_.push_back({job_.settings_file, ParentFolder(job_.settings_file)});
+  if (!job_.restore_settings_file.empty()) {
+    staged_.push_back({job_.restore_settings_file, ParentFolder(job_.restore_settings_file)});
   }
   if (!program_.files().FileExists(job_.gRestoreFilePath)) return;
   const std::string folder = RestoreFolder(program_, job_);
@@ -83,9 +83,10 @@ std::optional<size_t> Extractor::PlaceOfMember(const RestoreOrigin& origin,
                                                const ItemEntry& entry) const {
   const size_t count = members_.Count(MemberName(entry.name));
   if (count == 0) return std::nullopt;
-  if (count > 1) return origin.occurrence < count ? std::optional(origin.occurrence) : std::nullopt;
+  const size_t place = origin.place_among_namesakes;
+  if (count > 1) return place < count ? std::optional(place) : std::nullopt;
   // The last one of a name won.
-  return origin.occurrence + 1 == origin.of ? std::optional<size_t>(0) : std::nullopt;
+  return place + 1 == origin.namesakes ? std::optional<size_t>(0) : std::nullopt;
 }
 
 bool Extractor::HoldsItem(const RestoreOrigin& origin) const {

@@ -35,26 +35,24 @@ void OutlookExpressRestore::RestoreOutlookExpress() {
   identity_ = UserValue("Identities\\", "Default User ID");
   mail_store_.clear();
   PlanAddressBooks();
-  const std::vector<std::string>& paths = tools_.job.gRestoreItemPaths;
-  for (size_t row = 0; row < paths.size(); ++row) {
-    if (!paths[row].starts_with(kRoot)) continue;
-    if (!tools_.monitor.BeginItem(paths[row])) return;
-    RestoreOutlookExpressItem(row);
+  for (const RestoreItem& item : tools_.job.restore_items) {
+    if (!item.path.starts_with(kRoot)) continue;
+    if (!tools_.monitor.BeginItem(item.path)) return;
+    RestoreOutlookExpressItem(item);
   }
 }
 
-void OutlookExpressRestore::RestoreOutlookExpressItem(size_t row) {
-  const RestoreOrigin origin = tools_.job.gRestoreItemOrigins[row];
-  const std::string& item = origin.path;
+void OutlookExpressRestore::RestoreOutlookExpressItem(const RestoreItem& item) {
+  const RestoreOrigin& origin = item.origin;
   const ItemEntry entry = tools_.extractor.EntryOf(origin);
   if (entry.kind == ItemEntry::Kind::kNone) return;
   if (entry.kind == ItemEntry::Kind::kRegistry) {
     tools_.extractor.RestoreRegistryItem(origin);
-  } else if (item.starts_with(kAddressBook)) {
+  } else if (origin.path.starts_with(kAddressBook)) {
     RestoreAddressBook(origin);
-  } else if (item.starts_with(kMessages)) {
+  } else if (origin.path.starts_with(kMessages)) {
     RestoreMessages(origin);
-  } else if (item.starts_with(kStationery)) {
+  } else if (origin.path.starts_with(kStationery)) {
     RestoreStationery(origin);
   }
 }
@@ -64,7 +62,8 @@ void OutlookExpressRestore::RestoreOutlookExpressItem(size_t row) {
 void OutlookExpressRestore::PlanAddressBooks() {
   const std::string own_name = GetWinUserName(tools_.program) + ".wab";
   main_book_.clear();
-  for (const RestoreOrigin& origin : tools_.job.gRestoreItemOrigins) {
+  for (const RestoreItem& item : tools_.job.restore_items) {
+    const RestoreOrigin& origin = item.origin;
     if (!origin.path.starts_with(kAddressBook)) continue;
     const ItemEntry entry = tools_.extractor.EntryOf(origin);
     if (entry.kind != ItemEntry::Kind::kFile || !tools_.extractor.HoldsItem(origin)) continue;

@@ -2,7 +2,6 @@
 // user, wherever they came from.
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "restore/run/restore_tools.h"
@@ -19,8 +18,7 @@ class OutlookExpressRestore {
 
   // All items of the product, until a stop.
   void RestoreOutlookExpress();
-  // The item in one row of the job.
-  void RestoreOutlookExpressItem(size_t row);
+  void RestoreOutlookExpressItem(const RestoreItem& item);
   // After the imports: the identity that the mail program now opens finds the restored mail.
   void PointIdentityAtStore();
 

@@ -16,7 +16,7 @@ struct RestoreTools {
   RestoreResult& result;
 
   const RestoreOrigin& OriginOf(const RestoreRow& row) const {
-    return job.gRestoreItemOrigins.at(row.place);
+    return job.restore_items.at(row.node).origin;
   }
 };
 

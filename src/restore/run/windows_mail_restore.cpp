@@ -10,16 +10,15 @@ constexpr char kRoot[] = "Windows Mail\\";
 }  // namespace
 
 void WindowsMailRestore::RestoreWindowsMail() {
-  const std::vector<std::string>& paths = tools_.job.gRestoreItemPaths;
-  for (size_t row = 0; row < paths.size(); ++row) {
-    if (!paths[row].starts_with(kRoot)) continue;
-    if (!tools_.monitor.BeginItem(paths[row])) return;
-    RestoreWindowsMailItem(row);
+  for (const RestoreItem& item : tools_.job.restore_items) {
+    if (!item.path.starts_with(kRoot)) continue;
+    if (!tools_.monitor.BeginItem(item.path)) return;
+    RestoreWindowsMailItem(item);
   }
 }
 
-void WindowsMailRestore::RestoreWindowsMailItem(size_t row) {
-  const RestoreOrigin origin = tools_.job.gRestoreItemOrigins[row];
+void WindowsMailRestore::RestoreWindowsMailItem(const RestoreItem& item) {
+  const RestoreOrigin& origin = item.origin;
   Extractor& extractor = tools_.extractor;
   const ItemEntry entry = extractor.EntryOf(origin);
   if (entry.kind == ItemEntry::Kind::kNone) return;

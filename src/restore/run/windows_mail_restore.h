@@ -1,8 +1,6 @@
 // Windows Mail: store, contacts and settings come back to the present user.
 #pragma once
 
-#include <cstddef>
-
 #include "restore/run/outlook_restore.h"
 #include "restore/run/restore_tools.h"
 
@@ -16,8 +14,7 @@ class WindowsMailRestore {
 
   // All items of the product, until a stop.
   void RestoreWindowsMail();
-  // The item in one row of the job.
-  void RestoreWindowsMailItem(size_t row);
+  void RestoreWindowsMailItem(const RestoreItem& item);
 
  private:
   RestoreTools tools_;

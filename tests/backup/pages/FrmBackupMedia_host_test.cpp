@@ -12,7 +12,6 @@
 #include "core/main/FrmWelcome.h"
 #include "core/main/page_sets.h"
 #include "core/program/ModGlobal.h"
-#include "discovery/pages/FrmTwo.h"
 #include "support/test_machine.h"
 
 namespace quorvale {
@@ -40,6 +39,7 @@ class MediaPage : public testing::Test {
     app_.Get<FrmWelcome>().Show();
     app_.session().gBackupItemPaths = {"Other Files", "Other Files\\My Documents"};
     app_.session().gBackupItemKeys = {"Other Files", "C:\\Nothing\\"};
+    app_.session().gBackupFolder = "C:\\Out";
     page_ = &app_.Get<FrmBackupMedia>();
     page_->Show();
   }
@@ -74,7 +74,7 @@ TEST_F(MediaPage, OpensWithTheHardDisk) {
   EXPECT_EQ(page_->ChkHardDisk.value, 1);
   EXPECT_EQ(page_->ChkCDDVD.value, 0);
   EXPECT_EQ(page_->ChkFTP.value, 0);
-  EXPECT_EQ(page_->txtpath.text.get(), app_.Get<FrmTwo>().txtpath.text.get());
+  EXPECT_EQ(page_->txtpath.text.get(), "C:\\Out");
   EXPECT_FALSE(page_->cboDrives.enabled);
   EXPECT_FALSE(page_->TxtHostname.enabled);
   EXPECT_FALSE(page_->lblhost.visible);
@@ -408,7 +408,6 @@ TEST_F(MediaPage, ADiscBackupGoesInPartsIntoItsOwnFolder) {
   app_.session().gMediaDisc = true;
   machine_.MakeFolder("C:\\Out\\Job");
   app_.session().gBackupBasePath = "C:\\Out\\Job";
-  app_.Get<FrmTwo>().txtpath.text = "C:\\Out";
   frmFinish& run = app_.Get<frmFinish>();
   EXPECT_FALSE(run.CompressStage("C:\\Out\\Job"));  // there is no settings file
   EXPECT_EQ(run.run.archive.archive_name, "C:\\Out\\CDBackup\\Job.obk");

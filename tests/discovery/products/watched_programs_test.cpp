@@ -51,6 +51,7 @@ TEST(WatchedPrograms, ServiceRunsByItsStateWord) {
 
 TEST(WatchedPrograms, ActionZeroStartsAndOthersAreControlCodes) {
   MemoryServices services;
+  services.states = {{"WSearch", "Stopped"}};
   for (int action = 0; action <= 3; ++action) {
     EXPECT_TRUE(ControlServiceByName(services, "WSearch", static_cast<ServiceAction>(action)));
   }

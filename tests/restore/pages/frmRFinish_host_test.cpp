@@ -183,10 +183,8 @@ TEST(FrmRFinish, RowsOfWindowsMailAreNotLookedAtBeforeVista) {
   wizard.Open(archive.Write(machine));
   wizard.TickAll();
   wizard.ToReview();
-  machine.session().gRestoreItemPaths.push_back("Windows Mail\\Mails");
-  machine.session().gRestoreItemKeys.push_back("C:\\Users\\X\\Windows Mail\\");
-  machine.session().gRestoreItemOrigins.push_back(
-      {"Windows Mail\\Mails", "C:\\Users\\X\\Windows Mail\\"});
+  machine.session().restore_items.push_back(
+      {"Windows Mail\\Mails", {"Windows Mail\\Mails", "C:\\Users\\X\\Windows Mail\\"}});
   machine.Expect(ui::Answer::kOk, "Backup successfully restored");
   wizard.Run();
   EXPECT_FALSE(machine.Exists(machine.Profile() + "\\AppData"));

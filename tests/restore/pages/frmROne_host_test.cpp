@@ -109,6 +109,7 @@ TEST(FrmROne, ABackupDeletedAfterItsSelectionIsToldSo) {
 TEST(FrmROne, DecliningTheRestoreFolderReachesTheSettingsAndComesBack) {
   TestMachine machine("xp");
   OpenPage(machine);
+  machine.app().Get<frmSettings>();  // looked at before
   frmROne& page = machine.app().Get<frmROne>();
   const std::string standard = machine.session().gAppDataPath + "\\Restore";
   const std::string key = "HKEY_CURRENT_USER\\Software\\Tarnwick\\Quorvale\\Settings";

@@ -417,7 +417,7 @@ TEST(FrmRTwo, AnItemIsNotLostToAKeyThatStandsElsewhere) {
   EXPECT_EQ(wizard.two().tvwMain.Find("Added More Files")->Parent(), nullptr);
   wizard.Tick("Added More Files");
   wizard.two().savedetails();
-  EXPECT_EQ(machine.session().gRestoreItemOrigins.rbegin()[1].key, "C:\\Store\\Inbox.dbx");
+  EXPECT_EQ(machine.session().restore_items.back().origin.key, "C:\\Store\\Inbox.dbx");
 }
 
 TEST(FrmRTwo, AProgramWithoutAnOpenWindowIsNoObstacle) {
