@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <utility>
+
 #include "core/program/ModGlobal.h"
 #include "restore/job_archive.h"
 #include "restore/run/restore_places.h"
@@ -15,7 +18,7 @@ constexpr char kFolder[] = "C:\\Kept";
 // The job of restoring everything that an archive lists, as the pages commit it.
 class EngineBench {
  public:
-  EngineBench(const std::string& like, const JobArchive& archive) : machine(like) {
+  EngineBench(const std::string& like, JobArchive archive) : machine(like) {
     machine.session().gAppDataPath = DataFolder(machine.app());
     machine.session().gOSName = like == "vista" ? kWindowsVista : kWindows2000;
     job.gRestoreFilePath = archive.Write(machine);
@@ -146,7 +149,8 @@ TEST(RestoreRun, AFolderThatNobodyWantsIsTheProgramsOwn) {
 TEST(RestoreRun, TheSettingsFileAndStagedExportsGoWithTheRun) {
   const std::string key = "HKEY_CURRENT_USER\\Software\\Microsoft\\Internet Explorer\\TypedURLs";
   JobArchive archive;
-  archive.With("Internet Explorer\\Typed Urls", key, "Internet Explorer\\Typed_Urls.reg",
+  archive.With("Internet Explorer\\Typed Urls", key,
+               "Internet Explorer\\Typed Urls\\Typed_Urls.reg",
                RegText(key, "url1", "http://a.example/"));
   EngineBench bench("xp", archive);
   bench.job.restore_settings_file = std::string(kFolder) + "\\Job\\Job.xml";
@@ -161,7 +165,7 @@ TEST(RestoreRun, TheSettingsFileAndStagedExportsGoWithTheRun) {
 
 TEST(RestoreRun, ReportsOutlooksDataFilesWithTheirProfile) {
   JobArchive archive;
-  archive.With("Microsoft Outlook\\Identities\\Home (Default)\\Personal Folders",
+  archive.With("Microsoft Outlook\\Identities\\Home (Default)\\Account Emails-Files\\Mail",
                "C:\\Old\\mail.pst", "Microsoft Outlook\\Identities\\Home (Default)\\mail.pst",
                "letters");
   EngineBench bench("xp", archive);
