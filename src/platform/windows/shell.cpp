@@ -151,41 +151,39 @@ RunId WindowsShell::Run(const std::string& command_line, WindowStyle style) {
   return Remember(process.hProcess);
 }
 
+namespace {
+
+struct Execution {
+  bool started = false;
+  HINSTANCE answer = nullptr;
+  HANDLE process = nullptr;
+};
+
+template <class Request, class Text>
+Execution ExecuteWith(BOOL(WINAPI* call)(Request*), const Text& verb, const Text& file,
+                      const Text& parameters, const Text& folder, int show) {
+  Request request = {};
+  request.cbSize = sizeof(request);
+  request.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
+  request.lpVerb = verb.c_str();
+  request.lpFile = file.c_str();
+  request.lpParameters = parameters.c_str();
+  request.lpDirectory = folder.c_str();
+  request.nShow = show;
+  const bool started = call(&request) != 0;
+  return {started, request.hInstApp, request.hProcess};
+}
+
+}  // namespace
+
 int WindowsShell::Execute(const std::string& verb, const std::string& file,
                           const std::string& parameters, const std::string& folder, int show,
                           RunId* run) {
-  HINSTANCE answer = nullptr;
-  HANDLE process = nullptr;
-  bool started = false;
-  if (HasUnicode()) {
-    const std::wstring wide_verb = Wide(verb), wide_file = Wide(file),
-                       wide_parameters = Wide(parameters), wide_folder = Wide(folder);
-    SHELLEXECUTEINFOW request = {};
-    request.cbSize = sizeof(request);
-    request.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
-    request.lpVerb = wide_verb.c_str();
-    request.lpFile = wide_file.c_str();
-    request.lpParameters = wide_parameters.c_str();
-    request.lpDirectory = wide_folder.c_str();
-    request.nShow = show;
-    started = ShellExecuteExW(&request) != 0;
-    answer = request.hInstApp;
-    process = request.hProcess;
-  } else {
-    const std::string ansi_verb = Ansi(verb), ansi_file = Ansi(file),
-                      ansi_parameters = Ansi(parameters), ansi_folder = Ansi(folder);
-    SHELLEXECUTEINFOA request = {};
-    request.cbSize = sizeof(request);
-    request.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
-    request.lpVerb = ansi_verb.c_str();
-    request.lpFile = ansi_file.c_str();
-    request.lpParameters = ansi_parameters.c_str();
-    request.lpDirectory = ansi_folder.c_str();
-    request.nShow = show;
-    started = ShellExecuteExA(&request) != 0;
-    answer = request.hInstApp;
-    process = request.hProcess;
-  }
+  const auto [started, answer, process] = HasUnicode()
+                                              ? ExecuteWith(ShellExecuteExW, Wide(verb), Wide(file),
+                                                            Wide(parameters), Wide(folder), show)
+                                              : ExecuteWith(ShellExecuteExA, Ansi(verb), Ansi(file),
+                                                            Ansi(parameters), Ansi(folder), show);
   if (run != nullptr) {
     *run = started ? Remember(process) : 0;
   } else if (process != nullptr) {

@@ -216,35 +216,34 @@ std::string WindowsUi::BrowseForFolder(const std::string& title, const std::stri
   return chosen;
 }
 
-std::string WindowsUi::OpenFileDialog(const std::string& filter,
-                                      const std::string& initial_folder) {
-  constexpr DWORD kFlags =
-      OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_EXPLORER;
-  const std::string parts = DialogFilter(filter);
-  if (HasUnicode()) {
-    const std::wstring wide_filter = Wide(parts), wide_folder = Wide(initial_folder);
-    std::vector<wchar_t> path(kLongestPath, L'\0');
-    OPENFILENAMEW request = {};
-    request.lStructSize = OPENFILENAME_SIZE_VERSION_400W;
-    request.hwndOwner = Owner();
-    request.lpstrFilter = wide_filter.c_str();
-    request.lpstrFile = path.data();
-    request.nMaxFile = kLongestPath;
-    request.lpstrInitialDir = wide_folder.c_str();
-    request.Flags = kFlags;
-    return GetOpenFileNameW(&request) != 0 ? FromWide(path.data()) : "";
-  }
-  const std::string ansi_filter = Ansi(parts), ansi_folder = Ansi(initial_folder);
-  std::vector<char> path(kLongestPath, '\0');
-  OPENFILENAMEA request = {};
-  request.lStructSize = OPENFILENAME_SIZE_VERSION_400A;
-  request.hwndOwner = Owner();
-  request.lpstrFilter = ansi_filter.c_str();
+namespace {
+
+// The path that the user picks, "" if none. `version` is the request's size in the oldest system.
+template <class Request, class Text>
+Text PickFile(BOOL(WINAPI* call)(Request*), DWORD version, HWND owner, const Text& filter,
+              const Text& folder) {
+  Text path(kLongestPath, 0);
+  Request request = {};
+  request.lStructSize = version;
+  request.hwndOwner = owner;
+  request.lpstrFilter = filter.c_str();
   request.lpstrFile = path.data();
   request.nMaxFile = kLongestPath;
-  request.lpstrInitialDir = ansi_folder.c_str();
-  request.Flags = kFlags;
-  return GetOpenFileNameA(&request) != 0 ? FromAnsi(path.data()) : "";
+  request.lpstrInitialDir = folder.c_str();
+  request.Flags =
+      OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_EXPLORER;
+  return call(&request) != 0 ? Text(path.c_str()) : Text();
+}
+
+}  // namespace
+
+std::string WindowsUi::OpenFileDialog(const std::string& filter,
+                                      const std::string& initial_folder) {
+  const std::string parts = DialogFilter(filter);
+  return HasUnicode() ? FromWide(PickFile(GetOpenFileNameW, OPENFILENAME_SIZE_VERSION_400W, Owner(),
+                                          Wide(parts), Wide(initial_folder)))
+                      : FromAnsi(PickFile(GetOpenFileNameA, OPENFILENAME_SIZE_VERSION_400A, Owner(),
+                                          Ansi(parts), Ansi(initial_folder)));
 }
 
 void WindowsUi::RunModal(ui::Form& form) {

@@ -8,6 +8,38 @@ namespace {
 constexpr char kOwnClass[] = "QuorvaleWindow";
 constexpr char kObjectProperty[] = "QuorvaleObject";
 
+template <class Class, class Text>
+ATOM RegisterWith(ATOM(WINAPI* call)(const Class*), const Text& name, WNDPROC procedure) {
+  const HINSTANCE program = GetModuleHandleA(nullptr);
+  Class kind = {};
+  kind.style = CS_DBLCLKS;
+  kind.lpfnWndProc = procedure;
+  kind.hInstance = program;
+  kind.hIcon = LoadIconA(program, "PROGRAM");
+  kind.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+  kind.lpszClassName = name.c_str();
+  return call(&kind);
+}
+
+// A window of the class; `parameter` reaches its first messages.
+HWND Create(const char* class_name, DWORD extended_style, DWORD style, HWND parent,
+            const RECT& place, const std::string& text, void* parameter) {
+  const auto with = [&](auto call, const auto& name, const auto& title) {
+    return call(extended_style, name.c_str(), title.c_str(), style, place.left, place.top,
+                place.right - place.left, place.bottom - place.top, parent, nullptr,
+                GetModuleHandleA(nullptr), parameter);
+  };
+  return HasUnicode() ? with(CreateWindowExW, Wide(class_name), Wide(text))
+                      : with(CreateWindowExA, std::string(class_name), Ansi(text));
+}
+
+// Gives a window another procedure; returns the one it had.
+WNDPROC ExchangeProcedure(HWND window, WNDPROC procedure) {
+  const LONG_PTR next = reinterpret_cast<LONG_PTR>(procedure);
+  return reinterpret_cast<WNDPROC>(HasUnicode() ? SetWindowLongPtrW(window, GWLP_WNDPROC, next)
+                                                : SetWindowLongPtrA(window, GWLP_WNDPROC, next));
+}
+
 }  // namespace
 
 LRESULT Send(HWND window, UINT message, WPARAM w, LPARAM l) {
@@ -70,75 +102,30 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM w, LPARAM l
 }
 
 void Window::RegisterOwnClass() {
-  static const ATOM registered = [] {
-    const HINSTANCE program = GetModuleHandleA(nullptr);
-    if (HasUnicode()) {
-      const std::wstring name = Wide(kOwnClass);
-      WNDCLASSW kind = {};
-      kind.style = CS_DBLCLKS;
-      kind.lpfnWndProc = Procedure;
-      kind.hInstance = program;
-      kind.hIcon = LoadIconA(program, "PROGRAM");
-      kind.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-      kind.lpszClassName = name.c_str();
-      return RegisterClassW(&kind);
-    }
-    WNDCLASSA kind = {};
-    kind.style = CS_DBLCLKS;
-    kind.lpfnWndProc = Procedure;
-    kind.hInstance = program;
-    kind.hIcon = LoadIconA(program, "PROGRAM");
-    kind.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    kind.lpszClassName = kOwnClass;
-    return RegisterClassA(&kind);
-  }();
+  static const ATOM registered =
+      HasUnicode() ? RegisterWith(RegisterClassW, Wide(kOwnClass), Procedure)
+                   : RegisterWith(RegisterClassA, std::string(kOwnClass), Procedure);
   static_cast<void>(registered);
 }
 
 void Window::MakeOwn(DWORD extended_style, DWORD style, HWND parent, const RECT& place,
                      const std::string& text) {
   RegisterOwnClass();
-  const HINSTANCE program = GetModuleHandleA(nullptr);
-  const int width = place.right - place.left;
-  const int height = place.bottom - place.top;
-  handle_ =
-      HasUnicode()
-          ? CreateWindowExW(extended_style, Wide(kOwnClass).c_str(), Wide(text).c_str(), style,
-                            place.left, place.top, width, height, parent, nullptr, program, this)
-          : CreateWindowExA(extended_style, kOwnClass, Ansi(text).c_str(), style, place.left,
-                            place.top, width, height, parent, nullptr, program, this);
+  handle_ = Create(kOwnClass, extended_style, style, parent, place, text, this);
 }
 
 void Window::MakeSystem(const char* class_name, DWORD extended_style, DWORD style, HWND parent,
                         const RECT& place, const std::string& text) {
-  const HINSTANCE program = GetModuleHandleA(nullptr);
-  const int width = place.right - place.left;
-  const int height = place.bottom - place.top;
-  handle_ =
-      HasUnicode()
-          ? CreateWindowExW(extended_style, Wide(class_name).c_str(), Wide(text).c_str(), style,
-                            place.left, place.top, width, height, parent, nullptr, program, nullptr)
-          : CreateWindowExA(extended_style, class_name, Ansi(text).c_str(), style, place.left,
-                            place.top, width, height, parent, nullptr, program, nullptr);
+  handle_ = Create(class_name, extended_style, style, parent, place, text, nullptr);
   if (handle_ == nullptr) return;
   SetPropA(handle_, kObjectProperty, this);
-  const LONG_PTR ours = reinterpret_cast<LONG_PTR>(&Window::Procedure);
-  previous_ =
-      reinterpret_cast<WNDPROC>(HasUnicode() ? SetWindowLongPtrW(handle_, GWLP_WNDPROC, ours)
-                                             : SetWindowLongPtrA(handle_, GWLP_WNDPROC, ours));
+  previous_ = ExchangeProcedure(handle_, &Window::Procedure);
 }
 
 void Window::Destroy() {
   if (handle_ == nullptr) return;
   RemovePropA(handle_, kObjectProperty);
-  if (previous_ != nullptr) {
-    const LONG_PTR theirs = reinterpret_cast<LONG_PTR>(previous_);
-    if (HasUnicode()) {
-      SetWindowLongPtrW(handle_, GWLP_WNDPROC, theirs);
-    } else {
-      SetWindowLongPtrA(handle_, GWLP_WNDPROC, theirs);
-    }
-  }
+  if (previous_ != nullptr) ExchangeProcedure(handle_, previous_);
   DestroyWindow(handle_);
   handle_ = nullptr;
   previous_ = nullptr;
