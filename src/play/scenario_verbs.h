@@ -2,8 +2,8 @@
 // it is played, and what plays it.
 #pragma once
 
+#include <span>
 #include <string>
-#include <vector>
 
 namespace quorvale {
 
@@ -41,7 +41,7 @@ struct ScenarioVerb {
 };
 
 // All verbs there are.
-const std::vector<ScenarioVerb>& ScenarioVerbs();
+std::span<const ScenarioVerb> ScenarioVerbs();
 // Null if there is no such verb.
 const ScenarioVerb* FindVerb(const std::string& verb);
 

@@ -2,22 +2,22 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
 #include <new>
 #include <optional>
 
 #include "base/text.h"
+#include "platform/error_report/report_text.h"
 
 namespace quorvale {
 namespace {
 
-constexpr char kLineEnd[] = "\r\n";
+using namespace report_text;  // this file makes a report of them
+
 constexpr char kOwnSource[] = "HuntERR.ErrorIn";
 constexpr char kCallStack[] = "  Call Stack: ";
 constexpr char kNoObject[] = "Object variable not set";
 constexpr char kUnknownError[] = "Unknown error";
 constexpr std::size_t kStackWidth = 100;
-constexpr std::size_t kLongestListed = 40;
 constexpr std::int32_t kOutOfMemory = 7;
 // The system's "no environment variable of this name", which hides behind many calls that worked.
 constexpr std::int32_t kNoSuchVariable = 203;
@@ -44,27 +44,6 @@ constexpr char kWebInfo[] =
     "    FormData:    '%FormData%' %nl%"
     "    Cookies:     '%Cookies%";
 
-using Fields = std::map<std::string, std::string>;
-
-// Puts the fields into a template. What a field holds is not looked at again: a description may
-// contain a per cent sign.
-std::string Fill(const std::string& text, const Fields& fields) {
-  std::string filled;
-  std::size_t at = 0;
-  while (at < text.size()) {
-    const std::size_t end = text[at] == '%' ? text.find('%', at + 1) : std::string::npos;
-    const auto field =
-        end == std::string::npos ? fields.end() : fields.find(text.substr(at + 1, end - at - 1));
-    if (field == fields.end()) {
-      filled += text[at++];
-    } else {
-      filled += field->second;
-      at = end + 1;
-    }
-  }
-  return filled;
-}
-
 // A step of the report; what fails in it is left out.
 template <class Step>
 void Guarded(const Step& step) {
@@ -73,34 +52,6 @@ void Guarded(const Step& step) {
   } catch (...) {
     // The report goes on without this part of it.
   }
-}
-
-std::string Hex(std::uint32_t number) {
-  char text[16];
-  std::snprintf(text, sizeof(text), "%X", static_cast<unsigned>(number));
-  return text;
-}
-
-// "+ 5" or "- 5": the number, counted from a base.
-std::string Relative(std::int32_t number, std::int32_t base) {
-  const std::int64_t distance = std::int64_t{number} - base;
-  return (distance < 0 ? "- " : "+ ") + std::to_string(distance < 0 ? -distance : distance);
-}
-
-// "11/14/26 22:05:09"
-std::string TimeText(const LocalTime& time) {
-  char text[80];
-  std::snprintf(text, sizeof(text), "%02d/%02d/%02d %02d:%02d:%02d", time.month, time.day,
-                time.year % 100, time.hour, time.minute, time.second);
-  return text;
-}
-
-std::string WithoutLineBreaks(const std::string& text) {
-  return ReplaceAll(ReplaceAll(text, "\r", ""), "\n", "");
-}
-
-std::string FirstLine(const std::string& text) {
-  return text.substr(0, text.find_first_of("\r\n"));
 }
 
 // The object through which a database object reaches its database; null if it is none.
@@ -120,79 +71,6 @@ std::string StateWords(int state) {
   if ((state & kStateExecuting) != 0) words += " + adStateExecuting";
   if ((state & kStateFetching) != 0) words += " + adStateFetching";
   return words;
-}
-
-// "Copier.Run(from, to)" is the procedure "Copier.Run" with the names "from" and "to".
-struct Method {
-  std::string name;
-  std::vector<std::string> argument_names;
-};
-
-std::vector<std::string> Names(const std::string& list) {
-  std::vector<std::string> names;
-  if (Trim(list).empty()) return names;
-  for (const std::string& name : Split(list, ",")) names.push_back(Trim(name));
-  return names;
-}
-
-Method MethodOf(const std::string& text) {
-  const std::size_t open = text.find('(');
-  if (open == std::string::npos) return {text, {}};
-  const std::size_t close = std::min(text.rfind(')'), text.size());
-  const std::size_t length = close > open ? close - open - 1 : 0;
-  return {Trim(text.substr(0, open)), Names(text.substr(open + 1, length))};
-}
-
-std::string NameAt(const std::vector<std::string>& names, std::size_t place) {
-  return place < names.size() ? names[place] : "Arg" + std::to_string(place + 1);
-}
-
-// A text that would break the line of the call stack.
-const std::string* LongText(const ErrArg& value) {
-  const auto* text = std::get_if<std::string>(&value);
-  if (text == nullptr) return nullptr;
-  const bool breaks = text->find_first_of("\r\n") != std::string::npos;
-  return breaks || text->size() > kLongestListed ? text : nullptr;
-}
-
-bool IsXml(const std::string& text) { return text.starts_with("<") || text.starts_with("xml"); }
-
-// The lines that show a long text below its line of the call stack.
-std::string ValueLines(const std::string& name, const std::string& text) {
-  std::string lines = "    Value Of " + name + ":" + kLineEnd;
-  if (!IsXml(text)) return lines + HuntERR::FormatArg(text) + kLineEnd;
-  for (const std::string& line : Split(ReplaceAll(text, "\r\n", "\n"), "\n")) {
-    lines += "      " + line + kLineEnd;
-  }
-  return lines;
-}
-
-// What stands in a list of arguments; a long text leaves its lines in `below`.
-std::string Listed(const std::string& name, const ErrArg& value, std::string* below) {
-  const std::string* text = LongText(value);
-  if (text == nullptr) return HuntERR::FormatArg(value);
-  *below += ValueLines(name, *text);
-  return "{Text}";
-}
-
-// The system's words for the crashes that programs have most.
-std::string CrashName(std::uint32_t code) {
-  switch (code) {
-    case 0xC0000005:
-      return "Access violation";
-    case 0xC0000017:
-      return "No memory";
-    case 0xC000001D:
-      return "Illegal instruction";
-    case 0xC000008E:
-      return "Floating point division by zero";
-    case 0xC0000094:
-      return "Integer division by zero";
-    case 0xC00000FD:
-      return "Stack overflow";
-    default:
-      return "Exception &H" + Hex(code);
-  }
 }
 
 }  // namespace
