@@ -23,7 +23,7 @@ add_executable(Quorvale WIN32 desktop/windows_main.cpp ${CMAKE_CURRENT_BINARY_DI
                               ${art_folder}/art.rc)
 set_source_files_properties(${art_folder}/art.rc PROPERTIES HEADER_FILE_ONLY ON)
 target_include_directories(Quorvale PRIVATE ${CMAKE_SOURCE_DIR}/resources ${art_folder})
-target_link_libraries(Quorvale PRIVATE quorvale_logic quorvale_windows)
+target_link_libraries(Quorvale PRIVATE quorvale_main quorvale_windows)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_link_options(Quorvale PRIVATE -s)
 endif()
