@@ -13,6 +13,8 @@
 #include <cstdlib>
 
 #include "base/text.h"
+#include "platform/host/disk_links.h"
+#include "platform/host/dos_attributes.h"
 #include "platform/host/host_file.h"
 
 namespace quorvale::host {
@@ -20,7 +22,6 @@ namespace {
 
 using namespace file_attribute;  // NOLINT: the attribute bits, used throughout
 
-constexpr char kAttributeName[] = "user.DOSATTRIB";  // the name that other file servers use too
 constexpr std::uint32_t kSettableBits = kReadOnly | kHidden | kSystem | kArchive;
 
 // Seconds from 1601 to 1970.
@@ -200,7 +201,9 @@ void SetStatus(FileStatus* status, FileStatus value) {
   if (status != nullptr) *status = value;
 }
 
-bool CanWriteTo(const HostFiles::Drive& drive) { return drive.kind != DriveKind::kCdRom; }
+bool CanWriteTo(const HostFiles::Drive& drive) {
+  return drive.kind != DriveKind::kCdRom && !drive.read_only;
+}
 
 }  // namespace
 
@@ -253,6 +256,7 @@ HostFiles::HostFiles(const MachineFolder& machine) {
     drive.kind = described.kind;
     if (!described.folder.empty()) drive.root = RealPath(described.folder);
     drive.free_bytes = described.free_bytes;
+    drive.read_only = described.read_only;
     drive.total_bytes = described.free_bytes.value_or(0);
   }
   Drive host;
@@ -297,10 +301,29 @@ HostFiles::Drive* HostFiles::FindDrive(const std::string& path) {
 }
 
 bool HostFiles::FollowLink(Place* place) {
-  const std::string target = RealPath(place->host);
-  if (target.empty() || !IsInside(place->drive->root, target)) return false;
+  std::string target = RealPath(place->host);
+  if (target.empty() || !IsInside(place->drive->root, target)) {
+    target = place->drive->read_only ? InsideDisk(*place) : "";
+  }
+  if (target.empty()) return false;
   place->host = target;
   return true;
+}
+
+std::string HostFiles::InsideDisk(const Place& place) {
+  constexpr int kMostLinks = 8;  // one behind another
+  std::string path = LinkOfOldDisk(place.host);
+  if (path.empty() || links_followed_ >= kMostLinks) return "";
+  if (path[0] == '\\') {
+    // Without a letter the link's own drive is meant.
+    for (const auto& [letter, drive] : drives_) {
+      if (&drive == place.drive) path = std::string(1, letter) + ":" + path;
+    }
+  }
+  ++links_followed_;
+  const auto target = Resolve(path);
+  --links_followed_;
+  return target && target->exists && target->drive->read_only ? target->host : "";
 }
 
 bool HostFiles::Step(const std::string& asked, Place* place) {
@@ -381,21 +404,23 @@ std::optional<std::uint32_t> HostFiles::StoredInFile(const std::string& parent,
   return found->second;
 }
 
-std::uint32_t HostFiles::AttributesOf(const std::string& parent, const std::string& name,
-                                      const std::string& host, const struct stat& info) {
+std::uint32_t HostFiles::AttributesOf(const Drive& drive, const std::string& parent,
+                                      const std::string& name, const std::string& host,
+                                      const struct stat& info) {
   const bool is_folder = S_ISDIR(info.st_mode);
   std::uint32_t attributes = is_folder ? 0 : kArchive;
-  char text[32];
-  const ssize_t length = getxattr(host.c_str(), kAttributeName, text, sizeof(text) - 1);
-  if (length > 0 && !use_attributes_file_) {
-    text[length] = '\0';
-    attributes = static_cast<std::uint32_t>(std::strtoul(text, nullptr, 16));
+  const auto kept = use_attributes_file_ ? std::nullopt : DosAttributesOf(host);
+  if (kept) {
+    attributes = *kept;
   } else if (const auto stored = parent.empty() ? std::nullopt : StoredInFile(parent, name)) {
     attributes = *stored;
   }
   attributes &= kSettableBits;
   if (is_folder) return attributes | kFolder;
-  // The host's own right to write is the truth about a file.
+  // Here a file's own right to write is the truth about it. A disk of another computer keeps the
+  // bit where it belongs, and its mount says nothing.
+  const bool foreign = drive.read_only && kept;
+  if (foreign) return attributes;
   attributes &= ~kReadOnly;
   if ((info.st_mode & S_IWUSR) == 0) attributes |= kReadOnly;
   return attributes;
@@ -406,7 +431,7 @@ bool HostFiles::Describe(const Place& place, FileInfo* result) {
   if (stat(place.host.c_str(), &info) != 0) return false;
   if (!S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode)) return false;
   result->name = place.name;
-  result->attributes = AttributesOf(place.parent, place.name, place.host, info);
+  result->attributes = AttributesOf(*place.drive, place.parent, place.name, place.host, info);
   result->size = S_ISDIR(info.st_mode) ? 0 : static_cast<std::uint64_t>(info.st_size);
   result->modified = ToFileTime(info.st_mtim);
   return true;
@@ -425,6 +450,9 @@ std::vector<FileInfo> HostFiles::List(const std::string& folder) {
   if (!place || !place->exists) return result;
   const FolderListing* listing = cache_.Listing(place->host);
   if (listing == nullptr) return result;
+  // A link of an old disk may lead through this very folder, and have it listed anew.
+  std::optional<FolderListing> kept;
+  if (place->drive->read_only) listing = &kept.emplace(*listing);
   result.reserve(listing->entries.size());
   for (const auto& [key, entry] : listing->entries) {
     Place below;
@@ -620,10 +648,10 @@ FileStatus HostFiles::StoreAttributes(const Place& place, std::uint32_t attribut
   if (!use_attributes_file_) {
     char text[16];
     std::snprintf(text, sizeof(text), "0x%x", stored);
-    kept =
-        stored == usual
-            ? removexattr(place.host.c_str(), kAttributeName) == 0 || errno == ENODATA
-            : setxattr(place.host.c_str(), kAttributeName, text, std::string(text).size(), 0) == 0;
+    kept = stored == usual
+               ? removexattr(place.host.c_str(), kDosAttributeName) == 0 || errno == ENODATA
+               : setxattr(place.host.c_str(), kDosAttributeName, text, std::string(text).size(),
+                          0) == 0;
   }
   std::optional<std::uint32_t> in_file;
   if (!kept && stored != usual) in_file = stored;

@@ -63,6 +63,7 @@ class HostFiles : public Files {
     std::string root;  // host path without links; "" without a medium
     std::optional<std::uint64_t> free_bytes;
     std::uint64_t total_bytes = 0;  // of a drive with free_bytes
+    bool read_only = false;         // an old disk: nothing is ever written on it
 
     // Takes bytes off the free ones. False if there are not so many.
     bool Take(std::uint64_t bytes);
@@ -111,7 +112,10 @@ class HostFiles : public Files {
   std::optional<Place> Resolve(const std::string& path);
   // Follows the link at a place. False if it leads outside the drive.
   bool FollowLink(Place* place);
-  std::uint32_t AttributesOf(const std::string& parent, const std::string& name,
+  // Where a link of an old disk leads that names a place outside of it as its own computer saw it;
+  // "" if that is on no old disk.
+  std::string InsideDisk(const Place& place);
+  std::uint32_t AttributesOf(const Drive& drive, const std::string& parent, const std::string& name,
                              const std::string& host, const struct stat& info);
   bool Describe(const Place& place, FileInfo* info);
   bool IsReadOnly(const Place& place);
@@ -135,6 +139,7 @@ class HostFiles : public Files {
   std::set<std::string> in_use_;                      // host paths
   std::map<std::string, std::uint64_t> read_faults_;  // by host path
   bool use_attributes_file_ = false;
+  int links_followed_ = 0;  // by InsideDisk, one behind another
 };
 
 // "/home/x/a.obk", or a path from the working folder, as the machine names it: "Z:\home\x\a.obk".
