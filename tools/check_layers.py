@@ -16,6 +16,7 @@ RANKS = {
     "platform/ui/headless": 1,
     "platform": 2,
     "platform/host": 2,
+    "platform/host/disk": 2,
     "platform/windows": 2,
     "archive": 3,
     "platform/error_report": 3,
@@ -41,10 +42,12 @@ RANKS = {
 BESIDE = {
     ("platform/ui/headless", "platform/ui"),
     ("platform/host", "platform"),
+    ("platform/host/disk", "platform"),
+    ("platform/host/disk", "platform/host"),
     ("platform/windows", "platform"),
 }
 # Only these name a binding.
-BINDINGS = ("platform/host", "platform/windows")
+BINDINGS = ("platform/host", "platform/host/disk", "platform/windows")
 NAME_BINDINGS = ("play", "app/desktop", "app/console")
 # Rooms that reach no form and no control.
 WITHOUT_FORMS = ("backup/run", "restore/run", "schedule/run", "backup/format", "logs/run")

@@ -13,8 +13,8 @@ cache=$PWD/build/cache
 
 host_packages=(
   ca-certificates ccache clang clang-format cmake g++ groff-base libclang-rt-14-dev
-  libcurl4-openssl-dev libdeflate-dev libgtest-dev nettle-dev ninja-build p7zip-full pigz python3
-  python3-pyftpdlib unzip xorriso zip zlib1g-dev)
+  libcurl4-openssl-dev libdeflate-dev libgtest-dev libhivex-dev libwin-hivex-perl nettle-dev
+  ninja-build ntfs-3g p7zip-full pigz python3 python3-pyftpdlib unzip xorriso zip zlib1g-dev)
 windows_packages=(
   dpkg-dev fonts-liberation fonts-wine fp-utils-3.2.2 g++-mingw-w64-i686-win32 googletest imagemagick
   librsvg2-bin libz-mingw-w64-dev m4 make nsis x11-utils xauth xdotool xvfb)

@@ -54,8 +54,8 @@ def commands_of(text):
         line = re.sub(r"\\f.|\\&", "", line).replace("\\-", "-").strip()
         if not line.startswith("quorvale "):
             continue
-        line = re.sub(r"^quorvale\s+(\[?--machine DIR\]?\s+)?", "", line)
-        words = re.match(r"[a-z]+(?: (?:new|sample)\b)?", line)
+        line = re.sub(r"^quorvale\s+(\[?--machine DIR\]?\s+|--disk DISK (\[[^\]]*\][. ]*)*)?", "", line)
+        words = re.match(r"[a-z]+(?: (?:new|sample|users|from)\b)?", line)
         if words:
             found.add(words[0])
         group = re.match(r"(\w+) \[([^\]]*)\]", line)

@@ -9,6 +9,7 @@
 #include "app/console/console_options.h"
 #include "app/console/console_screen.h"
 #include "app/console/demo.h"
+#include "app/console/disk_commands.h"
 #include "app/console/page_commands.h"
 #include "app/console/schedule_commands.h"
 #include "base/text.h"
@@ -39,7 +40,10 @@ class Console {
   }
   ExitStatus MakeNewMachine(bool sample);
   ExitStatus PlayScenario();
-  ExitStatus RunOnMachine();
+  ExitStatus RunOnDisk();
+  // The same for a machine folder of an old disk that lasts as long as the command.
+  ExitStatus RunOnDiskMachine();
+  ExitStatus RunOnMachine(const std::string& folder);
   ExitStatus RunCommand(RunningMachine& computer);
   ExitStatus RunPageCommand(RunningMachine& computer);
   ExitStatus RunScheduleCommand(RunningMachine& computer);
@@ -69,12 +73,15 @@ ExitStatus Console::Run() {
       return MakeNewMachine(false);
     case ConsoleCommand::kMachineSample:
       return MakeNewMachine(true);
+    case ConsoleCommand::kMachineUsers:
+    case ConsoleCommand::kMachineFrom:
+      return RunOnDisk();
     case ConsoleCommand::kDemo:
       return RunDemo(options_.target, terminal_);
     case ConsoleCommand::kScenario:
       return PlayScenario();
     default:
-      return RunOnMachine();
+      return options_.disk.empty() ? RunOnMachine(options_.machine) : RunOnDiskMachine();
   }
 }
 
@@ -273,9 +280,34 @@ ExitStatus Console::RunCommand(RunningMachine& computer) {
   return status;
 }
 
-ExitStatus Console::RunOnMachine() {
+ExitStatus Console::RunOnDisk() {
+  DiskCommands commands(terminal_);
+  if (!commands.Open(options_.target, *ReadDrives(options_.drives))) {
+    return Fail(commands.problem());
+  }
+  const bool lists = options_.command == ConsoleCommand::kMachineUsers;
+  if (!(lists ? commands.ListUsers() : commands.MakeMachine(options_.user, options_.value))) {
+    return Fail(commands.problem());
+  }
+  if (!lists) terminal_.out << "Made a machine of the disk in " << options_.value << ".\n";
+  return ExitStatus::kDone;
+}
+
+ExitStatus Console::RunOnDiskMachine() {
+  const ScratchFolder scratch;
+  if (scratch.path().empty()) return Fail("no folder for temporary files can be made.");
+  const std::string folder = scratch.path() + "/machine";
+  DiskCommands commands(terminal_);
+  if (!commands.Open(options_.disk, *ReadDrives(options_.drives)) ||
+      !commands.MakeMachine(options_.user, folder)) {
+    return Fail(commands.problem());
+  }
+  return RunOnMachine(folder);
+}
+
+ExitStatus Console::RunOnMachine(const std::string& folder) {
   std::string problem;
-  const std::unique_ptr<RunningMachine> computer = RunningMachine::Open(options_.machine, &problem);
+  const std::unique_ptr<RunningMachine> computer = RunningMachine::Open(folder, &problem);
   if (!computer) return Fail(problem);
   const ConsoleScreen screen(*computer, terminal_, options_.answer);
   if (IsDiscWriter(options_.disc)) computer->SetDiscWriter(options_.disc);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "app/console/disk_commands.h"
 #include "app/console/schedule_commands.h"
 #include "play/new_machine.h"
 
@@ -50,6 +51,14 @@ const std::map<std::string, std::vector<CommandShape>>& Groups() {
        {
            {"new", ConsoleCommand::kMachineNew, false, "DIR", false, {"--like", "--user"}},
            {"sample", ConsoleCommand::kMachineSample, false, "DIR", false, {"--like", "--user"}},
+           {"users", ConsoleCommand::kMachineUsers, false, "DISK", false, {"--drive"}},
+           {"from",
+            ConsoleCommand::kMachineFrom,
+            false,
+            "DISK",
+            false,
+            {"--user", "--drive"},
+            "DIR"},
        }},
       {"logs",
        {
@@ -164,18 +173,14 @@ class Reader {
       *flag->second = true;
       return true;
     }
-    const std::map<std::string, std::string*> texts = {{"--machine", &options.machine},
-                                                       {"--like", &options.like},
-                                                       {"--user", &options.user},
-                                                       {"--to", &options.to},
-                                                       {"--at", &options.at},
-                                                       {"--days", &options.days},
-                                                       {"--type", &options.type},
-                                                       {"--level", &options.level},
-                                                       {"--password", &options.password},
-                                                       {"--disc", &options.disc}};
+    const std::map<std::string, std::string*> texts = {
+        {"--machine", &options.machine},   {"--disk", &options.disk}, {"--like", &options.like},
+        {"--user", &options.user},         {"--to", &options.to},     {"--at", &options.at},
+        {"--days", &options.days},         {"--type", &options.type}, {"--level", &options.level},
+        {"--password", &options.password}, {"--disc", &options.disc}};
     const std::map<std::string, std::vector<std::string>*> lists = {
         {"--tick", &options.ticks},
+        {"--drive", &options.drives},
         {"--add-folder", &options.add_folders},
         {"--add-file", &options.add_files}};
     const auto text = texts.find(option);
@@ -213,11 +218,11 @@ class Reader {
     if (shape_->value != nullptr && options.value.empty()) {
       return Fail("\"" + word + "\" needs " + shape_->value + ".");
     }
-    if (shape_->needs_machine && options.machine.empty()) {
-      return Fail("\"" + word + "\" needs --machine DIR.");
-    }
+    if (!CheckSource(word)) return false;
     for (const std::string& option : used_) {
-      const bool general = option == "--machine" || option == "--yes" || option == "--no";
+      const bool of_disk = option == "--disk" || option == "--user" || option == "--drive";
+      const bool general = option == "--machine" || option == "--yes" || option == "--no" ||
+                           (of_disk && !options.disk.empty());
       const bool own = std::find(shape_->options.begin(), shape_->options.end(), option) !=
                        shape_->options.end();
       if (!general && !own) return Fail("\"" + word + "\" takes no " + option + ".");
@@ -234,6 +239,29 @@ class Reader {
       return Fail("--level is maximum, normal, low or none.");
     }
     return true;
+  }
+
+  // What the command works on: a machine folder, or an old disk where that is enough.
+  bool CheckSource(const std::string& word) {
+    const auto used = [this](const char* option) {
+      return std::find(used_.begin(), used_.end(), option) != used_.end();
+    };
+    const ConsoleCommand command = options.command;
+    const bool reads_disk = command == ConsoleCommand::kTree || command == ConsoleCommand::kBackup;
+    if (used("--disk") && !reads_disk) return Fail("\"" + word + "\" takes no --disk.");
+    if (used("--disk") && used("--machine")) {
+      return Fail("Only one of --machine and --disk can be given.");
+    }
+    if (used("--disk") && command == ConsoleCommand::kBackup && !used("--to")) {
+      return Fail("With --disk \"backup\" needs --to FOLDER: nothing is written on the disk.");
+    }
+    const bool has_source = !options.machine.empty() || !options.disk.empty();
+    if (shape_->needs_machine && !has_source) return Fail("\"" + word + "\" needs --machine DIR.");
+    // Whom an old disk knows is not to be guessed.
+    const bool of_disk = used("--disk") || command == ConsoleCommand::kMachineFrom;
+    if (of_disk && !used("--user")) options.user.clear();
+    return ReadDrives(options.drives) ||
+           Fail("--drive is a letter and a folder: D=/mnt/d. Each letter stands once.");
   }
 
   bool CheckSchedule() {
@@ -270,6 +298,13 @@ const char* ConsoleUsage() {
          "    makes a computer in a folder, with nothing of the user's in it\n"
          "quorvale machine sample DIR [--like ...] [--user NAME]\n"
          "    the same, with mail, settings and files in it\n"
+         "quorvale machine users DISK [--drive D=FOLDER]...\n"
+         "    lists whom an old disk or a Wine prefix knows: name, profile, last use and products\n"
+         "quorvale machine from DISK [--user NAME] [--drive D=FOLDER]... DIR\n"
+         "    makes a computer in a folder of one of them; nothing is written on the disk\n"
+         "quorvale --disk DISK [--user NAME] [--drive D=FOLDER]... tree\n"
+         "quorvale --disk DISK [--user NAME] [--drive D=FOLDER]... backup NAME --to FOLDER ...\n"
+         "    the same, for one tree or one backup\n"
          "quorvale --machine DIR tree\n"
          "    prints what can be backed up: a node a line, its path, key and picture with tabs\n"
          "    between\n"

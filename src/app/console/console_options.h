@@ -13,6 +13,8 @@ enum class ConsoleCommand {
   kHelp,
   kMachineNew,
   kMachineSample,
+  kMachineUsers,
+  kMachineFrom,
   kDemo,
   kTree,
   kBackup,
@@ -34,11 +36,13 @@ enum class ConsoleCommand {
 
 struct ConsoleOptions {
   ConsoleCommand command = ConsoleCommand::kHelp;
-  std::string machine;  // --machine: the machine folder
-  std::string target;   // the word behind the command: a folder, a name, a file
-  std::string value;    // the word behind that
+  std::string machine;              // --machine: the machine folder
+  std::string disk;                 // --disk: an old disk or a Wine prefix, instead of one
+  std::vector<std::string> drives;  // --drive: further ones of that disk's computer
+  std::string target;               // the word behind the command: a folder, a name, a file
+  std::string value;                // the word behind that
   std::string like = "xp";
-  std::string user = "Anna";
+  std::string user = "Anna";  // of an old disk: "" unless told
   bool all = false;
   std::vector<std::string> ticks, add_folders, add_files;
   std::string to;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/console/console_screen.h"
+#include "app/console/disk_demo.h"
 #include "archive/archive.h"
 #include "base/text.h"
 #include "play/new_machine.h"
@@ -195,6 +196,7 @@ void RemoveMachines(const fs::path& folder) {
     fs::remove_all(folder / MachineName(people.from), error);
     fs::remove_all(folder / MachineName(people.to), error);
   }
+  for (const char* name : kDiskDemoFolders) fs::remove_all(folder / name, error);
 }
 
 }  // namespace
@@ -217,6 +219,10 @@ ExitStatus RunDemo(const std::string& folder, Terminal& terminal) {
     if (status != ExitStatus::kDone) break;
     if (&people != &AllPeople().front()) terminal.out << "\n";
     status = Demo(fs::absolute(place, error), people, terminal).Run();
+  }
+  if (status == ExitStatus::kDone) {
+    terminal.out << "\n";
+    status = RunDiskDemo(fs::absolute(place, error).string(), terminal);
   }
   if (folder.empty()) RemoveMachines(place);
   return status;

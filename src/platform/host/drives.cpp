@@ -41,11 +41,19 @@ Drives::Drives(const MachineFolder& machine) {
     drive.kind = described.kind;
     if (!described.folder.empty()) drive.root = RealPath(described.folder);
     drive.free_bytes = described.free_bytes;
+    drive.read_only = described.read_only;
     drive.total_bytes = described.free_bytes.value_or(0);
   }
   Drive host;
   host.root = "/";
   drives_['Z'] = host;
+}
+
+std::string Drives::NameOf(const Drive& drive) const {
+  for (const auto& [letter, known] : drives_) {
+    if (&known == &drive) return std::string(1, letter) + ":";
+  }
+  return "";
 }
 
 Drive* Drives::Find(const std::string& path) {

@@ -16,8 +16,9 @@ struct Drive {
   std::string root;  // host path without links; "" without a medium
   std::optional<std::uint64_t> free_bytes;
   std::uint64_t total_bytes = 0;  // of a drive with free_bytes
+  bool read_only = false;         // an old disk: nothing is ever written on it
 
-  bool CanBeWritten() const { return kind != DriveKind::kCdRom; }
+  bool CanBeWritten() const { return kind != DriveKind::kCdRom && !read_only; }
   // Takes bytes off the free ones. False if there are not so many.
   bool Take(std::uint64_t bytes);
   void GiveBack(std::uint64_t bytes);
@@ -30,6 +31,8 @@ class Drives {
 
   // The drive or share that a machine path names; null if there is none. Valid until it is removed.
   Drive* Find(const std::string& path);
+  // "C:"; "" for a share.
+  std::string NameOf(const Drive& drive) const;
 
   // As HostFiles has them.
   void SetDrive(char letter, DriveKind kind, const std::string& folder);

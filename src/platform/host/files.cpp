@@ -110,6 +110,9 @@ std::vector<FileInfo> HostFiles::List(const std::string& folder) {
   if (!place || !place->exists) return result;
   const FolderListing* listing = cache_.Listing(place->host);
   if (listing == nullptr) return result;
+  // A link of an old disk may lead through this very folder, and have it listed anew.
+  std::optional<FolderListing> kept;
+  if (place->drive->read_only) listing = &kept.emplace(*listing);
   result.reserve(listing->entries.size());
   for (const auto& [key, entry] : listing->entries) {
     Place below;
@@ -119,7 +122,7 @@ std::vector<FileInfo> HostFiles::List(const std::string& folder) {
     below.host = JoinHostPath(place->host, entry.name);
     below.exists = true;
     FileInfo info;
-    if (entry.is_link && !PathWalk::FollowLink(&below)) continue;
+    if (entry.is_link && !walk_.FollowLink(&below)) continue;
     if (!Describe(below, &info) || (entry.is_link && info.IsFolder())) continue;
     result.push_back(std::move(info));
   }

@@ -158,6 +158,13 @@ bool Reader::ReadDrive(const std::string& name, const std::string& value) {
     }
   }
   if (!known) return Fail("\"" + parts[0] + "\" is no kind of drive");
+  if (parts.size() > 2 && parts.back() == "readonly") {
+    drive.read_only = true;
+    parts.pop_back();
+    // A folder of the host may have commas in its name.
+    const std::string folder = value.substr(value.find(',') + 1);
+    parts = {parts[0], Stripped(folder.substr(0, folder.rfind(',')))};
+  }
   if (parts.size() > 3) return Fail("a drive has a kind, a folder and its free bytes, no more");
   if (parts.size() == 3) {
     std::uint64_t bytes = 0;
@@ -171,6 +178,11 @@ bool Reader::ReadDrive(const std::string& name, const std::string& value) {
 
 bool Reader::ReadDriveFolder(const std::string& folder, MachineDrive* drive) {
   if (folder.empty()) return true;
+  if (drive->read_only && folder.starts_with("/")) {
+    drive->folder = folder;
+    if (!IsFolder(folder)) return Fail("there is no folder \"" + folder + "\"");
+    return true;
+  }
   if (folder == "." || folder == ".." || folder.find('/') != std::string::npos) {
     return Fail("\"" + folder + "\" is not the name of a folder beside machine.ini");
   }

@@ -29,6 +29,7 @@ struct MachineDrive {
   DriveKind kind = DriveKind::kFixed;
   std::string folder;                       // host path; "" for a drive without a medium
   std::optional<std::uint64_t> free_bytes;  // nothing: as much as the host has
+  bool read_only = false;                   // nothing is ever written on it
 };
 
 struct MachineService {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/text.h"
+#include "platform/host/disk_links.h"
 
 namespace quorvale::host {
 namespace {
@@ -50,10 +51,25 @@ bool IsNewName(const std::string& name) {
 }
 
 bool PathWalk::FollowLink(Place* place) {
-  const std::string target = RealPath(place->host);
-  if (target.empty() || !IsInside(place->drive->root, target)) return false;
+  std::string target = RealPath(place->host);
+  if (target.empty() || !IsInside(place->drive->root, target)) {
+    target = place->drive->read_only ? InsideDisk(*place) : "";
+  }
+  if (target.empty()) return false;
   place->host = target;
   return true;
+}
+
+std::string PathWalk::InsideDisk(const Place& place) {
+  constexpr int kMostLinks = 8;  // one behind another
+  std::string path = LinkOfOldDisk(place.host);
+  if (path.empty() || links_followed_ >= kMostLinks) return "";
+  // Without a letter the link's own drive is meant.
+  if (path[0] == '\\') path = drives_.NameOf(*place.drive) + path;
+  ++links_followed_;
+  const auto target = Resolve(path);
+  --links_followed_;
+  return target && target->exists && target->drive->read_only ? target->host : "";
 }
 
 bool PathWalk::Step(const std::string& asked, Place* place) {

@@ -34,7 +34,7 @@ class PathWalk {
   // Nothing if there is no such drive or a folder on the way does not exist.
   std::optional<Place> Resolve(const std::string& path);
   // Follows the link at a place. False if it leads outside the drive.
-  static bool FollowLink(Place* place);
+  bool FollowLink(Place* place);
   // The drives have changed.
   void Forget() { walked_ = {}; }
 
@@ -49,6 +49,9 @@ class PathWalk {
     ino_t number = 0;
   };
 
+  // Where a link of an old disk leads that names a place outside of it as its own computer saw it;
+  // "" if that is on no old disk.
+  std::string InsideDisk(const Place& place);
   // Looks for one name in a folder. Nothing below what does not exist.
   bool Step(const std::string& asked, Place* place);
   // All names from the drive on; `folder` is the path without its last name, "" if that is none.
@@ -59,7 +62,8 @@ class PathWalk {
 
   Drives& drives_;
   FolderCache& cache_;
-  WalkedFolder walked_;  // the last one
+  WalkedFolder walked_;     // the last one
+  int links_followed_ = 0;  // by InsideDisk, one behind another
 };
 
 // The last name of a path as a new file gets it; "" if there is none.

@@ -5,8 +5,8 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 
+#include "platform/host/dos_attributes.h"
 #include "platform/host/host_file.h"
 #include "platform/host/open_files.h"
 
@@ -15,24 +15,18 @@ namespace {
 
 using namespace file_attribute;  // NOLINT: the attribute bits, used throughout
 
-constexpr char kAttributeName[] = "user.DOSATTRIB";  // the name that other file servers use too
-
 class HostExtendedAttribute : public ExtendedAttribute {
  public:
   std::optional<std::uint32_t> Get(const std::string& host) const override {
-    char text[32];
-    const ssize_t length = getxattr(host.c_str(), kAttributeName, text, sizeof(text) - 1);
-    if (length <= 0) return std::nullopt;
-    text[length] = '\0';
-    return static_cast<std::uint32_t>(std::strtoul(text, nullptr, 16));
+    return DosAttributesOf(host);
   }
   bool Set(const std::string& host, std::uint32_t attributes) const override {
     char text[16];
     const int length = std::snprintf(text, sizeof(text), "0x%x", attributes);
-    return setxattr(host.c_str(), kAttributeName, text, static_cast<std::size_t>(length), 0) == 0;
+    return setxattr(host.c_str(), kDosAttributeName, text, static_cast<std::size_t>(length), 0) == 0;
   }
   bool Remove(const std::string& host) const override {
-    return removexattr(host.c_str(), kAttributeName) == 0 || errno == ENODATA;
+    return removexattr(host.c_str(), kDosAttributeName) == 0 || errno == ENODATA;
   }
 };
 
@@ -69,11 +63,14 @@ std::optional<std::uint32_t> StoredAttributes::InFile(const std::string& parent,
 
 std::uint32_t StoredAttributes::Read(const Place& place, const struct stat& info) {
   const bool is_folder = S_ISDIR(info.st_mode);
-  std::optional<std::uint32_t> stored = extended_->Get(place.host);
+  const std::optional<std::uint32_t> extended = extended_->Get(place.host);
+  std::optional<std::uint32_t> stored = extended;
   if (!stored && !place.parent.empty()) stored = InFile(place.parent, place.name);
   const std::uint32_t attributes = stored.value_or(UsualBits(is_folder)) & kSettableAttributes;
   if (is_folder) return attributes | kFolder;
-  // The host's own right to write is the truth about a file.
+  // A disk of another computer keeps a file's read-only bit where it belongs; its mount says
+  // nothing. Here the host's own right to write is the truth.
+  if (place.drive != nullptr && place.drive->read_only && extended) return attributes;
   return (info.st_mode & S_IWUSR) == 0 ? attributes | kReadOnly : attributes & ~kReadOnly;
 }
 
