@@ -73,7 +73,8 @@ void PutUsers(HiveKey& software, const OldDiskPlan& plan, const MachineLayout& l
           registry_type::kExpandString);
 }
 
-HiveKey SoftwareHive(RunningMachine& computer, const OldDiskPlan& plan, const MachineLayout& layout) {
+HiveKey SoftwareHive(RunningMachine& computer, const OldDiskPlan& plan,
+                     const MachineLayout& layout) {
   HiveKey software;
   Take(computer, RegistryRoot::kLocalMachine, "SOFTWARE", software);
   Take(computer, RegistryRoot::kClassesRoot, "", KeyAt(software, "Classes"));
@@ -111,13 +112,11 @@ HiveKey SystemHive(const OldDiskPlan& plan) {
 // The folders of the user as the system keeps them: with a variable, and once more without.
 void PutFolders(HiveKey& user, const MachineLayout& layout) {
   HiveKey with_variables, plain;
-  for (const auto& [name, path] : {std::pair("Personal", layout.documents),
-                                   std::pair("Desktop", layout.desktop),
-                                   std::pair("Favorites", layout.favorites),
-                                   std::pair("Cookies", layout.cookies),
-                                   std::pair("Programs", layout.programs),
-                                   std::pair("AppData", layout.app_data),
-                                   std::pair("Local AppData", layout.local_app_data)}) {
+  for (const auto& [name, path] :
+       {std::pair("Personal", layout.documents), std::pair("Desktop", layout.desktop),
+        std::pair("Favorites", layout.favorites), std::pair("Cookies", layout.cookies),
+        std::pair("Programs", layout.programs), std::pair("AppData", layout.app_data),
+        std::pair("Local AppData", layout.local_app_data)}) {
     const std::string below = path.substr(layout.profile.size());
     PutText(with_variables, name, "%USERPROFILE%" + below, registry_type::kExpandString);
     PutText(plain, name, path);

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "play/running_machine.h"
 #include "play/new_machine.h"
+#include "play/running_machine.h"
 
 namespace quorvale {
 

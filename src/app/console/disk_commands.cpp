@@ -4,9 +4,9 @@
 #include <ostream>
 
 #include "platform/host/files.h"
+#include "play/page_driver.h"
 #include "play/running_machine.h"
 #include "play/scratch_folder.h"
-#include "play/page_driver.h"
 
 namespace quorvale {
 namespace {

@@ -5,12 +5,12 @@
 
 #include "app/console/console_screen.h"
 #include "app/console/disk_commands.h"
-#include "play/running_machine.h"
 #include "play/new_machine.h"
 #include "play/old_disk_sample.h"
-#include "play/round_trip.h"
-#include "play/sample_machine.h"
 #include "play/page_driver.h"
+#include "play/round_trip.h"
+#include "play/running_machine.h"
+#include "play/sample_machine.h"
 
 namespace quorvale {
 namespace {

@@ -23,7 +23,8 @@ class HostExtendedAttribute : public ExtendedAttribute {
   bool Set(const std::string& host, std::uint32_t attributes) const override {
     char text[16];
     const int length = std::snprintf(text, sizeof(text), "0x%x", attributes);
-    return setxattr(host.c_str(), kDosAttributeName, text, static_cast<std::size_t>(length), 0) == 0;
+    return setxattr(host.c_str(), kDosAttributeName, text, static_cast<std::size_t>(length), 0) ==
+           0;
   }
   bool Remove(const std::string& host) const override {
     return removexattr(host.c_str(), kDosAttributeName) == 0 || errno == ENODATA;

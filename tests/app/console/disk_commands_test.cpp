@@ -12,10 +12,10 @@
 
 #include "base/text.h"
 #include "platform/host/host_platform.h"
-#include "play/running_machine.h"
 #include "play/hive_writer.h"
 #include "play/old_disk_sample.h"
 #include "play/round_trip.h"
+#include "play/running_machine.h"
 #include "play/sample_machine.h"
 #include "play/scratch_folder.h"
 #include "support/classic_hive_writer.h"
