@@ -99,7 +99,7 @@ HiveKey SystemHive(const OldDiskPlan& plan) {
   PutText(KeyAt(system, "ControlSet002\\Control\\ComputerName\\ComputerName"), "ComputerName",
           plan.machine.computer);
   HiveKey& mounted = KeyAt(system, "MountedDevices");
-  for (const MachineDrive& drive : plan.machine.drives) {
+  for (const PlannedDrive& drive : plan.machine.drives) {
     const std::string device = drive.kind == "cdrom" ? "\\??\\IDE#CdRomDrive#5&1" : "";
     // A volume of a disk: the disk's signature and where the volume begins.
     const std::string volume = std::string("\x12\x34\x56\x78\x00\x7E\x00\x00\x00\x00\x00\x00", 12);

@@ -40,12 +40,12 @@ class DiskDemo {
     terminal_.error << "quorvale: " << sentence << "\n";
     return false;
   }
-  bool Well(Outcome outcome, const PageDriver& driver, const std::string& otherwise) {
+  bool Succeeded(Outcome outcome, const PageDriver& driver, const std::string& otherwise) {
     if (outcome == Outcome::kDone) return true;
     stopped_ = outcome == Outcome::kStopped;
     return Fail(driver.problem().empty() ? otherwise : driver.problem());
   }
-  std::ostream& Say() { return terminal_.out; }
+  std::ostream& out() { return terminal_.out; }
   std::string Place(int which) const { return folder_ + "/" + kDiskDemoFolders[which]; }
   std::string Disk() const { return Place(0) + "/drive_c"; }
 
@@ -58,7 +58,7 @@ class DiskDemo {
     if (!FillSample(dead_->platform(), dead_plan_.machine)) return Fail("no sample can be made.");
     problem = WriteHives(*dead_, dead_plan_);
     if (!problem.empty()) return Fail(problem);
-    Say() << "The disk of a dead computer with Windows XP is in " << Disk() << ".\n"
+    out() << "The disk of a dead computer with Windows XP is in " << Disk() << ".\n"
           << "Whom it knows (quorvale machine users):\n";
     return true;
   }
@@ -71,7 +71,7 @@ class DiskDemo {
   }
 
   bool Backup() {
-    Say() << "\nEverything of " << dead_plan_.machine.user << " is backed up:\n" << std::flush;
+    out() << "\nEverything of " << dead_plan_.machine.user << " is backed up:\n" << std::flush;
     if (!disk_.MakeMachine(dead_plan_.machine.user, Place(1))) return Fail(disk_.problem());
     std::string problem;
     const auto computer = RunningMachine::Open(Place(1), &problem);
@@ -85,14 +85,14 @@ class DiskDemo {
     job.add_folders = extras.folders;
     job.add_files = extras.files;
     PageDriver driver(*computer);
-    if (!Well(driver.Backup(job), wizard, "the backup was not made.")) return false;
+    if (!Succeeded(driver.Backup(job), driver, "the backup was not made.")) return false;
     archive_ = folder_ + "/" + job.name + ".obk";
     problem = computer->EndProgram();
     return problem.empty() || Fail(problem);
   }
 
   bool Restore() {
-    Say() << "\nIt is restored onto a new computer with Windows Vista, its user " << new_plan_.user
+    out() << "\nIt is restored onto a new computer with Windows Vista, its user " << new_plan_.user
           << ":\n"
           << std::flush;
     std::string problem = MakeMachine(Place(2), new_plan_);
@@ -104,7 +104,7 @@ class DiskDemo {
     job.file = archive_;
     job.all = true;
     PageDriver driver(*new_);
-    if (!Well(driver.Restore(job), wizard, "the backup was not restored.")) return false;
+    if (!Succeeded(driver.Restore(job), driver, "the backup was not restored.")) return false;
     problem = new_->EndProgram();
     return problem.empty() || Fail(problem);
   }
@@ -113,9 +113,9 @@ class DiskDemo {
   bool Verify() {
     const RoundTripVerdict verdict =
         RoundTrip(*dead_, dead_plan_.machine, *new_, new_plan_).Compare();
-    Say() << "\n";
-    for (const std::string& difference : verdict.differences) Say() << "  " << difference << "\n";
-    Say() << verdict.present_folders << " of " << verdict.folders << " folders present.\n"
+    out() << "\n";
+    for (const std::string& difference : verdict.differences) out() << "  " << difference << "\n";
+    out() << verdict.present_folders << " of " << verdict.folders << " folders present.\n"
           << verdict.identical_files << " of " << verdict.files << " files identical, "
           << verdict.present_keys << " of " << verdict.keys << " registry keys present.\n"
           << "The backup is left at " << archive_ << ".\n";
