@@ -66,11 +66,22 @@ void PutUsers(HiveKey& software, const OldDiskPlan& plan, const MachineLayout& l
   for (const std::string& user : users) {
     HiveKey& key =
         KeyAt(list, "S-1-5-21-1085031214-1563985344-725345543-" + std::to_string(number++));
-    const std::string below_drive = ProfileOf(plan, user).substr(2);
-    PutText(key, "ProfileImagePath", "%SystemDrive%" + below_drive, registry_type::kExpandString);
+    const std::string profile = ProfileOf(plan, user);
+    // NT 4 kept the profiles in the system's own folder.
+    const bool in_windows = profile.starts_with(layout.windows + "\\");
+    PutText(key, "ProfileImagePath",
+            in_windows ? "%SystemRoot%" + profile.substr(layout.windows.size())
+                       : "%SystemDrive%" + profile.substr(2),
+            registry_type::kExpandString);
   }
   PutText(KeyAt(list, "S-1-5-18"), "ProfileImagePath", layout.windows + "\\system32\\config",
           registry_type::kExpandString);
+}
+
+std::string ProductName(const std::string& like) {
+  if (like == "vista") return "Windows Vista (TM) Home Basic";
+  if (like == "xp") return "Microsoft Windows XP";
+  return like == "2000" ? "Microsoft Windows 2000" : "";
 }
 
 HiveKey SoftwareHive(RunningMachine& computer, const OldDiskPlan& plan,
@@ -79,8 +90,9 @@ HiveKey SoftwareHive(RunningMachine& computer, const OldDiskPlan& plan,
   Take(computer, RegistryRoot::kLocalMachine, "SOFTWARE", software);
   Take(computer, RegistryRoot::kClassesRoot, "", KeyAt(software, "Classes"));
   HiveKey& version = KeyAt(software, "Microsoft\\Windows NT\\CurrentVersion");
-  PutText(version, "ProductName",
-          layout.IsVista() ? "Windows Vista (TM) Home Basic" : "Microsoft Windows XP");
+  // NT 4 named no product.
+  const std::string product = ProductName(plan.machine.like);
+  if (!product.empty()) PutText(version, "ProductName", product);
   PutText(version, "CurrentVersion",
           std::to_string(layout.version.major) + "." + std::to_string(layout.version.minor));
   PutText(version, "SystemRoot", layout.windows);
@@ -98,6 +110,7 @@ HiveKey SystemHive(const OldDiskPlan& plan) {
   PutText(KeyAt(system, "ControlSet002\\Control\\Nls\\CodePage"), "ACP", "1252");
   PutText(KeyAt(system, "ControlSet002\\Control\\ComputerName\\ComputerName"), "ComputerName",
           plan.machine.computer);
+  if (plan.machine.like == "nt40") return system;  // it had no mount manager
   HiveKey& mounted = KeyAt(system, "MountedDevices");
   for (const PlannedDrive& drive : plan.machine.drives) {
     const std::string device = drive.kind == "cdrom" ? "\\??\\IDE#CdRomDrive#5&1" : "";

@@ -1,5 +1,4 @@
-// Writes hives of Windows 95, 98 and ME, for tests: no tool makes them. The reader in the program
-// is another's (libcreg).
+// Writes hives of Windows 95, 98 and ME, for tests: no tool makes them.
 #pragma once
 
 #include <cstdint>

@@ -9,37 +9,19 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <string>
 
 #include "base/text.h"
 #include "platform/host/host_platform.h"
-#include "play/hive_writer.h"
-#include "play/old_disk_sample.h"
-#include "play/round_trip.h"
-#include "play/running_machine.h"
-#include "play/sample_machine.h"
-#include "play/scratch_folder.h"
 #include "support/classic_hive_writer.h"
+#include "support/old_disk.h"
 
 namespace quorvale {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Answer {
-  ExitStatus status = ExitStatus::kDone;
-  std::string out, error;
-};
-
-Answer Command(const std::vector<std::string>& arguments) {
-  std::istringstream in;
-  std::ostringstream out, error;
-  Terminal terminal{in, out, error};
-  Answer answer;
-  answer.status = RunConsole(arguments, terminal);
-  answer.out = out.str();
-  answer.error = error.str();
-  return answer;
-}
+using test::Command;
+using Answer = test::ConsoleAnswer;
 
 // Each file of a folder with its size and time, and how its bytes begin.
 std::map<std::string, std::string> Inventory(const std::string& folder) {
@@ -52,29 +34,16 @@ std::map<std::string, std::string> Inventory(const std::string& folder) {
   return files;
 }
 
-class OldDiskCommands : public testing::Test {
+class OldDiskCommands : public test::OldDiskTest {
  protected:
   void SetUp() override {
-    plan_.machine.user = "Anna";
     plan_.other_users = {"J\xC3\xBCrgen"};
-    ASSERT_EQ(MakeMachine(Place("dead"), plan_.machine), "");
-    std::string problem;
-    dead_ = RunningMachine::Open(Place("dead"), &problem);
-    ASSERT_NE(dead_, nullptr) << problem;
-    SampleOptions options;
-    options.big_file_bytes = 100000;
-    options.messages_per_folder = 3;
-    ASSERT_TRUE(FillSample(dead_->platform(), plan_.machine, options));
+    ASSERT_NO_FATAL_FAILURE(MakeDead());
     ASSERT_EQ(WriteHives(*dead_, plan_), "");
-    disk_ = Place("dead/drive_c");
-    other_drive_ = "D=" + Place("dead/drive_d");
+    disk_ = Disk();
   }
-  std::string Place(const std::string& name) const { return scratch_.path() + "/" + name; }
 
-  ScratchFolder scratch_;
-  OldDiskPlan plan_;
-  std::unique_ptr<RunningMachine> dead_;
-  std::string disk_, other_drive_;
+  std::string disk_;
 };
 
 TEST_F(OldDiskCommands, UsersAreListedWithWhatTheyHave) {
@@ -94,33 +63,9 @@ TEST_F(OldDiskCommands, UsersAreListedWithWhatTheyHave) {
 
 TEST_F(OldDiskCommands, ABackupOfTheDiskComesBackWholeAndTheDiskStaysAsItIs) {
   const auto before = Inventory(Place("dead"));
-  std::vector<std::string> words = {"--disk", disk_,  "--user", "anna", "--drive",   other_drive_,
-                                    "backup", "Mine", "--all",  "--to", Place("out")};
-  fs::create_directory(Place("out"));
-  const SampleExtras extras = ExtrasOf(plan_.machine);
-  for (const std::string& folder : extras.folders)
-    words.insert(words.end(), {"--add-folder", folder});
-  for (const std::string& file : extras.files) words.insert(words.end(), {"--add-file", file});
-  const Answer backup = Command(words);
-  ASSERT_EQ(backup.status, ExitStatus::kDone) << backup.out << backup.error;
+  ASSERT_NO_FATAL_FAILURE(BackUp());
   EXPECT_EQ(Inventory(Place("dead")), before);
-
-  MachinePlan target = plan_.machine;
-  target.user = "Bernd";
-  target.identity = "{B7D2E8A4-1F36-4C09-8E57-93A1D04C6F22}";
-  ASSERT_EQ(MakeMachine(Place("new"), target), "");
-  const Answer restore =
-      Command({"--machine", Place("new"), "restore", Place("out/Mine.obk"), "--all", "--yes"});
-  ASSERT_EQ(restore.status, ExitStatus::kDone) << restore.out << restore.error;
-  std::string problem;
-  const auto restored = RunningMachine::Open(Place("new"), &problem);
-  ASSERT_NE(restored, nullptr) << problem;
-  RoundTrip round_trip(*dead_, plan_.machine, *restored, target);
-  const RoundTripVerdict verdict = round_trip.Compare();
-  for (const std::string& difference : verdict.differences) ADD_FAILURE() << difference;
-  EXPECT_TRUE(verdict.AllWell());
-  EXPECT_GT(verdict.identical_files, 60);
-  EXPECT_GT(verdict.present_keys, 40);
+  RestoreAndCompare(60, 40);
 }
 
 // Each value of the user's registry in the machine folder is what the computer had.

@@ -91,6 +91,11 @@ void ReadSystem(const HiveKey& machine, DiskKind kind, DiskFacts* facts) {
   }
   std::string product = TextAt(machine, key, "ProductName");
   if (product.empty()) product = TextAt(machine, kVersion, "Version");
+  // NT 4 and its forerunners name no product.
+  if (product.empty() && kind == DiskKind::kNt && facts->version.major < 5) {
+    product = "Microsoft Windows NT " + std::to_string(facts->version.major) + "." +
+              std::to_string(facts->version.minor);
+  }
   if (!product.empty()) facts->product = product;
   const std::string windows = TextAt(machine, key, "SystemRoot");
   if (IsDrivePath(windows)) facts->windows = WithoutBackslash(windows);

@@ -66,6 +66,14 @@ void AddPrefixDrives(const std::string& prefix, std::map<char, std::string>* dri
   if (!main.empty()) drives->emplace('C', main);
 }
 
+// Two paths of the host that lead to one file.
+bool AreOneFile(const std::string& a, const std::string& b) {
+  struct stat first {
+  }, second{};
+  return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
 // HKEY_CURRENT_USER of a USER.DAT, which holds the users by their names.
 HiveKey ClassicUserKey(HiveKey root, const std::string& name) {
   for (const std::string& own : {name, std::string(".Default")}) {
@@ -245,6 +253,8 @@ void OldDisk::AddUser(DiskUser user) {
   if (user.registry.empty()) return;
   for (const DiskUser& known : users_) {
     if (EqualsNoCase(known.profile, user.profile)) return;
+    // The profiles of newer systems stand under their former names too.
+    if (kind_ != DiskKind::kWine && AreOneFile(known.registry, user.registry)) return;
   }
   struct stat info {};
   if (stat(user.registry.c_str(), &info) == 0) user.last_use = ToFileTime(info.st_mtim);
