@@ -27,7 +27,7 @@ std::string CollapseBackslashes(const std::string& path) {
   return path.substr(0, start) + ReplaceAll(path.substr(start), "\\\\", "\\");
 }
 
-std::string WithoutExtension(const std::string& name) {
+std::string WithoutLastFour(const std::string& name) {
   return name.size() < 4 ? std::string() : name.substr(0, name.size() - 4);
 }
 

@@ -16,7 +16,7 @@ std::string WithoutBackslash(const std::string& path);
 // A leading "\\" is kept; every "\\" behind it becomes "\".
 std::string CollapseBackslashes(const std::string& path);
 // The text without its last four characters (an extension such as ".obk"); "" if it is shorter.
-std::string WithoutExtension(const std::string& name);
+std::string WithoutLastFour(const std::string& name);
 // True for "\\server\share...".
 bool IsNetworkPath(const std::string& path);
 // What free space is asked for: the whole text of a network path, else its first two characters.

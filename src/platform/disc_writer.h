@@ -11,7 +11,7 @@ namespace quorvale {
 struct DiscDrive {
   int index = 0;
   bool can_write = false;
-  std::string text1, text2, text3;  // the three description texts of the drive
+  std::string place, maker, model;  // the drive's three description texts
 };
 
 // What a drive tells while it writes; all on the caller's thread. Each may be empty.

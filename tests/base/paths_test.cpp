@@ -29,8 +29,8 @@ TEST(Paths, DoubledBackslashesCollapseBehindTheShareMark) {
 }
 
 TEST(Paths, WithoutExtensionCutsFourCharacters) {
-  EXPECT_EQ(WithoutExtension("My mail.obk"), "My mail");
-  EXPECT_EQ(WithoutExtension("a"), "");
+  EXPECT_EQ(WithoutLastFour("My mail.obk"), "My mail");
+  EXPECT_EQ(WithoutLastFour("a"), "");
 }
 
 TEST(Paths, DriveOfANetworkPathIsTheWholePath) {

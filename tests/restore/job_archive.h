@@ -108,7 +108,7 @@ class JobArchive {
   // Writes it to a path of the computer; the settings file is encoded for it.
   std::string Write(TestMachine& machine, const std::string& path = "C:\\Backups\\Job.obk") const {
     RawZip zip = zip_;
-    const std::string base = WithoutExtension(FileNameOf(path));
+    const std::string base = WithoutLastFour(FileNameOf(path));
     zip.Add(base + "/" + base + ".xml",
             machine.platform().system.ToAnsi(SettingsText(items_, log_)));
     machine.WriteFile(path, zip.Bytes());

@@ -71,20 +71,20 @@ bool ScheduleCommands::Add(const ScheduleWish& wish) {
   if (!OpenCreatePage()) return false;
   const std::optional<LocalTime> time = ReadTimeBox(wish.at, LocalTime());
   if (!time) return Act("\"" + wish.at + "\" is no time of day.");
-  const size_t before = computer_.platform().scheduler.Names().size();
   if (!Act(hands().Set("frmSchedule", "txtSchedName", wish.name)) ||
       !Act(hands().Choose("frmSchedule", "cmbCommandLine", NameOf(kTypes, wish.type))) ||
       !Act(hands().Set("frmSchedule", "DTPTime", TimeBoxText(*time))) || !TickDays(wish)) {
     return false;
   }
-  const size_t boxes = computer_.ui().boxes.size();
   if (!Act(hands().Click("frmSchedule", "Command6"))) return false;
-  if (computer_.platform().scheduler.Names().size() > before) return true;
-  // The page tells of success in any case.
-  const bool said_done =
-      computer_.ui().boxes.size() > boxes &&
-      computer_.ui().boxes.back().request.text == "Schedule created successfully";
-  if (said_done) Act("The scheduler did not take \"" + wish.name + "\".");
+  switch (computer_.app()->Get<frmSchedule>().last_creation) {
+    case frmSchedule::Creation::kTaken:
+      return true;
+    case frmSchedule::Creation::kRefused:
+      return Act("The scheduler did not take \"" + wish.name + "\".");
+    case frmSchedule::Creation::kNotAsked:
+      break;  // a box of the page says why
+  }
   return false;
 }
 

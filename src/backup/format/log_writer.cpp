@@ -79,7 +79,7 @@ Lines BackupLog(Program& program, const std::string& closing) {
 }  // namespace
 
 std::string BackupLogPath(const Program& program) {
-  return LogFolder(program) + "Settings_" + WithoutExtension(program.session().gBackupFileName) +
+  return LogFolder(program) + "Settings_" + WithoutLastFour(program.session().gBackupFileName) +
          ".xml";
 }
 

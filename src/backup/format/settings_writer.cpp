@@ -70,7 +70,7 @@ bool RemoveOld(Program& program, const std::string& path) {
 
 std::string StagedSettingsPath(const std::string& stage, const Program& program) {
   const Session& session = program.session();
-  return WithBackslash(stage) + WithoutExtension(session.gBackupFileName) + session.gUniqueSuffix +
+  return WithBackslash(stage) + WithoutLastFour(session.gBackupFileName) + session.gUniqueSuffix +
          ".xml";
 }
 

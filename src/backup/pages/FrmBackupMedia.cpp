@@ -146,7 +146,7 @@ void FrmBackupMedia::FillDriveList() {
   }
   for (const DiscDrive& drive : discs.Drives()) {
     if (!drive.can_write) continue;
-    cboDrives.AddItem(drive.text1 + ": " + drive.text2 + " " + drive.text3, drive.index);
+    cboDrives.AddItem(drive.place + ": " + drive.maker + " " + drive.model, drive.index);
   }
   if (cboDrives.Count() > 0) {
     cboDrives.list_index = 0;

@@ -17,7 +17,11 @@ FrmProcess::FrmProcess(Application& app)
       app_(app),
       upload_(app.platform().ftp, UploadEvents()),
       discs_(app) {
-  LayOut();
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void FrmProcess::ConnectHandlers() {
   Timer1.on_timer = [this] { Timer1_Timer(); };
   TimerStart.on_timer = [this] { TimerStart_Timer(); };
   on_close_request = [this] { EndDialog(); };
@@ -37,7 +41,7 @@ bool FrmProcess::StopRun() {
   return true;
 }
 
-void FrmProcess::LayOut() {
+void FrmProcess::PlaceControls() {
   SetSize(420, 130);
   back_color = ui::Rgb(255, 255, 255);
   Img.bounds = {16, 16, 48, 48};

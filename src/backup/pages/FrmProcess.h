@@ -54,7 +54,8 @@ class FrmProcess : public ui::Form, public RunPage {
   bool mAborted = false;            // the user refused to insert a further disc
 
  private:
-  void LayOut();
+  void PlaceControls();
+  void ConnectHandlers();
   void ShowStatus(const std::string& text);
   // False once the work has to end: the dialog is gone, or the program ends.
   bool Going() const;

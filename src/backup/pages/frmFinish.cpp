@@ -65,15 +65,15 @@ RunEnd EndOf(BackupOutcome outcome) {
 }  // namespace
 
 frmFinish::frmFinish(Application& app) : ui::Form(app.ui(), kName), run(app, Events()), app_(app) {
-  LayOut();
-  WireEvents();
+  PlaceControls();
+  ConnectHandlers();
   ResetRunPage();
   prbGlobalProgress.visible = false;
   LblCompressProgress.visible = false;
   LblCurrentFileinProgress.visible = false;
 }
 
-void frmFinish::LayOut() {
+void frmFinish::PlaceControls() {
   using namespace page_layout;
   constexpr int kBarHeight = 18;
   lblHeader.fore_color = kHeaderColor;
@@ -95,7 +95,7 @@ void frmFinish::LayOut() {
   PlaceButtons(nullptr, &cmdNext, &Command2);
 }
 
-void frmFinish::WireEvents() {
+void frmFinish::ConnectHandlers() {
   Command2.on_click = [this] { Command2_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   Timer1.on_timer = [this] { Timer1_Timer(); };

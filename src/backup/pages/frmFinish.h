@@ -88,8 +88,8 @@ class frmFinish : public ui::Form, public RunPage {
   BackupRun run;
 
  private:
-  void LayOut();
-  void WireEvents();
+  void PlaceControls();
+  void ConnectHandlers();
   BackupEvents Events();
   // Pumps. False once the run has to end early.
   bool KeepGoing();

@@ -192,7 +192,7 @@ void BackupRun::Add(const std::string& source, const std::string& entry_name) {
   }
   if (!state().gFileCollection.Add({source, entry_name})) return;
   const bool is_folder = source.ends_with("\\*.*");
-  archive.files_to_process.push_back(is_folder ? WithoutExtension(source) + "\\" : source);
+  archive.files_to_process.push_back(is_folder ? WithoutLastFour(source) + "\\" : source);
 }
 
 bool BackupRun::IsInStage(const std::string& path) {

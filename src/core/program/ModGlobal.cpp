@@ -146,7 +146,7 @@ std::string UniqueBackupName(Program& program, const std::string& folder) {
   Session& session = program.session();
   session.gBackupBasePath.clear();
   // A drive's root comes with its "\".
-  const std::string wanted = WithBackslash(folder) + WithoutExtension(session.gBackupFileName);
+  const std::string wanted = WithBackslash(folder) + WithoutLastFour(session.gBackupFileName);
   std::string suffix;
   for (int n = 1; IsTaken(program, wanted + suffix); ++n) suffix = "_" + std::to_string(n);
   session.gBackupBasePath = wanted + suffix;

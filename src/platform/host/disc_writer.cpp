@@ -52,9 +52,9 @@ std::optional<DiscDrive> ParseDriveLine(const std::string& line) {
   const auto model = maker ? Quoted(line, &at) : std::nullopt;
   if (!model) return std::nullopt;
   DiscDrive drive;
-  drive.text1 = *device;
-  drive.text2 = Trim(*maker);
-  drive.text3 = Trim(*model);
+  drive.place = *device;
+  drive.maker = Trim(*maker);
+  drive.model = Trim(*model);
   drive.can_write = line.find(" rw", rights) != std::string::npos;
   return drive;
 }
@@ -107,7 +107,7 @@ bool HostDiscWriter::Open(int index) {
   const std::vector<DiscDrive> drives = Drives();
   if (index < 0 || index >= static_cast<int>(drives.size())) return false;
   const DiscDrive& drive = drives[static_cast<size_t>(index)];
-  device_ = IsFile() ? "file" : drive.text1;
+  device_ = IsFile() ? "file" : drive.place;
   if (IsFile()) return true;
   return !AskDrive({"-toc"}).empty();
 }

@@ -103,9 +103,9 @@ std::vector<DiscDrive> WindowsDiscWriter::Drives() {
     drive.index = static_cast<int>(drives.size());
     if (Dispatch recorder = OpenRecorder(make_, id)) {
       drive.can_write = IsTrueOf(format, "IsRecorderSupported", recorder);
-      drive.text1 = PlaceOf(recorder);
-      drive.text2 = TextOf(recorder, "VendorId");
-      drive.text3 = TextOf(recorder, "ProductId");
+      drive.place = PlaceOf(recorder);
+      drive.maker = TextOf(recorder, "VendorId");
+      drive.model = TextOf(recorder, "ProductId");
     }
     drives.push_back(std::move(drive));
   }

@@ -55,6 +55,11 @@ bool IsMail(RestorePhase phase) {
 
 frmRFinish::frmRFinish(Application& app)
     : ui::Form(app.ui(), kName), app_(app), run_(app, app.session(), EventsOfRun()) {
+  PlaceControls();
+  ConnectHandlers();
+}
+
+void frmRFinish::ConnectHandlers() {
   Timer1.on_timer = [this] { Timer1_Timer(); };
   cmdstop.on_click = [this] { cmdstop_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
@@ -63,7 +68,6 @@ frmRFinish::frmRFinish(Application& app)
 
 void frmRFinish::Load() {
   page_layout::HostPage(app_, *this);
-  Arrange();
   cmdstop.enabled = false;
   cmdNext.enabled = false;
 }
@@ -91,7 +95,7 @@ void frmRFinish::Unload() {
   AbortFlag = true;
 }
 
-void frmRFinish::Arrange() {
+void frmRFinish::PlaceControls() {
   using namespace page_layout;
   PlaceHeader(&PicHeader, &lblHeader);
   lblCurrent.bounds = ContentRow(0);

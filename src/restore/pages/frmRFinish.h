@@ -101,7 +101,8 @@ class frmRFinish : public ui::Form, public RunPage {
   static std::string folderOnly(const std::string& path);
 
  private:
-  void Arrange();
+  void PlaceControls();
+  void ConnectHandlers();
   RestoreEvents EventsOfRun();
   void PhaseBegins(RestorePhase phase);
   void PhaseEnds(RestorePhase phase);

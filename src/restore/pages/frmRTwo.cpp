@@ -26,7 +26,7 @@ constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 constexpr char kSkipsDefault[] =
     "Skiping of Default Profile may get ambigues recovery of Microsoft Outlook setting";
 
-std::string BaseNameOf(const std::string& archive) { return WithoutExtension(FileNameOf(archive)); }
+std::string BaseNameOf(const std::string& archive) { return WithoutLastFour(FileNameOf(archive)); }
 
 bool IsDefaultProfile(const ui::TreeNode& node) {
   return node.Parent() != nullptr && Contains(node.Parent()->Text(), "Identities") &&

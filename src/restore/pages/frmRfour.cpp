@@ -106,7 +106,7 @@ void frmRfour::LoadDetails() {
 void frmRfour::ReadArchive() {
   const std::string path = app_.Get<frmROne>().txtpath.text;
   const std::optional<FileInfo> file = app_.platform().files.Stat(path);
-  prefix_ = WithoutExtension(file ? file->name : FileNameOf(path));
+  prefix_ = WithoutLastFour(file ? file->name : FileNameOf(path));
   BackupFile backup(app_, path, app_.session().gRestorePassword);
   members_.Read(backup);
 }
@@ -216,7 +216,7 @@ void frmRfour::cmdNext_Click() {
   app_.files().MakeFolderChain(WithoutBackslash(LogFolder(app_)));
   if (session.gRestoreLogDetails == "True") {
     WriteRestoreSettingsLog(LogFolder(app_) + "Settings_RST_" +
-                            WithoutExtension(FileNameOf(session.gRestoreFilePath)) + "_" +
+                            WithoutLastFour(FileNameOf(session.gRestoreFilePath)) + "_" +
                             LogStamp(app_.platform().system.Now()) + ".xml");
   }
   StartRun();

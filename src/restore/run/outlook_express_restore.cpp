@@ -3,6 +3,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
+#include "discovery/products/outlook_express_places.h"
 #include "restore/run/restore_places.h"
 
 namespace quorvale {
@@ -10,13 +11,7 @@ namespace {
 
 constexpr char kRoot[] = "Outlook Express\\";
 constexpr char kAddressBook[] = "Outlook Express\\Address Book";
-constexpr char kMessages[] = "Outlook Express\\Email Messages";
 constexpr char kStationery[] = "Outlook Express\\Stationery";
-constexpr char kUserProfileVariable[] = "%UserProfile%";
-
-std::string StoreKey(const std::string& identity) {
-  return "Identities\\" + identity + "\\Software\\Microsoft\\Outlook Express\\5.0\\";
-}
 
 }  // namespace
 
@@ -32,7 +27,7 @@ std::string RemapIdentityKey(const std::string& key, const std::string& identity
 
 void OutlookExpressRestore::RestoreOutlookExpress() {
   // Read once, so that all mail goes to one store: the imports may bring other identities.
-  identity_ = UserValue("Identities\\", "Default User ID");
+  identity_ = DefaultIdentity(tools_.program);
   mail_store_.clear();
   PlanAddressBooks();
   for (const RestoreItem& item : tools_.job.restore_items) {
@@ -50,7 +45,7 @@ void OutlookExpressRestore::RestoreOutlookExpressItem(const RestoreItem& item) {
     tools_.extractor.RestoreRegistryItem(origin);
   } else if (origin.path.starts_with(kAddressBook)) {
     RestoreAddressBook(origin);
-  } else if (origin.path.starts_with(kMessages)) {
+  } else if (origin.path.starts_with(kMailStoresPath)) {
     RestoreMessages(origin);
   } else if (origin.path.starts_with(kStationery)) {
     RestoreStationery(origin);
@@ -108,31 +103,22 @@ void OutlookExpressRestore::RestoreStationery(const RestoreOrigin& origin) {
       origin, common + "\\Microsoft Shared\\Stationery\\" + FileNameOf(origin.key));
 }
 
-std::string OutlookExpressRestore::UserValue(const std::string& key, const std::string& name) {
-  return tools_.program.registry().RegGetValue(RegistryRoot::kCurrentUser, key, name);
-}
-
 // An import of all identities makes the backup's identity the default one, and its store folder is
 // that of the computer it comes from: the mail that stands in the present store would not be seen.
 void OutlookExpressRestore::PointIdentityAtStore() {
   if (mail_store_.empty()) return;
-  const std::string key = StoreKey(UserValue("Identities\\", "Default User ID"));
-  const std::string root = ReplaceAll(UserValue(key, "Store Root"), kUserProfileVariable,
-                                      tools_.program.platform().system.Environment("UserProfile"));
+  const std::string identity = DefaultIdentity(tools_.program);
+  const std::string root = StoreRoot(tools_.program, identity);
   if (EqualsNoCase(WithoutBackslash(root), WithoutBackslash(mail_store_))) return;
-  tools_.program.registry().SaveRegString(RegistryRoot::kCurrentUser, key, "Store Root",
-                                          WithBackslash(mail_store_));
+  tools_.program.registry().SaveRegString(RegistryRoot::kCurrentUser, IdentitySettingsKey(identity),
+                                          kStoreRootValue, WithBackslash(mail_store_));
 }
 
 std::string OutlookExpressRestore::StoreFolder() {
-  const std::string key = StoreKey(identity_);
-  const std::string profile = tools_.program.platform().system.Environment("UserProfile");
-  std::string store = UserValue(key, "Store Root");
-  if (Contains(store, kUserProfileVariable)) {
-    store = ReplaceAll(store, kUserProfileVariable + std::string("\\"), profile + "\\");
-  }
+  std::string store = StoreRoot(tools_.program, identity_);
   if (store.empty()) {
-    store = profile + "\\Local Settings\\Application Data\\Identities\\" + identity_ +
+    store = tools_.program.platform().system.Environment("UserProfile") +
+            "\\Local Settings\\Application Data\\Identities\\" + identity_ +
             "\\Microsoft\\Outlook Express\\";
   }
   // A store that an earlier restore left in a restore folder stays where it is.
@@ -140,8 +126,8 @@ std::string OutlookExpressRestore::StoreFolder() {
   const std::string folder =
       CollapseBackslashes(ParentFolder(WithoutBackslash(store)) + "\\Outlook Express");
   tools_.program.files().MakeFolderChain(folder);
-  tools_.program.registry().SaveRegString(RegistryRoot::kCurrentUser, key, "Store Root",
-                                          folder + "\\");
+  tools_.program.registry().SaveRegString(
+      RegistryRoot::kCurrentUser, IdentitySettingsKey(identity_), kStoreRootValue, folder + "\\");
   return folder;
 }
 

@@ -29,7 +29,6 @@ class OutlookExpressRestore {
   void RestoreStationery(const RestoreOrigin& origin);
   // The mail store's folder; written back to the registry where that is due.
   std::string StoreFolder();
-  std::string UserValue(const std::string& key, const std::string& name);
 
   RestoreTools tools_;
   std::string identity_;    // of the present mail user

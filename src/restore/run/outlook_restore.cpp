@@ -3,6 +3,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
+#include "discovery/products/outlook_places.h"
 #include "restore/run/safe_target.h"
 
 namespace quorvale {
@@ -10,9 +11,6 @@ namespace {
 
 constexpr char kRoot[] = "Microsoft Outlook\\";
 constexpr char kIdentities[] = "Microsoft Outlook\\Identities\\";
-constexpr char kDataFolder[] = "\\Local Settings\\Application Data\\Microsoft\\Outlook";
-constexpr char kMicrosoftFolder[] = "\\Application Data\\Microsoft";
-constexpr char kRoamingFolder[] = "\\Application Data\\Microsoft\\Outlook";
 constexpr size_t kLongestDataFileTable = 1000;
 
 bool IsDataFile(const RestoreOrigin& origin) {
@@ -25,14 +23,6 @@ std::string ProfileOf(const RestoreOrigin& origin) {
   const size_t start = std::string(kIdentities).size();
   const std::string name = origin.path.substr(start, origin.path.find('\\', start) - start);
   return ReplaceAll(name, " (Default)", "");
-}
-
-std::string ProofFolder(const std::string& version) {
-  for (const char* older :
-       {"Outlook.Application.9", "Outlook.Application.10", "Outlook.Application.11"}) {
-    if (version == older) return "\\Proof";
-  }
-  return version == "Outlook.Application.12" ? "\\UProof" : "";
 }
 
 // "mail.pst" and 2 gives "mail_2.pst".
@@ -82,7 +72,7 @@ void OutlookRestore::PlanDataFiles() {
   restored_.Clear();
   if (!tools_.job.gRestoreToDefaultFolders) return;
   const std::string folder =
-      tools_.program.platform().system.Environment("UserProfile") + kDataFolder + "\\";
+      tools_.program.platform().system.Environment("UserProfile") + kOutlookLocalFolder + "\\";
   for (const RestoreRow& row : tools_.job.gRestoreSelection) {
     const RestoreOrigin& origin = tools_.OriginOf(row);
     const bool is_offline = origin.path.starts_with("Microsoft Outlook\\Offline folders\\");
@@ -117,19 +107,10 @@ void OutlookRestore::RestoreDataFile(const RestoreOrigin& origin) {
 }
 
 std::string OutlookRestore::HomeOfGroup(const std::string& path) {
-  const std::string profile = tools_.program.platform().system.Environment("USERPROFILE");
-  const auto is = [&path](const char* group) {
-    return path.starts_with(kRoot + std::string(group));
-  };
-  if (is("Adult-Junk Senders\\") || is("Macros and VBA programs\\") || is("Setting Files\\")) {
-    return profile + kRoamingFolder;
-  }
-  if (is("Offline folders\\") || is("Personal Address Book\\")) return profile + kDataFolder;
-  if (is("Signatures\\")) return profile + kMicrosoftFolder + "\\Signatures";
-  if (is("Dictionary\\")) {
-    return profile + kMicrosoftFolder + ProofFolder(OutlookCurVer(tools_.program));
-  }
-  return "";
+  const size_t start = std::string(kRoot).size();
+  return OutlookGroupFolder(path.substr(start, path.find('\\', start) - start),
+                            tools_.program.platform().system.Environment("USERPROFILE"),
+                            OutlookCurVer(tools_.program));
 }
 
 // One file of a group: the group's other files come with their own rows, if they are wanted.
@@ -152,7 +133,7 @@ void OutlookRestore::RewriteProfilePaths(const std::string& profile, const std::
   }
   const std::string user = program.platform().system.Environment("USERPROFILE");
   const std::string data_folder =
-      user + (IsVista(program) ? "\\AppData\\Local\\Microsoft\\Outlook" : kDataFolder);
+      user + (IsVista(program) ? kOutlookLocalFolderOfVista : kOutlookLocalFolder);
   // A data file that nobody asked to restore, and that is still there, stays in use.
   const auto keeps = [this, &program](const std::string& old_path) {
     return restored_.Find(old_path).empty() && program.files().FileExists(old_path);

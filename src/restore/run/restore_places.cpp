@@ -6,7 +6,7 @@
 namespace quorvale {
 
 std::string BackupBaseName(const RestoreJob& job) {
-  return WithoutExtension(FileNameOf(job.gRestoreFilePath));
+  return WithoutLastFour(FileNameOf(job.gRestoreFilePath));
 }
 
 std::string RestoreFolder(const Program& program, const RestoreJob& job) {

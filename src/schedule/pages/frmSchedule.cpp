@@ -144,6 +144,7 @@ void frmSchedule::DayBox_Click() {
 // --- Creating -----------------------------------------------------------------------------------
 
 void frmSchedule::Command6_Click() {
+  last_creation = Creation::kNotAsked;
   if (!ServiceIsRunning(app_.platform().services, kSchedulerService)) {
     app_.Inform(
         "Windows Scheduler service is currently not running. Please enable it to create a "
@@ -153,7 +154,7 @@ void frmSchedule::Command6_Click() {
   app_.Get<frmSchedTwo>().cmdRefresh_Click();
   const std::string name = Trim(txtSchedName.text.get());
   if (!MayCreate(name)) return;
-  CreateJob(name);
+  last_creation = CreateJob(name) ? Creation::kTaken : Creation::kRefused;
   app_.Inform("Schedule created successfully");
   app_.page_host().ShowNextSchedule();
   cmdRefresh_Click();
@@ -182,8 +183,7 @@ bool frmSchedule::MayCreate(const std::string& name) {
   return true;
 }
 
-// What came of it is not asked: the list of jobs tells.
-void frmSchedule::CreateJob(const std::string& name) {
+bool frmSchedule::CreateJob(const std::string& name) {
   ScheduledTask job = NewScheduleJob(app_, name, kScheduleComment, DTPTime.value);
   job.parameters = WordOf(cmbCommandLine.SelectedText());
   if (chkDaily.value == 0) {
@@ -195,7 +195,7 @@ void frmSchedule::CreateJob(const std::string& name) {
         trigger.days = static_cast<std::uint16_t>(trigger.days | kDayBits[i]);
     }
   }
-  app_.platform().scheduler.Create(job);
+  return app_.platform().scheduler.Create(job);
 }
 
 void frmSchedule::cmdRefresh_Click() {

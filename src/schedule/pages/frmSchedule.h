@@ -17,7 +17,10 @@ class frmSchedule : public WizardPage {
   void Load() override;
 
   void Command6_Click();  // create
-  void cmdNext_Click();   // to the page that lists and deletes
+  // What became of the last press on it. The box that follows says the same in any case.
+  enum class Creation { kNotAsked, kTaken, kRefused };
+  Creation last_creation = Creation::kNotAsked;
+  void cmdNext_Click();  // to the page that lists and deletes
   void cmdRefresh_Click();
   void cmdCancel_Click();
   void chkDaily_Click();
@@ -58,7 +61,8 @@ class frmSchedule : public WizardPage {
   int TickedDays();
   // False, and the user has been told, if the job must not be made.
   bool MayCreate(const std::string& name);
-  void CreateJob(const std::string& name);
+  // False if the scheduler did not take it.
+  bool CreateJob(const std::string& name);
   void ShowPresentTime();
 
   // While the page sets the day boxes itself, their handlers do nothing.

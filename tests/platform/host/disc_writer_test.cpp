@@ -86,7 +86,7 @@ TEST_F(DiscWriterTest, AFileIsADriveWithABlankMediumOfItsSize) {
   const std::vector<DiscDrive> drives = discs_->Drives();
   ASSERT_EQ(drives.size(), 1u);
   EXPECT_TRUE(drives[0].can_write);
-  EXPECT_EQ(drives[0].text1 + ": " + drives[0].text2 + " " + drives[0].text3,
+  EXPECT_EQ(drives[0].place + ": " + drives[0].maker + " " + drives[0].model,
             "file: disc.iso (737280000 bytes)");
   EXPECT_FALSE(discs_->MediumLoaded());  // nothing is open yet
   ASSERT_TRUE(discs_->Open(0));
@@ -193,9 +193,9 @@ TEST(DiscLines, ADriveHasItsDeviceMakerAndModel) {
   const auto drive = ParseDriveLine("0  -dev '/dev/sr0' rwrw-- :  'TSSTcorp' 'CDDVDW SH-S223B'");
   ASSERT_TRUE(drive);
   EXPECT_TRUE(drive->can_write);
-  EXPECT_EQ(drive->text1, "/dev/sr0");
-  EXPECT_EQ(drive->text2, "TSSTcorp");
-  EXPECT_EQ(drive->text3, "CDDVDW SH-S223B");
+  EXPECT_EQ(drive->place, "/dev/sr0");
+  EXPECT_EQ(drive->maker, "TSSTcorp");
+  EXPECT_EQ(drive->model, "CDDVDW SH-S223B");
   const auto reader = ParseDriveLine("1  -dev '/dev/sr1' r-r-r- :  'ATAPI' 'DVD-ROM'");
   ASSERT_TRUE(reader);
   EXPECT_FALSE(reader->can_write);

@@ -311,7 +311,7 @@ TEST_F(DiscObjects, ADriveHasItsLetterMakerAndModel) {
   const std::vector<DiscDrive> drives = discs_.Drives();
   ASSERT_EQ(drives.size(), 1u);
   EXPECT_TRUE(drives[0].can_write);
-  EXPECT_EQ(drives[0].text1 + ": " + drives[0].text2 + " " + drives[0].text3,
+  EXPECT_EQ(drives[0].place + ": " + drives[0].maker + " " + drives[0].model,
             "E: MAKER DVD-RW 4711");
   supported_ = false;
   EXPECT_FALSE(discs_.Drives().at(0).can_write);

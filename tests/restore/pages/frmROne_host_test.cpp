@@ -12,7 +12,7 @@ std::string ListedFile(const std::string& name) { return std::string(kBackups) +
 
 std::string Encrypted(TestMachine& machine, const std::string& path) {
   zip::Archive archive(machine.platform());
-  const std::string base = WithoutExtension(FileNameOf(path));
+  const std::string base = WithoutLastFour(FileNameOf(path));
   machine.WriteFile("C:\\stage\\settings.xml",
                     SettingsText({{"Add More Files\\C:\\a.txt", "C:\\a.txt"}}));
   machine.MakeFolder(ParentFolder(path));
