@@ -142,6 +142,22 @@ std::string NamedFolder(const HiveKey& root, const char* key, const char* name,
   return usable && path.find('%') == std::string::npos ? WithoutBackslash(path) : "";
 }
 
+// A folder as the two keys name it, else where that system has it.
+std::string FolderOf(const FolderRule& rule, const DiskFacts& facts, const HiveKey& root,
+                     const std::string& profile, const Variables& variables) {
+  std::string path = NamedFolder(root, kUserShellFolders, rule.name, variables);
+  if (path.empty()) path = NamedFolder(root, kShellFolders, rule.name, variables);
+  return path.empty() ? DefaultFolder(rule, facts, profile) : path;
+}
+
+std::string UserFolder(const DiskFacts& facts, const HiveKey& user, const std::string& profile,
+                       const Variables& variables, const std::string& name) {
+  for (const FolderRule& rule : kFolders) {
+    if (rule.name == name) return FolderOf(rule, facts, user, profile, variables);
+  }
+  return "";
+}
+
 }  // namespace
 
 std::string WithVariablesReplaced(const std::string& text, const Variables& variables) {
@@ -223,9 +239,11 @@ Variables UserVariables(const DiskFacts& facts, const HiveKey& user, const std::
   variables.emplace("allusersprofile",
                     vista ? facts.windows.substr(0, 2) + "\\ProgramData" : parent + "\\All Users");
   variables.emplace("public", parent + "\\Public");
-  variables.emplace("appdata", profile + (vista ? "\\AppData\\Roaming" : "\\Application Data"));
-  variables.emplace("localappdata",
-                    profile + (vista ? "\\AppData\\Local" : "\\Local Settings\\Application Data"));
+  for (const auto& [variable, value] :
+       {std::pair("appdata", "AppData"), std::pair("localappdata", "Local AppData")}) {
+    const std::string folder = UserFolder(facts, user, profile, variables, value);
+    if (!folder.empty()) variables.emplace(variable, folder);
+  }
   return variables;
 }
 
@@ -234,10 +252,8 @@ std::map<int, std::string> SpecialFolders(const DiskFacts& facts, const HiveKey&
                                           const Variables& variables) {
   std::map<int, std::string> folders;
   for (const FolderRule& rule : kFolders) {
-    const HiveKey& root = rule.common ? machine : user;
-    std::string path = NamedFolder(root, kUserShellFolders, rule.name, variables);
-    if (path.empty()) path = NamedFolder(root, kShellFolders, rule.name, variables);
-    if (path.empty()) path = DefaultFolder(rule, facts, profile);
+    const std::string path =
+        FolderOf(rule, facts, rule.common ? machine : user, profile, variables);
     if (!path.empty()) folders[rule.number] = path;
   }
   folders[36] = facts.windows;

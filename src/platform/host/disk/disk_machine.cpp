@@ -95,9 +95,8 @@ std::string OldDisk::WriteRegistry(const DiskUser& user, const HiveKey& hive,
                                    const std::string& folder) {
   std::optional<Hive> classes;
   if (kind_ == DiskKind::kNt) {
-    const std::string below =
-        facts_.version.major >= 6 ? "\\AppData\\Local" : "\\Local Settings\\Application Data";
-    const std::string path = user.profile + below + "\\Microsoft\\Windows\\UsrClass.dat";
+    const Variables variables = UserVariables(facts_, hive, user.name, user.profile);
+    const std::string path = variables.at("localappdata") + "\\Microsoft\\Windows\\UsrClass.dat";
     std::string problem;
     const auto wanted = [](const std::string& key) {
       return IsHiveKeyName(key) && !EqualsNoCase(key, "CLSID") && !EqualsNoCase(key, "Interface");

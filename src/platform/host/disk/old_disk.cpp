@@ -108,7 +108,7 @@ std::unique_ptr<OldDisk> OldDisk::Open(const std::string& folder,
   std::unique_ptr<OldDisk> disk(new OldDisk(real, real_drives));
   if (!disk->FindSystem(problem) || !disk->ReadMachineRegistry(problem)) return nullptr;
   disk->facts_ = ReadDiskFacts(disk->machine_, disk->kind_, disk->windows_);
-  disk->MoveToLetter(disk->facts_.SystemDrive());
+  if (!disk->PlaceDrives(problem)) return nullptr;
   disk->FindUsers();
   return disk;
 }
@@ -129,14 +129,10 @@ bool OldDisk::FindSystem(std::string* problem) {
   if (stat((folder_ + "/system.reg").c_str(), &info) == 0 && S_ISREG(info.st_mode)) {
     kind_ = DiskKind::kWine;
     AddPrefixDrives(folder_, &drives_);
-  } else {
-    drives_['C'] = folder_;
-  }
-  MoveToLetter('C');
-  if (kind_ == DiskKind::kWine) {
     windows_ = "C:\\windows";
     return true;
   }
+  ShowDrives({{'C', folder_}});
   if (FindWindows()) return true;
   *problem = folder_ + " holds neither a Windows folder with its registry nor a Wine prefix.";
   return false;
@@ -162,15 +158,24 @@ bool OldDisk::FindWindows() {
   return false;
 }
 
-// The disk becomes this drive, which the registry of its system names.
-void OldDisk::MoveToLetter(char letter) {
-  if (kind_ != DiskKind::kWine && letter != 'C' && drives_.count('C') != 0 &&
-      drives_['C'] == folder_) {
-    drives_.erase('C');
-    drives_[letter] = folder_;
+// The disk becomes the drive that the registry of its system names.
+bool OldDisk::PlaceDrives(std::string* problem) {
+  if (kind_ != DiskKind::kWine) {
+    const char letter = facts_.SystemDrive();
+    const std::string& folder = drives_.emplace(letter, folder_).first->second;
+    if (folder != folder_) {
+      *problem = std::string("drive ") + letter + ": is the disk itself; it cannot be " + folder +
+                 " as well.";
+      return false;
+    }
   }
+  ShowDrives(drives_);
+  return true;
+}
+
+void OldDisk::ShowDrives(const std::map<char, std::string>& drives) {
   MachineFolder machine;
-  for (const auto& [drive, folder] : drives_) {
+  for (const auto& [drive, folder] : drives) {
     MachineDrive& described = machine.drives[drive];
     described.folder = folder;
     described.read_only = true;
@@ -298,11 +303,23 @@ void OldDisk::AddListedUsers() {
   }
 }
 
+// Where profiles lie. Their folder has another name in each language: without a list it can be any.
+std::vector<std::string> OldDisk::ProfileFolders() const {
+  const std::string drive = facts_.windows.substr(0, 2);
+  std::vector<std::string> folders = {drive + "\\Documents and Settings", drive + "\\Users",
+                                      facts_.windows + "\\Profiles"};
+  if (kind_ != DiskKind::kNt || !users_.empty()) return folders;
+  for (const FileInfo& entry : files_->List(drive + "\\")) {
+    const std::string folder = drive + "\\" + entry.name;
+    // The system's own folder keeps a hive for repairs, which is nobody's.
+    if (entry.IsFolder() && !EqualsNoCase(folder, facts_.windows)) folders.push_back(folder);
+  }
+  return folders;
+}
+
 // Profiles that the list does not name, or cannot, since its hive is damaged.
 void OldDisk::AddUnlistedUsers() {
-  const std::string drive = facts_.windows.substr(0, 2);
-  for (const std::string& folder :
-       {drive + "\\Documents and Settings", drive + "\\Users", facts_.windows + "\\Profiles"}) {
+  for (const std::string& folder : ProfileFolders()) {
     for (const FileInfo& entry : files_->List(folder)) {
       static const char* const kNobody[] = {"All Users",    "Default",        "Default User",
                                             "LocalService", "NetworkService", "Public"};

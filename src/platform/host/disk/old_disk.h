@@ -59,9 +59,11 @@ class OldDisk {
   bool ReadInto(const std::string& host_path, const std::string& name, std::string* problem);
   std::optional<Hive> ReadRegistry(const std::string& host_path, const HiveFilter& wanted,
                                    std::string* problem);
-  void MoveToLetter(char letter);
+  bool PlaceDrives(std::string* problem);
+  void ShowDrives(const std::map<char, std::string>& drives);
   void FindUsers();
   void AddListedUsers();
+  std::vector<std::string> ProfileFolders() const;
   void AddUnlistedUsers();
   void AddClassicUser();
   void AddUser(DiskUser user);
