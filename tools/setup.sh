@@ -12,7 +12,7 @@ level=${1:-windows}
 cache=$PWD/build/cache
 
 host_packages=(
-  ca-certificates ccache clang clang-format cmake g++ groff-base libclang-rt-14-dev
+  ca-certificates ccache chntpw clang clang-format cmake g++ groff-base libclang-rt-14-dev
   libcurl4-openssl-dev libdeflate-dev libgtest-dev libhivex-dev libwin-hivex-perl nettle-dev
   ninja-build ntfs-3g p7zip-full pigz python3 python3-pyftpdlib unzip xorriso zip zlib1g-dev)
 windows_packages=(

@@ -26,9 +26,11 @@ def read(*parts, encoding="utf-8"):
 
 def page_sources():
     for folder in PAGE_FOLDERS:
-        for name in sorted(os.listdir(os.path.join(ROOT, "src", folder))):
-            if name.endswith((".cpp", ".h")):
-                yield f"{folder}/{name}", read("src", folder, name)
+        for place, _, names in sorted(os.walk(os.path.join(ROOT, "src", folder))):
+            for name in sorted(names):
+                if name.endswith((".cpp", ".h")):
+                    path = os.path.relpath(os.path.join(place, name), ROOT)
+                    yield path, read(path)
 
 
 def help_pages():

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/console/console_screen.h"
+#include "app/console/demo_part.h"
 #include "app/console/disk_demo.h"
 #include "archive/archive.h"
 #include "base/text.h"
@@ -29,7 +30,7 @@ constexpr size_t kListedDifferences = 20;
 std::string MachineName(const std::string& user) { return "computer of " + user; }
 
 // One computer's backup, restored onto another one.
-class Demo {
+class Demo : private DemoPart {
  public:
   struct People {
     std::string like;
@@ -38,7 +39,7 @@ class Demo {
   };
 
   Demo(const fs::path& folder, const People& people, Terminal& terminal)
-      : folder_(folder), people_(people), terminal_(terminal) {
+      : DemoPart(terminal), folder_(folder), people_(people) {
     source_plan_.like = people.like;
     source_plan_.user = people.from;
     target_plan_.like = people.like;
@@ -49,23 +50,10 @@ class Demo {
   }
 
   ExitStatus Run() {
-    const bool well = MakeMachines() && Backup() && List() && Restore() && Verify();
-    if (stopped_) return ExitStatus::kStopped;
-    return well ? ExitStatus::kDone : ExitStatus::kFailed;
+    return StatusOf(MakeMachines() && Backup() && List() && Restore() && Verify());
   }
 
  private:
-  bool Fail(const std::string& sentence) {
-    terminal_.error << "quorvale: " << sentence << "\n";
-    return false;
-  }
-  bool Succeeded(Outcome outcome, const PageDriver& driver, const std::string& otherwise) {
-    if (outcome == Outcome::kDone) return true;
-    stopped_ = outcome == Outcome::kStopped;
-    return Fail(driver.problem().empty() ? otherwise : driver.problem());
-  }
-  std::ostream& out() { return terminal_.out; }
-
   bool MakeMachines() {
     const std::string source = (folder_ / MachineName(people_.from)).string();
     const std::string target = (folder_ / MachineName(people_.to)).string();
@@ -175,11 +163,9 @@ class Demo {
 
   const fs::path folder_;
   const People people_;
-  Terminal& terminal_;
   MachinePlan source_plan_, target_plan_;
   std::unique_ptr<RunningMachine> source_, target_;
   std::string archive_;
-  bool stopped_ = false;
 };
 
 // Two pairs of computers, so that every product stands in a verdict.

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "app/console/console_screen.h"
+#include "app/console/demo_part.h"
 #include "app/console/disk_commands.h"
 #include "play/new_machine.h"
 #include "play/old_disk_sample.h"
@@ -17,9 +18,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class DiskDemo {
+class DiskDemo : private DemoPart {
  public:
-  DiskDemo(const std::string& folder, Terminal& terminal) : folder_(folder), terminal_(terminal) {
+  DiskDemo(const std::string& folder, Terminal& terminal) : DemoPart(terminal), folder_(folder) {
     dead_plan_.machine.user = "Emma";
     dead_plan_.other_users = {"Gustav"};
     new_plan_.like = "vista";
@@ -29,23 +30,9 @@ class DiskDemo {
     new_plan_.drives = {{"C", "fixed"}, {"D", "fixed"}, {"F", "removable"}};
   }
 
-  ExitStatus Run() {
-    const bool well = MakeDisk() && List() && Backup() && Restore() && Verify();
-    if (stopped_) return ExitStatus::kStopped;
-    return well ? ExitStatus::kDone : ExitStatus::kFailed;
-  }
+  ExitStatus Run() { return StatusOf(MakeDisk() && List() && Backup() && Restore() && Verify()); }
 
  private:
-  bool Fail(const std::string& sentence) {
-    terminal_.error << "quorvale: " << sentence << "\n";
-    return false;
-  }
-  bool Succeeded(Outcome outcome, const PageDriver& driver, const std::string& otherwise) {
-    if (outcome == Outcome::kDone) return true;
-    stopped_ = outcome == Outcome::kStopped;
-    return Fail(driver.problem().empty() ? otherwise : driver.problem());
-  }
-  std::ostream& out() { return terminal_.out; }
   std::string Place(int which) const { return folder_ + "/" + kDiskDemoFolders[which]; }
   std::string Disk() const { return Place(0) + "/drive_c"; }
 
@@ -123,13 +110,11 @@ class DiskDemo {
   }
 
   const std::string folder_;
-  Terminal& terminal_;
   OldDiskPlan dead_plan_;
   MachinePlan new_plan_;
   DiskCommands disk_{terminal_};
   std::unique_ptr<RunningMachine> dead_, new_;
   std::string archive_;
-  bool stopped_ = false;
 };
 
 }  // namespace

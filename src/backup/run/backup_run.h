@@ -30,7 +30,7 @@ enum class BackupPhase {
 enum class BackupOutcome {
   kDone,
   kStopped,  // keep_going said so, or the program ended
-  kNoSpace,  // the archive did not fit; TryAgain may help
+  kNoSpace,  // the archive did not fit; MakeArchive may be tried again
   kFailed,
 };
 

@@ -117,8 +117,11 @@ class Reader {
     const std::size_t cost = length + std::strlen(name.get()) + 1;
     if (!data || cost > bytes_left_) return false;
     bytes_left_ -= cost;
-    key->values.push_back(
-        {name.get(), static_cast<std::uint32_t>(type), std::string(data.get(), length)});
+    // The library hands on whatever number the hive has, also one that is no enumerator.
+    std::uint32_t number = 0;
+    static_assert(sizeof(number) == sizeof(type));
+    std::memcpy(&number, &type, sizeof(number));
+    key->values.push_back({name.get(), number, std::string(data.get(), length)});
     return true;
   }
 

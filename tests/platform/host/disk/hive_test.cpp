@@ -50,6 +50,30 @@ class NtHive : public testing::Test {
   std::string path_, bytes_, problem_;
 };
 
+// Another tool that knows the format edits a hive in place.
+TEST_F(NtHive, IsReadAfterAnotherToolHasEditedIt) {
+  WriteHost(folder_ / "edit.reg",
+            "Windows Registry Editor Version 5.00\r\n\r\n"
+            "[HKEY_X\\Software\\Accounts\\00000001]\r\n"
+            "\"POP3 Server\"=\"pop.example.com\"\r\n"
+            "\"POP3 Port\"=dword:0000006e\r\n\r\n");
+  // It ends with 2 where it has changed the hive.
+  const std::string command = "/usr/sbin/reged -C -I '" + path_ + "' 'HKEY_X' '" +
+                              (folder_ / "edit.reg") + "' > /dev/null 2>&1";
+  ASSERT_EQ(WEXITSTATUS(std::system(command.c_str())), 2);
+  const auto hive =
+      ReadNtHive(ReadDamagedFile(path_, HiveBounds::kFileBytes)->bytes, {}, &problem_);
+  ASSERT_TRUE(hive) << problem_;
+  const HiveKey* account = hive->root.Find("Software\\Accounts\\00000001");
+  ASSERT_NE(account, nullptr);
+  EXPECT_EQ(account->Text("POP3 Server"), "pop.example.com");
+  EXPECT_EQ(account->Number("POP3 Port"), 110u);
+  EXPECT_NE(hive->root.Find("Software\\Gr\xC3\xB6\xC3\x9F"
+                            "e"),
+            nullptr)
+      << "what stood there";
+}
+
 TEST_F(NtHive, GivesNamesTypesAndBytesAsTheyWerePutIn) {
   const auto hive = ReadNtHive(bytes_, {}, &problem_);
   ASSERT_TRUE(hive) << problem_;
