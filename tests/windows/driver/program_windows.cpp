@@ -521,9 +521,9 @@ std::vector<HWND> ProgramWindows::Dialogs() const {
 
 DialogKind KindOf(HWND dialog) {
   if (FindClass(dialog, WC_TREEVIEWA) != nullptr) return DialogKind::kFolder;
-  if (FindClass(dialog, "SHELLDLL_DefView") != nullptr || FindClass(dialog, "Edit") != nullptr) {
-    return DialogKind::kFile;
-  }
+  if (FindClass(dialog, "SHELLDLL_DefView") != nullptr) return DialogKind::kFile;
+  // A file dialog without its list is still being made: a press on its button would be lost.
+  if (FindClass(dialog, "Edit") != nullptr) return DialogKind::kOther;
   return FindClass(dialog, "Static") != nullptr ? DialogKind::kMessageBox : DialogKind::kOther;
 }
 
