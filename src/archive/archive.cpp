@@ -44,6 +44,7 @@ void Archive::ResetDefaults() {
   preserve_paths = true;
   skip_existing = false;
   every_of_one_name = false;
+  offer_unusual_names = false;
   required_attributes = 0;
   excluded_attributes = 0;
   worker_threads = -1;

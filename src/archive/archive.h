@@ -60,6 +60,14 @@ struct BeforeFile {
   bool exclude = false;     // set to leave it out
 };
 
+// What was just stored.
+struct StoredFile {
+  const std::string& source;
+  const std::string& entry_name;
+  std::uint64_t size;  // bytes before compression
+  std::uint32_t crc;   // CRC-32 of them
+};
+
 class Archive {
  public:
   explicit Archive(const Platform& platform);
@@ -84,6 +92,9 @@ class Archive {
   bool skip_existing = false;    // unzipping: leave a file that is there already
   // Unzipping: entries of one name are all offered, in their order; otherwise only the last one.
   bool every_of_one_name = false;
+  // Unzipping: an entry whose name ends in a dot or blank or is that of a device is offered too,
+  // and written where on_before_file sends it; nowhere under its own name.
+  bool offer_unusual_names = false;
   std::uint32_t required_attributes = 0;  // only entries with all of these
   std::uint32_t excluded_attributes = 0;  // no entries with any of these
   int worker_threads = -1;  // -1: one for each processor, none where there is only one
@@ -97,6 +108,11 @@ class Archive {
   std::function<void(int percent)> on_file_progress;   // within the present file
   std::function<void(int percent)> on_total_progress;  // of all bytes of the operation
   std::function<void(const std::string& name, const std::string& reason)> on_warning;
+  // Zipping: once for each entry, in the order of the archive.
+  std::function<void(const StoredFile&)> on_stored;
+  // Zipping: makes one more file when everything else is stored, since it may tell of it, and gives
+  // its path. There is no archive without it: any other status than kOk ends the operation.
+  std::function<FileStatus(std::string* path)> last_source;
 
   Operation current_operation() const { return operation_; }
 

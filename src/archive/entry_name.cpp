@@ -23,10 +23,10 @@ bool IsDeviceName(const std::string& component) {
          digit == "\u00B2" || digit == "\u00B3";
 }
 
-std::string WhyUnsafeComponent(const std::string& component) {
+// Why a component could be part of no path, whatever it is called there.
+std::string WhyHostile(const std::string& component) {
   if (component.empty()) return "an empty component";
   if (component == "." || component == "..") return "it leads out of the folder";
-  if (component.back() == '.' || component.back() == ' ') return "a blank or dot at a name's end";
   for (const char c : component) {
     if (static_cast<unsigned char>(c) < 0x20) return "a control character";
     if (c == ':') return "a colon";
@@ -34,6 +34,12 @@ std::string WhyUnsafeComponent(const std::string& component) {
       return "a character that no file name has";
     }
   }
+  return "";
+}
+
+// Why a component cannot be the name of a file.
+std::string WhyNoFileName(const std::string& component) {
+  if (component.back() == '.' || component.back() == ' ') return "a blank or dot at a name's end";
   if (IsDeviceName(component)) return "the name of a device";
   return "";
 }
@@ -64,13 +70,23 @@ bool MatchesPattern(std::string_view pattern, std::string_view text) {
 
 }  // namespace
 
-std::string WhyUnsafe(const std::string& name) {
+std::string WhyHostileName(const std::string& name) {
   const std::string path = WithoutBackslash(name);
   if (path.empty()) return "no name";
   if (path.front() == '\\') return "it stands on its own";
   if (!IsUtf8(path)) return "its letters cannot be read";
   for (const std::string& component : Split(path, "\\")) {
-    const std::string reason = WhyUnsafeComponent(component);
+    const std::string reason = WhyHostile(component);
+    if (!reason.empty()) return reason;
+  }
+  return "";
+}
+
+std::string WhyUnsafe(const std::string& name) {
+  std::string reason = WhyHostileName(name);
+  if (!reason.empty()) return reason;
+  for (const std::string& component : Split(WithoutBackslash(name), "\\")) {
+    reason = WhyNoFileName(component);
     if (!reason.empty()) return reason;
   }
   return "";

@@ -11,6 +11,9 @@ namespace quorvale::zip {
 // Why this entry may not become a file below a folder; "" if it may. Refused are names that climb
 // out ("..") or stand on their own ("\a", "C:a"), and those that a file of Windows cannot have.
 std::string WhyUnsafe(const std::string& name);
+// Of these reasons, the ones that hold whatever name the file gets instead: "" also for a name
+// that ends in a dot or blank or is that of a device.
+std::string WhyHostileName(const std::string& name);
 
 // The name of an entry for a source, without drive, or its last component only.
 std::string DefaultEntryName(const std::string& source, bool preserve_paths);

@@ -194,18 +194,23 @@ bool UnzipOperation::Exists(const std::string& path) { return files_.Stat(path).
 
 bool UnzipOperation::Wants(const Record& record) {
   const std::string reason = WhyUnsafe(record.name);
-  if (!reason.empty()) {
+  const auto refuse = [this, &record, &reason] {
     monitor_.Warn(record.name, "not a safe name: " + reason);
     return false;
-  }
+  };
+  const bool offered = archive_.offer_unusual_names && WhyHostileName(record.name).empty();
+  if (!reason.empty() && !offered) return refuse();
   if (record.IsFolder() && !archive_.preserve_paths) return false;
   const std::string name = archive_.preserve_paths ? record.name : FileNameOf(record.name);
   BeforeFile file;
   file.source = record.name;
   file.entry_name = record.name;
-  file.destination = WithBackslash(archive_.unzip_folder) + name;
+  const std::string by_its_name = WithBackslash(archive_.unzip_folder) + name;
+  file.destination = by_its_name;
   if (!monitor_.BeforeFile(&file) || file.exclude) return false;
   if (file.destination.empty()) return false;
+  // A name that no file can have may stand in an archive, as long as the file gets another one.
+  if (!reason.empty() && file.destination == by_its_name) return refuse();
   if (archive_.skip_existing && !record.IsFolder() && Exists(file.destination)) return false;
   Target target;
   target.destination = file.destination;

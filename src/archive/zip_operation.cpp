@@ -99,7 +99,7 @@ Result ZipOperation::Run() {
   for (const Source& source : sources) {
     if (!AddSource(source)) return FailureResult();
   }
-  if (!WriteAll()) return FailureResult();
+  if (!WriteAll() || !AddLastSource()) return FailureResult();
   if (records_.empty()) return Result::kFailed;
   if (!WriteDirectory() || !Check(output_.Finish())) return FailureResult();
   ReadBack read_back = {files_, system_, *workers_, monitor_};
@@ -150,6 +150,17 @@ std::vector<ZipOperation::Source> ZipOperation::FindSources() {
   }
   monitor_.BeginStage(total, 0, kPackedPercent);
   return sources;
+}
+
+bool ZipOperation::AddLastSource() {
+  if (!archive_.last_source || records_.empty()) return true;
+  std::string path;
+  if (!Check(archive_.last_source(&path))) return false;
+  const std::optional<FileInfo> info = files_.Stat(path);
+  if (!info || info->IsFolder()) return Check(FileStatus::kFailed);
+  const std::size_t others = records_.size();
+  if (!AddSource({path, *info}) || !WriteAll()) return false;
+  return records_.size() > others || Check(FileStatus::kFailed);
 }
 
 bool ZipOperation::AddSource(const Source& source) {
@@ -362,8 +373,16 @@ bool ZipOperation::WriteWhole(Block& block) {
       !Check(output_.Write(block.back.data(), block.back.size()))) {
     return false;
   }
-  records_.push_back(record);
+  Keep(member);
   return true;
+}
+
+void ZipOperation::Keep(const Member& member) {
+  const Record& record = member.record;
+  records_.push_back(record);
+  if (archive_.on_stored) {
+    archive_.on_stored({member.source, record.name, record.size, record.crc});
+  }
 }
 
 bool ZipOperation::BeginMember(Member& member) {
@@ -410,7 +429,7 @@ bool ZipOperation::EndMember(Member& member) {
                    : output_.Rewrite(record.offset, LocalHeader(record)))) {
     return false;
   }
-  records_.push_back(record);
+  Keep(member);
   return true;
 }
 

@@ -38,6 +38,7 @@ class ZipOperation {
   bool PassesAttributes(const FileInfo& info) const;
   // These return false when the operation is to end: after an abort, or when status_ tells why.
   bool AddSource(const Source& source);
+  bool AddLastSource();
   bool AddFolder(Source source, const std::string& name);
   bool AddFile(const Source& source, const std::string& name);
   bool AddLargeFile(std::shared_ptr<Member> member, InputFile& file, std::uint64_t size);
@@ -49,6 +50,8 @@ class ZipOperation {
   bool WriteOldest();
   bool WriteAll();
   bool Write(Block& block);
+  // Takes a member that is written into the directory, and tells of it.
+  void Keep(const Member& member);
   bool WriteWhole(Block& block);
   bool WritePiece(Block& block);
   bool BeginMember(Member& member);

@@ -42,6 +42,68 @@ TEST_F(ArchiveTest, WhatWasZippedComesBackAsItWas) {
   }
 }
 
+TEST_F(ArchiveTest, EachEntryIsToldAsItIsStored) {
+  AddSource("C:\\a.txt", "123456789");
+  const std::string large = Prose(3'000'000);
+  AddSource("C:\\large.txt", large);
+  archive.files_to_process.push_back("C:\\gone.txt");
+  std::vector<std::string> told;
+  std::vector<std::uint32_t> crcs;
+  archive.on_before_file = [](BeforeFile& file) { file.entry_name = "x\\" + file.entry_name; };
+  archive.on_stored = [&](const zip::StoredFile& file) {
+    told.push_back(file.source + " as " + file.entry_name + ", " + std::to_string(file.size));
+    crcs.push_back(file.crc);
+  };
+  ASSERT_EQ(archive.Zip(), Result::kWarnings);
+  EXPECT_EQ(told, (std::vector<std::string>{"C:\\a.txt as x\\a.txt, 9",
+                                            "C:\\large.txt as x\\large.txt, 3000000"}));
+  const std::vector<Entry> entries = ListAll();
+  ASSERT_EQ(entries.size(), 2u);
+  EXPECT_EQ(crcs, (std::vector<std::uint32_t>{0xCBF43926, entries[1].crc}));
+}
+
+TEST_F(ArchiveTest, TheLastSourceIsMadeWhenAllElseIsStored) {
+  AddSource("C:\\a.txt", "first");
+  AddSource("C:\\b.txt", Prose(2'000'000));
+  std::string told;
+  archive.on_stored = [&](const zip::StoredFile& file) { told += file.entry_name + ";"; };
+  archive.last_source = [&](std::string* path) {
+    *path = "C:\\list.txt";
+    files.Put(*path, told, 32, kModified);
+    return FileStatus::kOk;
+  };
+  ASSERT_EQ(archive.Zip(), Result::kDone);
+  EXPECT_EQ(told, "a.txt;b.txt;list.txt;");
+  ASSERT_EQ(UnzipAll(), Result::kDone);
+  EXPECT_EQ(files.Bytes("C:\\Back\\list.txt"), "a.txt;b.txt;");
+}
+
+TEST_F(ArchiveTest, WithoutItsLastSourceThereIsNoArchive) {
+  AddSource("C:\\a.txt", "first");
+  archive.last_source = [](std::string*) { return FileStatus::kNoSpace; };
+  EXPECT_EQ(archive.Zip(), Result::kNoSpace);
+  archive.last_source = [](std::string* path) {
+    *path = "C:\\not there";
+    return FileStatus::kOk;
+  };
+  EXPECT_EQ(archive.Zip(), Result::kFailed);
+  EXPECT_FALSE(files.Stat("C:\\Out\\a.obk"));
+}
+
+TEST_F(ArchiveTest, AnEntryThatNoFileCanBeNamedAfterComesOutUnderAnotherName) {
+  ASSERT_EQ(ZipNames({"Acme Inc.\\a.txt", "con\\b.txt", "..\\c.txt"}), Result::kDone);
+  archive.offer_unusual_names = true;
+  archive.on_before_file = [](BeforeFile& file) {
+    if (file.entry_name.ends_with("a.txt")) file.destination = "C:\\Back\\a.txt";
+    if (file.entry_name.ends_with("c.txt")) file.destination = "C:\\Back\\c.txt";
+  };
+  EXPECT_EQ(UnzipAll(), Result::kWarnings);
+  archive.on_before_file = nullptr;
+  EXPECT_EQ(files.Bytes("C:\\Back\\a.txt"), "content of Acme Inc.\\a.txt");
+  EXPECT_EQ(warnings, (Names{"con\\b.txt", "..\\c.txt"}));
+  EXPECT_FALSE(files.Stat("C:\\Back\\c.txt"));
+}
+
 TEST_F(ArchiveTest, TheSameArchiveIsMadeWithAnyNumberOfWorkers) {
   std::string first;
   for (const int threads : {0, 1, 2, 5}) {
