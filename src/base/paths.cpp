@@ -31,6 +31,14 @@ std::string WithoutLastFour(const std::string& name) {
   return name.size() < 4 ? std::string() : name.substr(0, name.size() - 4);
 }
 
+std::string NumberedName(const std::string& path, unsigned number) {
+  const size_t name = path.rfind('\\') == std::string::npos ? 0 : path.rfind('\\') + 1;
+  const size_t dot = path.rfind('.');
+  // A name that only begins with a dot has no extension.
+  const size_t end = dot == std::string::npos || dot <= name ? path.size() : dot;
+  return path.substr(0, end) + "_" + std::to_string(number) + path.substr(end);
+}
+
 bool IsNetworkPath(const std::string& path) { return path.starts_with("\\\\"); }
 
 std::string DriveOf(const std::string& path) {

@@ -17,6 +17,9 @@ std::string WithoutBackslash(const std::string& path);
 std::string CollapseBackslashes(const std::string& path);
 // The text without its last four characters (an extension such as ".obk"); "" if it is shorter.
 std::string WithoutLastFour(const std::string& name);
+// The name with a number before its extension: "mail.pst" and 2 give "mail_2.pst". The folders of a
+// path are left alone.
+std::string NumberedName(const std::string& path, unsigned number);
 // True for "\\server\share...".
 bool IsNetworkPath(const std::string& path);
 // What free space is asked for: the whole text of a network path, else its first two characters.

@@ -3,10 +3,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/paths.h"
+#include "core/program/ModGlobal.h"
+
 namespace quorvale {
 
 BackupFile::BackupFile(Program& program, std::string path, std::string password)
-    : path_(std::move(path)), password_(std::move(password)), archive_(program.platform()) {}
+    : program_(program),
+      path_(std::move(path)),
+      password_(std::move(password)),
+      archive_(program.platform()) {}
 
 void BackupFile::SetUp() {
   archive_.ResetDefaults();
@@ -49,6 +55,28 @@ zip::Result BackupFile::ExtractAs(const std::string& member, const std::string& 
   archive_.on_before_file = nullptr;
   if (result == zip::Result::kDone && !found) return zip::Result::kFailed;
   return result;
+}
+
+FoundTable BackupFile::Table() {
+  FoundTable found;
+  std::vector<zip::Entry> entries;
+  if (Members(&entries) != zip::Result::kDone) return found;
+  const auto entry = std::find_if(entries.begin(), entries.end(), [](const zip::Entry& e) {
+    return !e.is_folder && !StemOfTableEntry(e.name).empty();
+  });
+  if (entry == entries.end()) return found;
+  found.is_there = true;
+  Files& files = program_.platform().files;
+  const std::string folder = TempXmlFolder(program_);
+  const bool is_ours = program_.files().FolderExists(folder);
+  program_.files().MakeFolderChain(folder);
+  const std::string copy = folder + "\\" + FileNameOf(entry->name);
+  if (ExtractAs(entry->name, copy) == zip::Result::kDone)
+    found.table = ReadMemberTable(files, copy);
+  // What stays here is overwritten by the next one.
+  files.RemoveFile(copy, true);
+  if (!is_ours) files.RemoveFolder(folder, true);
+  return found;
 }
 
 zip::Archive& BackupFile::Unpacker(const std::string& folder) {

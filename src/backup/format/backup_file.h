@@ -4,13 +4,21 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "archive/archive.h"
+#include "backup/format/member_table.h"
 #include "core/program/program.h"
 
 namespace quorvale {
+
+// What a backup file has of a member table.
+struct FoundTable {
+  bool is_there = false;
+  std::shared_ptr<const MemberTable> table;  // null also for one that cannot be read
+};
 
 class BackupFile {
  public:
@@ -30,6 +38,9 @@ class BackupFile {
   // Writes one member to this very path, whatever letters its name has in the archive. kFailed if
   // there is no such member.
   zip::Result ExtractAs(const std::string& member, const std::string& target);
+  // The member table, whatever the file is called now. It is unpacked to the program's own folder
+  // for temporary files, read and removed.
+  FoundTable Table();
   // The component, set up to unzip below a folder: the caller names the members, sets the events
   // and calls Unzip. It is the file's own and lives as long.
   zip::Archive& Unpacker(const std::string& folder);
@@ -37,6 +48,7 @@ class BackupFile {
  private:
   void SetUp();
 
+  Program& program_;
   std::string path_;
   std::string password_;
   zip::Archive archive_;

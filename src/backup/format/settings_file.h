@@ -43,6 +43,10 @@ bool ParseSettings(std::string_view text, SettingsFile* settings);
 // The same from a file in the system's code page. False also if it is missing.
 bool ReadSettingsFile(Program& program, const std::string& path, SettingsFile* settings);
 
+// An item's key as the file of a backup has it: an Outlook store without a file of its own gets a
+// name in place of a key.
+std::string SettingsKey(const std::string& path, const std::string& key);
+
 // Where the settings file of the present job lies in its staging folder.
 std::string StagedSettingsPath(const std::string& stage, const Program& program);
 

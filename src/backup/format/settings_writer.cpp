@@ -68,6 +68,11 @@ bool RemoveOld(Program& program, const std::string& path) {
 
 }  // namespace
 
+std::string SettingsKey(const std::string& path, const std::string& key) {
+  const bool is_outlook = Contains(path, PathPrefix(ProductId::kMicrosoftOutlook));
+  return key.empty() && is_outlook ? kExchangeMails : key;
+}
+
 std::string StagedSettingsPath(const std::string& stage, const Program& program) {
   const Session& session = program.session();
   return WithBackslash(stage) + WithoutLastFour(session.gBackupFileName) + session.gUniqueSuffix +

@@ -30,6 +30,7 @@ struct PhaseLook {
   const char* item_words;  // before the path of an item
 };
 constexpr PhaseLook kPhaseLooks[] = {
+    {BackupPhase::kPlanning, 0, "Looking for the selected files...", ""},
     {BackupPhase::kWindowsMail, 20, "Taking Backup of Windows Mail Items...",
      "Windows Mail Items..."},
     {BackupPhase::kOutlookExpress, 20, "Taking Backup of Outlook Express Items...",

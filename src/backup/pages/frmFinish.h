@@ -36,19 +36,19 @@ class frmFinish : public ui::Form, public RunPage {
   void BackupInternetExplorerItems() { run.BackupInternetExplorerItems(); }
   void BackupOtherItems() { run.BackupOtherItems(); }
   void BackupWindowsMailItem(const std::string& key, const std::string& path) {
-    run.BackupMailItem(key, path);
+    run.BackupItemOf(key, path);
   }
   void BackupOutlookExpressItem(const std::string& key, const std::string& path) {
-    run.BackupMailItem(key, path);
+    run.BackupItemOf(key, path);
   }
   void BackupOutlookItem(const std::string& key, const std::string& path) {
-    run.BackupMailItem(key, path);
+    run.BackupItemOf(key, path);
   }
   void BackupInternetExplorerItem(const std::string& key, const std::string& path) {
-    run.BackupMailItem(key, path);
+    run.BackupItemOf(key, path);
   }
-  void BackupOtherItem(const std::string& key, const std::string& path, bool is_file) {
-    run.BackupOtherItem(key, path, is_file);
+  void BackupOtherItem(const std::string& key, const std::string& path, bool /*is_file*/) {
+    run.BackupItemOf(key, path);
   }
   void ExportRegistryKey(const std::string& folder, const std::string& leaf,
                          const std::string& key) {

@@ -16,7 +16,11 @@ constexpr char kSearchService[] = "WSearch";
 BackupResult BackupRun::MakeArchive(const std::string& stage_path) {
   ApplyArchiveSettings(stage_path);
   AddSettingsFile(stage_path);
+  stored_.clear();
+  // What was not planned, the table could not tell of.
+  if (plan_) archive.last_source = [this](std::string* path) { return WriteTable(path); };
   component_ = Zip();
+  archive.last_source = nullptr;
   if (component_ == zip::Result::kDone || component_ == zip::Result::kWarnings) {
     archive_made_ = true;
   }
@@ -45,7 +49,73 @@ void BackupRun::ApplyArchiveSettings(const std::string& stage_path) {
 
 void BackupRun::AddSettingsFile(const std::string& stage_path) {
   const std::string source = StagedSettingsPath(stage_path, program_);
-  Add(source, WithBackslash(EntryNameBelow(job().gBackupFolder, stage_path)) + FileNameOf(source));
+  const std::string folder = WithBackslash(EntryNameBelow(job().gBackupFolder, stage_path));
+  if (!state().gFileCollection.Add({source, folder + FileNameOf(source)})) return;
+  archive.files_to_process.push_back(source);
+}
+
+void BackupRun::NoteStored(const zip::StoredFile& file) {
+  const std::string key = file.source.ends_with('\\') ? file.source + "*.*" : file.source;
+  const std::optional<size_t> place = state().gFileCollection.Find(key);
+  if (!place) return;
+  if (stored_.size() <= *place) stored_.resize(*place + 1);
+  stored_[*place] = {.is_stored = true, .crc = file.crc, .size = file.size};
+}
+
+FileStatus BackupRun::WriteTable(std::string* path) {
+  const std::string& stage = state().gBackupBasePath;
+  const std::string stem = WithoutBackslash(EntryNameBelow(job().gBackupFolder, stage));
+  *path = TableEntryName(stage);
+  FileStatus status = FileStatus::kOk;
+  const std::unique_ptr<OutputFile> file = program_.platform().files.Create(*path, &status);
+  if (file == nullptr) return status == FileStatus::kOk ? FileStatus::kFailed : status;
+  MemberTableWriter writer(*file);
+  status = writer.Begin(stem);
+  if (status == FileStatus::kOk) status = WriteTableRows(writer);
+  if (status == FileStatus::kOk) status = file->Close();
+  state().gFileCollection.Add({*path, TableEntryName(stem)});
+  return status;
+}
+
+FileStatus BackupRun::WriteTableRows(MemberTableWriter& writer) {
+  const std::vector<PlannedItem>& items = plan_->items;
+  FileStatus status = FileStatus::kOk;
+  for (const PlannedItem& item : items) {
+    if (status == FileStatus::kOk)
+      status = writer.Item({item.path, SettingsKey(item.path, item.key)});
+  }
+  for (size_t i = 0; i < items.size() && status == FileStatus::kOk; ++i) {
+    status = WriteItemRows(writer, static_cast<std::uint32_t>(i));
+  }
+  return status == FileStatus::kOk ? writer.End() : status;
+}
+
+FileStatus BackupRun::WriteItemRows(MemberTableWriter& writer, std::uint32_t number) {
+  const PlannedItem& item = plan_->items[number];
+  FileStatus status = FileStatus::kOk;
+  for (const PlannedMember& member : item.members) {
+    const FileArr& file = state().gFileCollection.At(member.file);
+    const Stored stored = member.file < stored_.size() ? stored_[member.file] : Stored();
+    if (stored.is_stored) {
+      std::string entry = file.DestFilePath;
+      if (entry.ends_with("\\*.*")) entry.resize(entry.size() - 4);
+      status = writer.Member({member.kind, number, stored.size, stored.crc, entry, member.inner});
+    } else {
+      const std::string& source = member.original.empty() ? file.SourceFilePath : member.original;
+      const bool is_there = program_.platform().files.Stat(source).has_value();
+      status = writer.Gap(
+          {number, is_there ? gap_reason::kUnreadable : gap_reason::kMissing, member.inner});
+    }
+    if (status != FileStatus::kOk) return status;
+  }
+  for (const PlannedGap& gap : item.gaps) {
+    status = writer.Gap({number, gap.reason, gap.inner});
+    if (status != FileStatus::kOk) return status;
+  }
+  const bool is_lost = item.kind != ItemEntry::Kind::kNone && item.members.empty() &&
+                       item.gaps.empty() && (!item.is_taken || !item.is_there);
+  if (!is_lost) return FileStatus::kOk;
+  return writer.Gap({number, item.is_taken ? gap_reason::kMissing : gap_reason::kNotInstalled, ""});
 }
 
 zip::Result BackupRun::Zip() {

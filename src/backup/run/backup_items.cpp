@@ -1,4 +1,4 @@
-// The items of a backup: which sources an item stands for, and where each goes in the archive.
+// The items of a backup: the plan is carried out, kind by kind.
 #include "backup/run/backup_run.h"
 #include "base/paths.h"
 #include "base/text.h"
@@ -10,72 +10,99 @@ namespace {
 // The registry editor gets this long to start before the next item.
 constexpr int kExportPause = 100;  // milliseconds
 
-// A Zip entry's name has a length field of 16 bits.
-constexpr size_t kLongestEntryName = 65535;
-
-std::string AllOf(const std::string& folder) { return WithBackslash(folder) + "*.*"; }
-
-bool CanBeEntryName(const std::string& name) {
-  return name.size() <= kLongestEntryName && IsUtf8(name);
-}
+constexpr char kExportEnd[] = ".reg";
 
 }  // namespace
 
+void BackupRun::MakePlan() {
+  program_.session().gFileCollection.Clear();
+  plan_ = PlanBackup(
+      program_, [this](BackupPhase phase) { return PhaseApplies(phase); },
+      [this] { return KeepGoing(); });
+}
+
 // --- The kinds ----------------------------------------------------------------------------------
 
-void BackupRun::BackupWindowsMailItems() { RunKind(BackupPhase::kWindowsMail, "Windows Mail\\"); }
+void BackupRun::BackupWindowsMailItems() { RunKind(BackupPhase::kWindowsMail); }
 
-void BackupRun::BackupOutlookExpressItems() {
-  RunKind(BackupPhase::kOutlookExpress, "Outlook Express\\");
-}
+void BackupRun::BackupOutlookExpressItems() { RunKind(BackupPhase::kOutlookExpress); }
 
-void BackupRun::BackupOutlookItems() { RunKind(BackupPhase::kOutlook, "Microsoft Outlook\\"); }
+void BackupRun::BackupOutlookItems() { RunKind(BackupPhase::kOutlook); }
 
-void BackupRun::BackupInternetExplorerItems() {
-  RunKind(BackupPhase::kBrowser, "Internet Explorer\\");
-}
+void BackupRun::BackupInternetExplorerItems() { RunKind(BackupPhase::kBrowser); }
 
-void BackupRun::RunKind(BackupPhase phase, const char* root) {
-  // By number: a page of the next job may commit while messages are handled.
-  for (size_t i = 0; i < job().gBackupItemPaths.size(); ++i) {
-    if (!KeepGoing() || i >= job().gBackupItemPaths.size()) return;
-    const std::string path = job().gBackupItemPaths[i];
-    if (!path.starts_with(root)) continue;
-    const std::string key = KeyOf(i);
-    const BackupItem item{phase, path, key};
-    if (events_.item) events_.item(item);
-    BackupMailItem(key, path);
-    if (events_.item_done) events_.item_done(item);
+void BackupRun::BackupOtherItems() { RunKind(BackupPhase::kOtherFiles); }
+
+void BackupRun::RunKind(BackupPhase phase) {
+  if (!plan_) MakePlan();
+  for (const PlannedItem& item : plan_->items) {
+    if (!KeepGoing()) return;
+    if (item.phase != phase) continue;
+    if (phase == BackupPhase::kOtherFiles) {
+      RunOtherItem(item);
+      continue;
+    }
+    const BackupItem told{phase, item.path, item.key};
+    if (events_.item) events_.item(told);
+    TakeItem(item);
+    if (events_.item_done) events_.item_done(told);
   }
 }
 
-std::string BackupRun::KeyOf(size_t index) const {
-  return index < job().gBackupItemKeys.size() ? job().gBackupItemKeys[index] : "";
-}
-
-// The kinds differ in their entry names alone.
-void BackupRun::BackupMailItem(const std::string& key, const std::string& path) {
-  const ItemEntry entry = PrepareTarget(key, path);
-  switch (entry.kind) {
-    case ItemEntry::Kind::kNone:
-      return;
-    case ItemEntry::Kind::kRegistry:
-      return ExportItem(path, key);
-    case ItemEntry::Kind::kFolder:
-      return TakeFolder(key, mTargetFolder);
-    case ItemEntry::Kind::kFile:
-      break;
+void BackupRun::BackupItemOf(const std::string& key, const std::string& path) {
+  if (!plan_) MakePlan();
+  for (const PlannedItem& item : plan_->items) {
+    if (item.key != key || item.path != path) continue;
+    if (item.phase == BackupPhase::kOtherFiles) return RunOtherItem(item);
+    return TakeItem(item);
   }
-  const auto info = program_.platform().files.Stat(key);
-  if (!info || info->IsFolder()) return;
-  HandOver(CollapseBackslashes(key), mTargetFolder + info->name);
 }
 
-ItemEntry BackupRun::PrepareTarget(const std::string& key, const std::string& path) {
-  const ItemEntry entry = EntryOfItem(path, key, os_name());
-  mTargetFolder = CollapseBackslashes(state().gBackupBasePath + "\\" + entry.folder + "\\");
+void BackupRun::RunOtherItem(const PlannedItem& item) {
+  if (item.kind == ItemEntry::Kind::kFile) {
+    CheckAddedFile(item.key);
+  } else if (Contains(item.key, "\\") &&
+             (!item.is_there || !program_.platform().files.Stat(item.key))) {
+    mSkipped.push_back(item.key);
+    return;
+  }
+  if (item.kind == ItemEntry::Kind::kNone) return;
+  if (events_.item) events_.item({BackupPhase::kOtherFiles, item.path, item.key});
+  TakeItem(item);
+}
+
+void BackupRun::CheckAddedFile(const std::string& path) {
+  if (!program_.platform().files.Stat(path)) mSkipped.push_back(path);
+}
+
+// The item's folder is made in any case, also for a group.
+void BackupRun::TakeItem(const PlannedItem& item) {
+  mTargetFolder = item.target;
   MakeFolder(mTargetFolder);
-  return entry;
+  for (const PlannedGap& gap : item.gaps) mSkipped.push_back(gap.source);
+  for (const PlannedMember& member : item.members) {
+    if (!KeepGoing()) return;
+    TakeMember(item, member);
+  }
+}
+
+void BackupRun::TakeMember(const PlannedItem& item, const PlannedMember& member) {
+  if (member.is_shared) return;
+  const FileArr& file = state().gFileCollection.At(member.file);
+  mSourcePath = member.is_staged ? member.original : file.SourceFilePath;
+  mEntryName = file.DestFilePath;
+  if (member.kind == TableMember::Kind::kRegistry) {
+    const std::string leaf = FileNameOf(file.SourceFilePath);
+    const std::string folder = ParentFolder(file.SourceFilePath);
+    if (!EqualsNoCase(WithBackslash(folder), mTargetFolder)) MakeFolder(WithBackslash(folder));
+    ExportRegistryKey(folder, leaf.substr(0, leaf.size() - (sizeof kExportEnd - 1)), item.key);
+    program_.platform().system.Sleep(kExportPause);
+  } else if (member.is_staged) {
+    CopyFileToStage(member.original, file.SourceFilePath);
+  } else if (item.phase == BackupPhase::kOtherFiles && item.kind == ItemEntry::Kind::kFile) {
+    TellFile(file.SourceFilePath);
+  }
+  Add(member.file);
 }
 
 // What stands behind the last "\" is a file's name, not a folder to make.
@@ -86,121 +113,26 @@ bool BackupRun::MakeFolder(const std::string& path) {
   return false;
 }
 
-void BackupRun::ExportItem(const std::string& path, const std::string& key) {
-  ExportRegistryKey(mTargetFolder, FileNameOf(path), key);
-  program_.platform().system.Sleep(kExportPause);
-  Add(mExportFile, EntryNameBelow(job().gBackupFolder, mExportFile));
-}
-
 void BackupRun::ExportRegistryKey(const std::string& folder, const std::string& leaf,
                                   const std::string& key) {
   const std::string name = ExportFileName(leaf);
   mExportFile = WithBackslash(folder) + name;
-  // Of two exports into one file the later one is to win, so the earlier one has to be over.
-  if (!state().gFileCollection.FindStagedDest(mExportFile).empty()) {
-    program_.registry_editor().WaitForRuns();
-  }
   const std::string short_folder = program_.platform().files.ShortPath(WithoutBackslash(folder));
   program_.registry_editor().Export(WithBackslash(short_folder) + name, key,
                                     os_name() == kWindowsVista);
-}
-
-void BackupRun::BackupOtherItems() {
-  for (size_t i = 0; i < job().gBackupItemPaths.size(); ++i) {
-    if (!KeepGoing() || i >= job().gBackupItemPaths.size()) return;
-    BackupListedItem(i);
-  }
-}
-
-void BackupRun::BackupListedItem(size_t index) {
-  const std::string path = job().gBackupItemPaths[index];
-  const std::string key = KeyOf(index);
-  if (path.starts_with("Add More Files")) {
-    if (Contains(key, "\\")) CheckAddedFile(key);
-    BackupOtherItem(key, path, true);
-  } else if (path.starts_with("Other Files") || path.starts_with("Add Other Folders")) {
-    if (Contains(key, "\\") && !program_.platform().files.Stat(key)) {
-      mSkipped.push_back(key);
-    } else {
-      BackupOtherItem(key, path, false);
-    }
-  }
-}
-
-void BackupRun::CheckAddedFile(const std::string& path) {
-  if (!program_.platform().files.Stat(path)) mSkipped.push_back(path);
-}
-
-void BackupRun::BackupOtherItem(const std::string& key, const std::string& path, bool is_file) {
-  if (EntryOfItem(path, key, os_name()).kind == ItemEntry::Kind::kNone) return;
-  PrepareTarget(key, path);
-  if (events_.item) events_.item({BackupPhase::kOtherFiles, path, key});
-  if (is_file) {
-    TellFile(key);
-    HandOver(CollapseBackslashes(key), mTargetFolder + FileNameOf(key));
-  } else {
-    TakeFolder(key, mTargetFolder);
-  }
 }
 
 void BackupRun::TellFile(const std::string& source) {
   if (events_.file) events_.file(source);
 }
 
-// --- Files and folders --------------------------------------------------------------------------
-
-void BackupRun::TakeFolder(const std::string& source, const std::string& target) {
-  const std::string folder = WithBackslash(CollapseBackslashes(source));
-  const auto stopping = [this] { return !KeepGoing(); };
-  for (const DeepEntry& element : program_.files().ListFilesDeep(folder, "*.*", stopping)) {
-    if (!KeepGoing()) return;
-    // The staging folder may lie inside of what is backed up.
-    if (IsInStage(element.path)) continue;
-    const std::string relative =
-        element.path.size() > folder.size() ? element.path.substr(folder.size()) : "";
-    if (element.is_folder) {
-      TakeSubfolder(element.path, target + relative);
-    } else {
-      HandOver(element.path, target + relative);
-    }
-  }
-}
-
-void BackupRun::TakeSubfolder(const std::string& folder, const std::string& target) {
-  if (state().gFileCollection.FindStagedDest(AllOf(folder)).empty()) {
-    Add(AllOf(folder), EntryNameBelow(job().gBackupFolder, AllOf(target)));
-  } else {
-    program_.files().MakeFolderChain(WithoutBackslash(target));
-  }
-}
-
-void BackupRun::HandOver(const std::string& source, const std::string& target) {
-  mSourcePath = source;
-  mEntryName = EntryNameBelow(job().gBackupFolder, target);
-  const std::string staged = state().gFileCollection.FindStagedDest(source);
-  if (staged == mEntryName) return;
-  if (staged.empty()) return Add(source, mEntryName);
-  // Selected under another item already: a copy stands for the file here.
-  CopyFileToStage(source, target);
-  Add(CollapseBackslashes(target), mEntryName);
-}
-
-void BackupRun::Add(const std::string& source, const std::string& entry_name) {
-  if (!CanBeEntryName(entry_name)) {
-    mSkipped.push_back(source);
-    return;
-  }
-  if (!state().gFileCollection.Add({source, entry_name})) return;
+void BackupRun::Add(std::uint32_t file) {
+  const std::string& source = state().gFileCollection.At(file).SourceFilePath;
   const bool is_folder = source.ends_with("\\*.*");
   archive.files_to_process.push_back(is_folder ? WithoutLastFour(source) + "\\" : source);
 }
 
-bool BackupRun::IsInStage(const std::string& path) {
-  const std::string stage = CollapseBackslashes(state().gBackupBasePath);
-  if (stage.empty() || path.size() < stage.size()) return false;
-  if (path.size() > stage.size() && path[stage.size()] != '\\') return false;
-  return EqualsNoCase(path.substr(0, stage.size()), stage);
-}
+// --- Copies -------------------------------------------------------------------------------------
 
 std::string BackupRun::ModifiedText(const std::string& path) {
   const auto info = program_.platform().files.Stat(path);

@@ -6,14 +6,9 @@
 #include "backup/format/settings_file.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
+#include "discovery/products/outlook_places.h"
 
 namespace quorvale {
-namespace {
-
-constexpr char kOutlookProgram[] =
-    "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\OUTLOOK.EXE";
-
-}  // namespace
 
 // A phase that does not apply is not told either.
 struct BackupRun::Phase {
@@ -23,6 +18,7 @@ struct BackupRun::Phase {
 };
 
 const BackupRun::Phase BackupRun::kPhases[] = {
+    {BackupPhase::kPlanning, &BackupRun::MakePlan, nullptr},
     {BackupPhase::kWindowsMail, &BackupRun::BackupWindowsMailItems, &BackupRun::HasWindowsMail},
     {BackupPhase::kOutlookExpress, &BackupRun::BackupOutlookExpressItems, nullptr},
     {BackupPhase::kOutlook, &BackupRun::RunOutlookPhase, nullptr},
@@ -38,6 +34,7 @@ BackupRun::BackupRun(Program& program, BackupEvents events)
 }
 
 void BackupRun::ListenToArchive() {
+  archive.on_stored = [this](const zip::StoredFile& file) { NoteStored(file); };
   archive.on_before_file = [this](zip::BeforeFile& file) { NameEntry(file); };
   archive.on_file_progress = [this](int percent) {
     if (events_.archive_percent) events_.archive_percent(percent);
@@ -69,7 +66,7 @@ BackupResult BackupRun::Run() {
 
 void BackupRun::Begin() {
   archive.ResetDefaults();
-  state().gFileCollection.Clear();
+  plan_.reset();
   mSkipped.clear();
   component_.reset();
   archive_made_ = false;
@@ -93,10 +90,14 @@ BackupResult BackupRun::Result() {
 bool BackupRun::HasWindowsMail() const { return os_name() == kWindowsVista; }
 
 // Without Outlook there is nothing to take of it, whatever is ticked.
+bool BackupRun::PhaseApplies(BackupPhase phase) {
+  if (phase == BackupPhase::kWindowsMail) return HasWindowsMail();
+  if (phase != BackupPhase::kOutlook) return true;
+  return program_.registry().store().KeyExists(RegistryRoot::kLocalMachine, kOutlookProgramKey);
+}
+
 void BackupRun::RunOutlookPhase() {
-  if (program_.registry().store().KeyExists(RegistryRoot::kLocalMachine, kOutlookProgram)) {
-    BackupOutlookItems();
-  }
+  if (PhaseApplies(BackupPhase::kOutlook)) BackupOutlookItems();
 }
 
 void BackupRun::Settle() { program_.registry_editor().WaitForRuns(); }

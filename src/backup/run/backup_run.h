@@ -12,20 +12,11 @@
 #include <vector>
 
 #include "archive/archive.h"
-#include "backup/format/archive_layout.h"
+#include "backup/format/member_table.h"
+#include "backup/run/backup_plan.h"
 #include "core/program/program.h"
 
 namespace quorvale {
-
-enum class BackupPhase {
-  kWindowsMail,
-  kOutlookExpress,
-  kOutlook,
-  kBrowser,
-  kOtherFiles,
-  kSettling,  // what the registry editor still writes is waited for
-  kArchive,
-};
 
 enum class BackupOutcome {
   kDone,
@@ -87,9 +78,9 @@ class BackupRun {
   void BackupOutlookItems();
   void BackupInternetExplorerItems();
   void BackupOtherItems();
-  // One item of a mail program or the browser, by the key and the tree path of the selection.
-  void BackupMailItem(const std::string& key, const std::string& path);
-  void BackupOtherItem(const std::string& key, const std::string& path, bool is_file);
+  // One item, by the key and the tree path of the selection. Another than those of the plan is
+  // passed over.
+  void BackupItemOf(const std::string& key, const std::string& path);
 
   // Starts the registry editor's export of a key into a folder; mExportFile receives the path. The
   // editor is not waited for.
@@ -111,7 +102,7 @@ class BackupRun {
 
   std::string mTargetFolder;          // the item's folder below the staging folder
   std::string mSourcePath;            // the present source
-  std::string mEntryName;             // the entry name under construction
+  std::string mEntryName;             // its entry name
   std::string mExportFile;            // the last registry export
   std::vector<std::string> mSkipped;  // sources that were not there when they were reached
 
@@ -133,30 +124,40 @@ class BackupRun {
   void Settle();
   void RunArchivePhase();
 
-  void RunKind(BackupPhase phase, const char* root);
-  void BackupListedItem(size_t index);
-  std::string KeyOf(size_t index) const;
-  ItemEntry PrepareTarget(const std::string& key, const std::string& path);
+  void RunKind(BackupPhase phase);
+  bool PhaseApplies(BackupPhase phase);
+  void MakePlan();
+  void RunOtherItem(const PlannedItem& item);
+  void TakeItem(const PlannedItem& item);
+  void TakeMember(const PlannedItem& item, const PlannedMember& member);
   bool MakeFolder(const std::string& path);
-  void ExportItem(const std::string& path, const std::string& key);
-  void TakeFolder(const std::string& source, const std::string& target);
-  void TakeSubfolder(const std::string& folder, const std::string& target);
-  // Hands a file to the archive component under the entry name that belongs to `target`.
-  void HandOver(const std::string& source, const std::string& target);
-  // Hands over a source that has no entry yet; a folder's ends in "*.*".
-  void Add(const std::string& source, const std::string& entry_name);
-  bool IsInStage(const std::string& path);
+  // Hands a planned source to the archive component.
+  void Add(std::uint32_t file);
   std::string ModifiedText(const std::string& path);
   void TellFile(const std::string& source);
 
   void ApplyArchiveSettings(const std::string& stage_path);
   void AddSettingsFile(const std::string& stage_path);
+  // The member table, which is written when all else is stored.
+  FileStatus WriteTable(std::string* path);
+  FileStatus WriteTableRows(MemberTableWriter& writer);
+  FileStatus WriteItemRows(MemberTableWriter& writer, std::uint32_t number);
+  void NoteStored(const zip::StoredFile& file);
   zip::Result Zip();
   void NameEntry(zip::BeforeFile& file);
   void RemoveStage();
 
+  // What became of a file of the collection.
+  struct Stored {
+    bool is_stored = false;
+    std::uint32_t crc = 0;
+    std::uint64_t size = 0;
+  };
+
   Program& program_;
   BackupEvents events_;
+  std::optional<BackupPlan> plan_;
+  std::vector<Stored> stored_;            // by the place in gFileCollection
   std::optional<zip::Result> component_;  // of the last attempt
   bool archive_made_ = false;             // an attempt of this run was good
 };

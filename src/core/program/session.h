@@ -5,8 +5,10 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/shell.h"
@@ -26,11 +28,16 @@ class FileCollection {
   bool Add(const FileArr& file);
   // The destination of a source path, or "".
   std::string FindStagedDest(const std::string& source) const;
-  size_t Count() const { return by_source_.size(); }
-  void Clear() { by_source_.clear(); }
+  // The place of a source path in the order in which the files were added.
+  std::optional<size_t> Find(const std::string& source) const;
+  const FileArr& At(size_t place) const { return files_[place]; }
+  size_t Count() const { return files_.size(); }
+  void Clear();
 
  private:
-  std::map<std::string, std::string> by_source_;
+  std::vector<FileArr> files_;
+  // By the hash of the source path: the path itself is not held twice.
+  std::unordered_multimap<size_t, std::uint32_t> places_;
 };
 
 // The item of the backup that a node of the restore's tree stands for, as the settings file holds
@@ -119,6 +126,9 @@ struct RestoreJob {
   std::string gRestoreProcessName;
   std::string gRestoreProcessDesc;
   std::string gRestoreFilePath;
+  // The name that the backup was made under, where its file has another one by now and the user
+  // wants to go on with it; else "".
+  std::string backup_stem;
   std::string gRestoreFolder;
   std::string gRestorePassword;
   std::string gRestoreLogDetails;

@@ -175,6 +175,7 @@ void frmROne::cmdselectfolder_Click() {
 void frmROne::SaveRestoreSession() {
   Session& session = app_.session();
   session.gRestoreFilePath = txtpath.text;
+  session.backup_stem.clear();
   session.gBackupFileName = txtpath.text;
   session.gRestorePassword = txtDefaultPassword.text;
   session.gRestoreFolder = txtRestore.text;

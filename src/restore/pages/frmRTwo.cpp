@@ -16,6 +16,7 @@
 #include "discovery/products/watched_programs.h"
 #include "restore/pages/frmROne.h"
 #include "restore/pages/restore_tree.h"
+#include "restore/run/restore_places.h"
 #include "restore/run/restore_selection.h"
 
 namespace quorvale {
@@ -25,8 +26,6 @@ constexpr int kSpace = 32;
 constexpr char kFolderPrompt[] = "&Select a directory for Backup:";
 constexpr char kSkipsDefault[] =
     "Skiping of Default Profile may get ambigues recovery of Microsoft Outlook setting";
-
-std::string BaseNameOf(const std::string& archive) { return WithoutLastFour(FileNameOf(archive)); }
 
 bool IsDefaultProfile(const ui::TreeNode& node) {
   return node.Parent() != nullptr && Contains(node.Parent()->Text(), "Identities") &&
@@ -123,13 +122,24 @@ void frmRTwo::Command2_Click() {
     app_.Inform("No backup file is selected for Restore, please select an obk file to restore");
     return;
   }
-  const std::string base = BaseNameOf(session.gBackupFileName);
+  BackupFile backup(app_, session.gRestoreFilePath, session.gRestorePassword);
+  const FoundTable found = backup.Table();
+  table_ = found.table;
+  const std::string base = BackupBaseName(session);
+  if (found.is_there && table_ == nullptr) return Refuse(zip::Result::kFailed);
   if (!ExtractSettingsFile(SettingsEntryName(base), session.gRestoreFilePath)) return;
-  LoadRestoreTree(base);
+  LoadRestoreTree(BackupBaseName(session));
   cmdNext.enabled = true;
 }
 
 bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& archive) {
+  const zip::Result result = UnpackSettings(member, archive);
+  if (result == zip::Result::kDone) return true;
+  Refuse(result);
+  return result != zip::Result::kWrongPassword && OfferFirstName(archive);
+}
+
+zip::Result frmRTwo::UnpackSettings(const std::string& member, const std::string& archive) {
   Session& session = app_.session();
   const std::string folder = StagingFolder();
   app_.files().MakeFolderChain(folder);
@@ -138,18 +148,34 @@ bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& 
   const zip::Result result =
       BackupFile(app_, archive, session.gRestorePassword).ExtractAs(member, target);
   app_.ui().SetPointer(ui::Pointer::kDefault);
-  if (result == zip::Result::kDone) {
-    session.restore_settings_file = target;
-    session.gRestoreFileBad = false;
-    return true;
-  }
+  if (result != zip::Result::kDone) return result;
+  session.restore_settings_file = target;
+  session.gRestoreFileBad = false;
+  return result;
+}
+
+void frmRTwo::Refuse(zip::Result result) {
   if (result == zip::Result::kWrongPassword) {
     app_.Inform("Please enter the correct password");
   } else {
     app_.Warn("Either the file is Corrupt or Renamed");
   }
   cmdBack_Click();
-  session.gRestoreFileBad = true;
+  app_.session().gRestoreFileBad = true;
+}
+
+// A renamed backup is refused. One whose table tells its first name can be gone on with.
+bool frmRTwo::OfferFirstName(const std::string& archive) {
+  Session& session = app_.session();
+  if (table_ == nullptr || EqualsNoCase(table_->stem, BackupBaseName(session))) return false;
+  const std::string question =
+      "This backup was made under the name \"" + table_->stem + "\". Do you want to go on with it?";
+  if (!app_.Ask(question, ui::Icon::kQuestion)) return false;
+  session.backup_stem = table_->stem;
+  const zip::Result result = UnpackSettings(SettingsEntryName(table_->stem), archive);
+  if (result == zip::Result::kDone) return true;
+  session.backup_stem.clear();
+  Refuse(result);
   return false;
 }
 
@@ -162,6 +188,8 @@ void frmRTwo::LoadRestoreTree(const std::string& base) {
   if (!ReadSettingsFile(app_, SettingsFilePath(base), &settings)) return;
   session.gRestoreBackupFolder = settings.backup_folder;
   ReadOptions(settings);
+  // The table has the names in full.
+  if (table_ != nullptr) settings.items = table_->items;
   for (SettingsItem& item : settings.items) {
     // A path that holds the words of two products is listed twice.
     const bool repeated =

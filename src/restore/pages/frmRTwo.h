@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "archive/archive.h"
+#include "backup/format/member_table.h"
 #include "backup/format/settings_file.h"
 #include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
@@ -83,10 +86,15 @@ class frmRTwo : public WizardPage {
   void PlaceControls();
   void ConnectHandlers();
   std::string StagingFolder() const;
+  zip::Result UnpackSettings(const std::string& member, const std::string& archive);
+  // Says why the backup cannot be used and goes back to the page before.
+  void Refuse(zip::Result result);
+  bool OfferFirstName(const std::string& archive);
   void ReadOptions(const SettingsFile& settings);
   bool AnythingTicked() const;
 
   std::vector<SettingsItem> items_;
+  std::shared_ptr<const MemberTable> table_;  // of the present backup; null without one
 };
 
 }  // namespace quorvale

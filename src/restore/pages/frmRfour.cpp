@@ -106,19 +106,13 @@ void frmRfour::LoadDetails() {
 void frmRfour::ReadArchive() {
   const std::string path = app_.Get<frmROne>().txtpath.text;
   const std::optional<FileInfo> file = app_.platform().files.Stat(path);
-  prefix_ = WithoutLastFour(file ? file->name : FileNameOf(path));
+  const std::string& first_name = app_.session().backup_stem;
+  prefix_ = first_name.empty() ? WithoutLastFour(file ? file->name : FileNameOf(path)) : first_name;
   BackupFile backup(app_, path, app_.session().gRestorePassword);
   members_.Read(backup);
 }
 
-double frmRfour::SizeOfItem(const std::string& pattern) { return members_.Size(pattern); }
-
-std::string frmRfour::PatternOf(const RestoreItem& item) const {
-  const ItemEntry entry = EntryOfItem(item.origin.path, item.origin.key, app_.session().gOSName);
-  if (entry.kind == ItemEntry::Kind::kNone) return "";
-  const std::string name = prefix_ + "\\" + entry.name;
-  return entry.kind == ItemEntry::Kind::kFolder ? name + "\\*" : name;
-}
+double frmRfour::SizeOfItem(const std::string& pattern) { return members_.names().Size(pattern); }
 
 bool frmRfour::IsThere(const std::string& target) const {
   Files& files = app_.platform().files;
@@ -163,8 +157,7 @@ bool frmRfour::ComputeRestoreSpace() {
   ReadArchive();
   for (const RestoreItem& item : session.restore_items) {
     if (!Contains(item.path, "\\")) continue;
-    const std::string pattern = PatternOf(item);
-    AddNeed(TargetOf(item), pattern.empty() ? 0 : SizeOfItem(pattern));
+    AddNeed(TargetOf(item), members_.Size(item.origin, prefix_, session.gOSName));
   }
   std::string report =
       "Insufficient disk space\r\nRestoration drive(s): Space Informations\r\n\r\n";

@@ -8,7 +8,7 @@
 #include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
-#include "restore/run/member_index.h"
+#include "restore/run/backup_members.h"
 
 namespace quorvale {
 
@@ -68,14 +68,13 @@ class frmRfour : public WizardPage {
   void EnableButtons(bool enabled);
   // Reads the archive's directory, and the prefix of all member names.
   void ReadArchive();
-  std::string PatternOf(const RestoreItem& item) const;
   // The folder or file whose drive has to take an item's bytes.
   std::string TargetOf(const RestoreItem& item) const;
   bool IsThere(const std::string& target) const;
   void AddNeed(const std::string& target, double bytes);
   void StartRun();
 
-  MemberIndex members_;
+  BackupMembers members_;
   std::string prefix_;
   std::vector<QVLRestoreClass> needs_;
   std::unordered_map<std::string, size_t> drives_;  // a drive's place in needs_

@@ -42,8 +42,9 @@ void Extractor::Open() {
   ConnectEvents(*archive_);
   // A page has refused a bad file already; what is damaged since is left out member by member.
   backup_->Test([this] { return monitor_.KeepGoing(); });
-  ConnectEvents(*archive_);
   if (monitor_.KeepGoing()) members_.Read(*backup_);
+  // The calls before have used some of the events themselves.
+  ConnectEvents(*archive_);
   backup_->Unpacker(folder);
 }
 
@@ -68,7 +69,12 @@ std::string Extractor::MemberName(const std::string& entry) const {
 }
 
 ItemEntry Extractor::EntryOf(const RestoreOrigin& origin) const {
-  return EntryOfItem(origin.path, origin.key, program_.session().gOSName);
+  ItemEntry entry = EntryOfItem(origin.path, origin.key, program_.session().gOSName);
+  if (const TableMember* member = members_.Single(origin)) {
+    entry.name = member->entry.substr(member->entry.find('\\') + 1);
+    if (!IsSafeBelow(entry.name)) entry.name = "Exports\\" + std::to_string(member->item) + ".reg";
+  }
+  return entry;
 }
 
 std::string Extractor::StagingRoot() const { return WithBackslash(RestoreFolder(program_, job_)); }
@@ -81,7 +87,7 @@ std::string Extractor::StagedPath(const std::string& entry) const {
 
 std::optional<size_t> Extractor::PlaceOfMember(const RestoreOrigin& origin,
                                                const ItemEntry& entry) const {
-  const size_t count = members_.Count(MemberName(entry.name));
+  const size_t count = members_.names().Count(MemberName(entry.name));
   if (count == 0) return std::nullopt;
   const size_t place = origin.place_among_namesakes;
   if (count > 1) return place < count ? std::optional(place) : std::nullopt;
@@ -90,49 +96,125 @@ std::optional<size_t> Extractor::PlaceOfMember(const RestoreOrigin& origin,
 }
 
 bool Extractor::HoldsItem(const RestoreOrigin& origin) const {
+  if (members_.HasTable()) return members_.Single(origin) != nullptr;
   return PlaceOfMember(origin, EntryOf(origin)).has_value();
 }
 
 bool Extractor::ExtractFile(const RestoreOrigin& origin, const std::string& target) {
-  const ItemEntry entry = EntryOf(origin);
-  if (!IsSafeBelow(entry.name) || !IsSafeTarget(target)) return false;
-  const std::optional<size_t> place = PlaceOfMember(origin, entry);
-  if (!place) return false;
+  if (!HoldsItem(origin) || !IsSafeTarget(target)) return false;
   program_.files().MakeFolderChain(ParentFolder(target));
-  const zip::Result result =
-      Extract(MemberName(entry.name), {.folder = "", .target = target, .nth = *place});
+  if (members_.HasTable()) return ExtractMembers({members_.Single(origin)}, {target});
+  const ItemEntry entry = EntryOf(origin);
+  if (!IsSafeBelow(entry.name)) return false;
+  Extraction extraction;
+  extraction.target = target;
+  extraction.nth = *PlaceOfMember(origin, entry);
+  const zip::Result result = Extract({MemberName(entry.name)}, std::move(extraction));
   return extraction_.written == 1 &&
          (result == zip::Result::kDone || result == zip::Result::kWarnings);
 }
 
-bool Extractor::ExtractFolder(const std::string& entry, const std::string& target) {
-  const std::string member = MemberName(entry);
-  if (!IsSafeBelow(entry) || !IsSafeTarget(target) || !members_.Has(member + "\\*")) return false;
-  Extract(member + "\\*", {.folder = member, .target = WithoutBackslash(target)});
+bool Extractor::ExtractFolder(const RestoreOrigin& origin, const std::string& target) {
+  if (!IsSafeTarget(target)) return false;
+  if (!members_.HasTable()) return ExtractNamed(EntryOf(origin).name, target);
+  const std::vector<const TableMember*> members = members_.Below(origin);
+  std::vector<std::string> targets;
+  for (const TableMember* member : members) {
+    targets.push_back(WithBackslash(target) + member->inner);
+  }
+  ExtractMembers(members, targets);
   return extraction_.written > 0;
 }
 
-zip::Result Extractor::Extract(const std::string& member, Extraction extraction) {
+bool Extractor::ExtractNamed(const std::string& entry, const std::string& target) {
+  const std::string member = MemberName(entry);
+  if (!IsSafeBelow(entry) || !members_.names().Has(member + "\\*")) return false;
+  Extraction extraction;
+  extraction.folder = member;
+  extraction.target = WithoutBackslash(target);
+  Extract({member + "\\*"}, std::move(extraction));
+  return extraction_.written > 0;
+}
+
+bool Extractor::ExtractMembers(const std::vector<const TableMember*>& members,
+                               const std::vector<std::string>& targets) {
+  extraction_ = {};
+  if (members.empty()) return false;
+  std::vector<std::string> names;
+  Extraction extraction;
+  for (size_t i = 0; i < members.size(); ++i) {
+    const bool is_folder = members[i]->kind == TableMember::Kind::kFolder;
+    names.push_back(members[i]->entry + (is_folder ? "\\" : ""));
+    extraction.targets.emplace(FoldCase(members[i]->entry), targets[i]);
+  }
+  const zip::Result result = Extract(names, std::move(extraction));
+  return extraction_.written == members.size() &&
+         (result == zip::Result::kDone || result == zip::Result::kWarnings);
+}
+
+std::string Extractor::LeftPath(const RestoreOrigin& origin, const std::string& folder) {
+  const std::string root =
+      FolderForLeftItems(program_, job_) + "\\" + BackupBaseName(job_) + "\\" + folder + "\\";
+  const std::string name = FileNameOf(EntryOf(origin).name);
+  std::string path = root + name;
+  for (unsigned number = 1; !left_.insert(FoldCase(path)).second; ++number) {
+    path = root + NumberedName(name, number);
+  }
+  return path;
+}
+
+bool Extractor::KeepFolder(const RestoreOrigin& origin) {
+  const std::string root = FolderForLeftItems(program_, job_) + "\\";
+  if (!members_.HasTable()) {
+    const std::string entry = EntryOf(origin).name;
+    const std::string target = root + MemberName(entry);
+    return IsSafeTarget(target) && ExtractNamed(entry, target);
+  }
+  std::vector<const TableMember*> members;
+  std::vector<std::string> targets;
+  for (const TableMember* member : members_.Below(origin)) {
+    const std::string behind_stem = member->entry.substr(member->entry.find('\\') + 1);
+    const std::string target = root + BackupBaseName(job_) + "\\" + behind_stem;
+    if (!IsSafeTarget(target)) continue;
+    members.push_back(member);
+    targets.push_back(target);
+  }
+  ExtractMembers(members, targets);
+  return extraction_.written > 0;
+}
+
+zip::Result Extractor::Extract(const std::vector<std::string>& members, Extraction extraction) {
   if (archive_ == nullptr) return zip::Result::kFailed;
   extraction_ = std::move(extraction);
-  archive_->files_to_process = {member};
+  archive_->files_to_process = members;
   archive_->skip_existing = false;
-  archive_->every_of_one_name = extraction_.folder.empty();
+  archive_->every_of_one_name = extraction_.targets.empty() && extraction_.folder.empty();
+  archive_->offer_unusual_names = true;
   return archive_->Unzip();
 }
 
 void Extractor::BeforeFile(zip::BeforeFile& file) {
   monitor_.events().file(file.source);
   if (archive_->current_operation() != zip::Operation::kUnzipping) return;
+  if (extraction_.targets.empty()) {
+    SendNamed(file);
+  } else {
+    const auto target = extraction_.targets.find(FoldCase(WithoutBackslash(file.source)));
+    file.exclude = target == extraction_.targets.end();
+    if (!file.exclude) file.destination = target->second;
+  }
+  if (!file.exclude) ++extraction_.written;
+}
+
+void Extractor::SendNamed(zip::BeforeFile& file) {
   if (extraction_.folder.empty()) {
     file.destination = extraction_.target;
     file.exclude = extraction_.seen++ != extraction_.nth;
-  } else {
-    const std::string rest = WithoutBackslash(TextBehind(file.source, extraction_.folder));
-    file.destination = extraction_.target + rest;
-    file.exclude = !rest.empty() && !IsSafeBelow(rest.substr(1));
+    return;
   }
-  if (!file.exclude) ++extraction_.written;
+  const std::string rest = WithoutBackslash(TextBehind(file.source, extraction_.folder));
+  file.destination = extraction_.target + rest;
+  file.exclude = !rest.empty() && !IsSafeBelow(rest.substr(1));
 }
 
 void Extractor::SettleAfterExtract() {

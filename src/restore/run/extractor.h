@@ -6,12 +6,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "backup/format/archive_layout.h"
 #include "backup/format/backup_file.h"
 #include "core/program/program.h"
-#include "restore/run/member_index.h"
+#include "restore/run/backup_members.h"
 #include "restore/run/run_monitor.h"
 
 namespace quorvale {
@@ -26,6 +28,7 @@ class Extractor {
 
   // The full name of a member, with "\": the backup's own folder and the entry.
   std::string MemberName(const std::string& entry) const;
+  // Where an item stands in the backup; the name is one that a file can have.
   ItemEntry EntryOf(const RestoreOrigin& origin) const;
 
   // True if the backup file holds this item, and not just another one of the same name.
@@ -33,8 +36,15 @@ class Extractor {
   // Extracts the file of an item to `target`, whose folder is made. False if it is not held, if the
   // target is not safe, or if it could not be written whole.
   bool ExtractFile(const RestoreOrigin& origin, const std::string& target);
-  // Extracts a folder's tree below `target`. True if something was written.
-  bool ExtractFolder(const std::string& entry, const std::string& target);
+  // Extracts the tree of a folder item below `target`. True if something was written.
+  bool ExtractFolder(const RestoreOrigin& origin, const std::string& target);
+
+  // For what cannot go home: the place of an item's file in the folder for left items, in a folder
+  // of the given name. No two items of a run get one place.
+  std::string LeftPath(const RestoreOrigin& origin, const std::string& folder);
+  // Extracts the tree of a folder item to the folder for left items, under the names that it has in
+  // the backup, where each member has one of its own. True if something was written.
+  bool KeepFolder(const RestoreOrigin& origin);
   // Gives what was extracted a moment before it is used.
   void SettleAfterExtract();
 
@@ -60,6 +70,9 @@ class Extractor {
   };
   // One call of the archive component.
   struct Extraction {
+    // By the table: where each entry goes, by its folded name without a final "\".
+    std::unordered_map<std::string, std::string> targets;
+    // Without a table.
     std::string folder;  // the member folder whose tree is extracted; "" for a single file
     std::string target;  // the file, or the folder for the tree
     size_t nth = 0;      // which of several members of one name
@@ -69,7 +82,13 @@ class Extractor {
 
   // The place of an item's member among those of its name; nothing if it is not held.
   std::optional<size_t> PlaceOfMember(const RestoreOrigin& origin, const ItemEntry& entry) const;
-  zip::Result Extract(const std::string& member, Extraction extraction);
+  // Without a table: the tree of a member folder.
+  bool ExtractNamed(const std::string& entry, const std::string& target);
+  // By the table: members and where each goes.
+  bool ExtractMembers(const std::vector<const TableMember*>& members,
+                      const std::vector<std::string>& targets);
+  zip::Result Extract(const std::vector<std::string>& members, Extraction extraction);
+  void SendNamed(zip::BeforeFile& file);
   void BeforeFile(zip::BeforeFile& file);
   void ConnectEvents(zip::Archive& archive);
 
@@ -78,8 +97,9 @@ class Extractor {
   RunMonitor& monitor_;
   std::unique_ptr<BackupFile> backup_;
   zip::Archive* archive_ = nullptr;  // the component of backup_
-  MemberIndex members_;
+  BackupMembers members_;
   Extraction extraction_;
+  std::unordered_set<std::string> left_;  // folded paths that LeftPath gave
   std::vector<Staged> staged_;
 };
 

@@ -31,9 +31,9 @@ void RestoreInternetExplorerItem(const RestoreTools& tools, const RestoreRow& ro
   } else if (entry.kind == ItemEntry::Kind::kNone) {
     return;
   } else if (row.item == "Internet Explorer\\Favorites") {
-    tools.extractor.ExtractFolder(entry.name, shell.SpecialFolder(special_folder::kFavorites));
+    tools.extractor.ExtractFolder(origin, shell.SpecialFolder(special_folder::kFavorites));
   } else if (row.item == "Internet Explorer\\Cookies") {
-    tools.extractor.ExtractFolder(entry.name, CookieFolder(shell));
+    tools.extractor.ExtractFolder(origin, CookieFolder(shell));
   }
 }
 

@@ -6,6 +6,7 @@
 namespace quorvale {
 
 std::string BackupBaseName(const RestoreJob& job) {
+  if (!job.backup_stem.empty()) return job.backup_stem;
   return WithoutLastFour(FileNameOf(job.gRestoreFilePath));
 }
 

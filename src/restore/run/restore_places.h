@@ -7,7 +7,8 @@
 
 namespace quorvale {
 
-// "Backup" of "C:\x\Backup.obk": the folder in which all members of the backup file stand.
+// "Backup" of "C:\x\Backup.obk", or the name that a renamed file was made under: the folder in
+// which all members of the backup file stand.
 std::string BackupBaseName(const RestoreJob& job);
 // Where a run stages what it does not put home at once, without a final "\": the user's restore
 // folder, or the program's own where the user wants none.

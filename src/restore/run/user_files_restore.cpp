@@ -5,7 +5,6 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
-#include "restore/run/restore_places.h"
 
 namespace quorvale {
 namespace {
@@ -41,7 +40,8 @@ bool DriveIsThere(Files& files, const std::string& path) {
   return space && space->free_bytes > 0;
 }
 
-std::string TargetOfAddedFile(const RestoreTools& tools, const std::string& location) {
+std::string TargetOfAddedFile(const RestoreTools& tools, const RestoreOrigin& origin) {
+  const std::string& location = origin.key;
   Program& program = tools.program;
   Shell& shell = program.platform().shell;
   const std::string word = DocumentsWord(program);
@@ -57,27 +57,24 @@ std::string TargetOfAddedFile(const RestoreTools& tools, const std::string& loca
   }
   if (DriveIsThere(program.platform().files, location)) return location;
   tools.result.left_in_restore_folder = true;
-  return FolderForLeftItems(program, tools.job) + "\\" + BackupBaseName(tools.job) +
-         "\\Added more Files\\" + FileNameOf(location);
+  return tools.extractor.LeftPath(origin, "Added more Files");
 }
 
 void RestoreAddedFolder(const RestoreTools& tools, const RestoreRow& row) {
-  const ItemEntry entry = tools.extractor.EntryOf(tools.OriginOf(row));
-  if (entry.kind != ItemEntry::Kind::kFolder) return;
+  const RestoreOrigin& origin = tools.OriginOf(row);
+  if (tools.extractor.EntryOf(origin).kind != ItemEntry::Kind::kFolder) return;
   if (DriveIsThere(tools.program.platform().files, row.location)) {
-    tools.extractor.ExtractFolder(entry.name, row.location);
-    return;
+    tools.extractor.ExtractFolder(origin, row.location);
+  } else if (tools.extractor.KeepFolder(origin)) {
+    tools.result.left_in_restore_folder = true;
   }
-  const std::string left =
-      FolderForLeftItems(tools.program, tools.job) + "\\" + tools.extractor.MemberName(entry.name);
-  if (tools.extractor.ExtractFolder(entry.name, left)) tools.result.left_in_restore_folder = true;
 }
 
 // The desktop's files or the documents: to where they were, if that folder is there.
 void RestoreOwnFolder(const RestoreTools& tools, const RestoreRow& row) {
   Program& program = tools.program;
-  const ItemEntry entry = tools.extractor.EntryOf(tools.OriginOf(row));
-  if (entry.kind != ItemEntry::Kind::kFolder) return;
+  const RestoreOrigin& origin = tools.OriginOf(row);
+  if (tools.extractor.EntryOf(origin).kind != ItemEntry::Kind::kFolder) return;
   const std::string word = DocumentsWord(program);
   std::string old_folder;
   int own_folder = 0;
@@ -94,7 +91,7 @@ void RestoreOwnFolder(const RestoreTools& tools, const RestoreRow& row) {
   }
   const bool is_there = !old_folder.empty() && program.files().FolderExists(old_folder);
   tools.extractor.ExtractFolder(
-      entry.name, is_there ? row.location : program.platform().shell.SpecialFolder(own_folder));
+      origin, is_there ? row.location : program.platform().shell.SpecialFolder(own_folder));
 }
 
 // Restores the rows below one root of the tree, until a stop.
@@ -130,7 +127,7 @@ void RestoreOtherFiles(const RestoreTools& tools, const RestoreRow& row) {
   const RestoreOrigin& origin = tools.OriginOf(row);
   const ItemEntry entry = tools.extractor.EntryOf(origin);
   if (entry.kind != ItemEntry::Kind::kFile || !tools.extractor.HoldsItem(origin)) return;
-  const std::string target = TargetOfAddedFile(tools, origin.key);
+  const std::string target = TargetOfAddedFile(tools, origin);
   tools.monitor.events().item(row.item);
   tools.extractor.ExtractFile(origin, target);
 }

@@ -28,9 +28,9 @@ void WindowsMailRestore::RestoreWindowsMailItem(const RestoreItem& item) {
     outlook_.RewriteProfilePaths(FileNameOf(origin.key),
                                  ParentFolder(extractor.StagedPath(entry.name)));
   } else if (origin.path == "Windows Mail\\Mails") {
-    extractor.ExtractFolder(entry.name, profile + "\\AppData\\Local\\Microsoft\\Windows Mail");
+    extractor.ExtractFolder(origin, profile + "\\AppData\\Local\\Microsoft\\Windows Mail");
   } else if (origin.path == "Windows Mail\\Contacts") {
-    extractor.ExtractFolder(entry.name, profile + "\\Contacts");
+    extractor.ExtractFolder(origin, profile + "\\Contacts");
   }
 }
 

@@ -257,8 +257,8 @@ TEST_F(FrmFinish, WithoutOutlookNoOutlookItemIsProcessed) {
                {"Add More Files\\C:\\Extra\\one.dat", "C:\\Extra\\one.dat"}});
   machine_.Expect(ui::Answer::kOk, kDone);
   machine_.Do([this] { run_.app().Get<frmFinish>().TAKEALLBACKUP(); });
-  EXPECT_EQ(run_.Entries(),
-            (std::vector<std::string>{"Job\\Added More Files\\one.dat", "Job\\Job.xml"}));
+  EXPECT_EQ(run_.Entries(), (std::vector<std::string>{"Job\\Added More Files\\one.dat",
+                                                      "Job\\Job.xml", "Job\\Members.txt"}));
 }
 
 TEST_F(FrmFinish, WindowsMailItemsAreSkippedOnOtherSystemsThoughTheSettingsNameThem) {
@@ -267,7 +267,7 @@ TEST_F(FrmFinish, WindowsMailItemsAreSkippedOnOtherSystemsThoughTheSettingsNameT
                 "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows Mail"}});
   machine_.Expect(ui::Answer::kOk, kDone);
   machine_.Do([this] { run_.app().Get<frmFinish>().TAKEALLBACKUP(); });
-  EXPECT_EQ(run_.Entries(), (std::vector<std::string>{"Job\\Job.xml"}));
+  EXPECT_EQ(run_.Entries(), (std::vector<std::string>{"Job\\Job.xml", "Job\\Members.txt"}));
   EXPECT_NE(run_.Content("Job\\Job.xml").find("<WM Key='C:\\Extra\\' >"), std::string::npos);
 }
 
@@ -363,21 +363,24 @@ TEST_F(FrmFinish, AKeyThatDoesNotExistMakesNoEntryAndNoFuss) {
   run_.Select({{"Internet Explorer\\Typed Urls", "HKEY_CURRENT_USER\\No\\Such\\Key"}});
   machine_.Expect(ui::Answer::kOk, kDone);
   machine_.Do([this] { run_.app().Get<frmFinish>().TAKEALLBACKUP(); });
-  EXPECT_EQ(run_.Entries(), (std::vector<std::string>{"Job\\Job.xml"}));
+  EXPECT_EQ(run_.Entries(), (std::vector<std::string>{"Job\\Job.xml", "Job\\Members.txt"}));
 }
 
-TEST_F(FrmFinish, OfTwoExportsIntoOneFileTheLastOneWins) {
+TEST_F(FrmFinish, OfTwoExportsOfOneNameTheLastOneHasItAndTheFirstANumber) {
   machine_.SetString("HKEY_CURRENT_USER\\Software\\First", "a", "first");
   machine_.SetString("HKEY_CURRENT_USER\\Software\\Second", "a", "second");
   run_.Select({{"Outlook Express\\Account Settings\\mail", "HKEY_CURRENT_USER\\Software\\First"},
                {"Outlook Express\\Account Settings\\mail", "HKEY_CURRENT_USER\\Software\\Second"}});
   machine_.Expect(ui::Answer::kOk, kDone);
   machine_.Do([this] { run_.app().Get<frmFinish>().TAKEALLBACKUP(); });
-  EXPECT_EQ(run_.Entries().size(), 2u);
-  const std::string text = ReplaceAll(
-      run_.Content("Job\\Outlook Express\\Account Settings\\mail.reg"), std::string(1, '\0'), "");
-  EXPECT_NE(text.find("Second"), std::string::npos);
-  EXPECT_EQ(text.find("First"), std::string::npos);
+  const auto text = [this](const std::string& leaf) {
+    return ReplaceAll(run_.Content("Job\\Outlook Express\\Account Settings\\" + leaf),
+                      std::string(1, '\0'), "");
+  };
+  EXPECT_NE(text("mail.reg").find("Second"), std::string::npos);
+  EXPECT_EQ(text("mail.reg").find("First"), std::string::npos);
+  EXPECT_NE(text("mail_1.reg").find("First"), std::string::npos);
+  EXPECT_EQ(run_.Entries().size(), 4u);
 }
 
 TEST_F(FrmFinish, TheCommandLineOfAnExportNamesFileAndKeyInQuotes) {
