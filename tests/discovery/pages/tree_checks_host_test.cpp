@@ -88,6 +88,41 @@ TEST(FrmTwoTree, SelectAllLeavesTheTwoAddRootsAlone) {
   EXPECT_TRUE(TickedPaths(page.tvwMain).empty());
 }
 
+// A folder, a file and a folder, added one after the other.
+FrmTwo& PageWithAddedItems(TestMachine& machine) {
+  FrmTwo& page = OpenPage(machine);
+  machine.MakeFolder("C:\\A");
+  machine.WriteFile("C:\\F\\f.txt", "f");
+  machine.MakeFolder("C:\\B");
+  machine.ui().ExpectFolder("C:\\A");
+  machine.Do([&] { page.tvwMain.UserClicks(NodeAt(page, "Add Other Folders")); });
+  machine.ui().ExpectFile("C:\\F\\f.txt");
+  machine.Do([&] { page.tvwMain.UserClicks(NodeAt(page, "Add More Files")); });
+  machine.ui().ExpectFolder("C:\\B");
+  machine.Do([&] { page.tvwMain.UserClicks(NodeAt(page, "Add Other Folders")); });
+  return page;
+}
+
+TEST(FrmTwoTree, UntickingTheAddedFoldersLeavesAFileAddedBetweenThemTicked) {
+  TestMachine machine("xp");
+  FrmTwo& page = PageWithAddedItems(machine);
+  machine.Tick(page.tvwMain, "Add Other Folders", false);
+  EXPECT_EQ(TickedPaths(page.tvwMain),
+            (std::vector<std::string>{"Add More Files", "Add More Files\\C:\\F\\f.txt"}));
+}
+
+TEST(FrmTwoTree, UntickingTheLastAddedFolderUnticksItsRoot) {
+  TestMachine machine("xp");
+  FrmTwo& page = PageWithAddedItems(machine);
+  const std::string question = "Remove the folder/file: [C:\\";
+  machine.Expect(ui::Answer::kNo, question + "A] ?");
+  machine.Tick(page.tvwMain, "Add Other Folders\\C:\\A", false);
+  EXPECT_TRUE(NodeAt(page, "Add Other Folders")->Checked());
+  machine.Expect(ui::Answer::kNo, question + "B] ?");
+  machine.Tick(page.tvwMain, "Add Other Folders\\C:\\B", false);
+  EXPECT_FALSE(NodeAt(page, "Add Other Folders")->Checked());
+}
+
 TEST(FrmTwoTree, QuickBackupsTickAllLeavesAddedFoldersAlone) {
   TestMachine machine("xp");
   FrmTwo& page = OpenPage(machine);
