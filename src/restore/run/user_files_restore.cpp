@@ -61,36 +61,43 @@ std::string TargetOfAddedFile(const RestoreTools& tools, const std::string& loca
          "\\Added more Files\\" + FileNameOf(location);
 }
 
-void RestoreAddedFolder(const RestoreTools& tools, const RestoreRow& row) {
-  const ItemEntry entry = tools.extractor.EntryOf(tools.OriginOf(row));
-  if (entry.kind != ItemEntry::Kind::kFolder) return;
-  if (DriveIsThere(tools.program.platform().files, row.location)) {
-    tools.extractor.ExtractFolder(entry.name, row.location);
-    return;
-  }
+// Puts a folder's tree where items stay that cannot go home.
+void LeaveFolder(const RestoreTools& tools, const ItemEntry& entry) {
   const std::string left =
       FolderForLeftItems(tools.program, tools.job) + "\\" + tools.extractor.MemberName(entry.name);
   if (tools.extractor.ExtractFolder(entry.name, left)) tools.result.left_in_restore_folder = true;
 }
 
-// The desktop's files or the documents: to where they were, if that folder is there.
+void RestoreAddedFolder(const RestoreTools& tools, const RestoreRow& row) {
+  const ItemEntry entry = tools.extractor.EntryOf(tools.OriginOf(row));
+  if (entry.kind != ItemEntry::Kind::kFolder) return;
+  if (DriveIsThere(tools.program.platform().files, row.location)) {
+    tools.extractor.ExtractFolder(entry.name, row.location);
+  } else {
+    LeaveFolder(tools, entry);
+  }
+}
+
+// The desktop's files or the documents: to where they were, if that folder is there. Documents of a
+// system that calls the folder by another word have no home here.
 void RestoreOwnFolder(const RestoreTools& tools, const RestoreRow& row) {
   Program& program = tools.program;
-  const ItemEntry entry = tools.extractor.EntryOf(tools.OriginOf(row));
+  const RestoreOrigin& origin = tools.OriginOf(row);
+  const ItemEntry entry = tools.extractor.EntryOf(origin);
   if (entry.kind != ItemEntry::Kind::kFolder) return;
   const std::string word = DocumentsWord(program);
   std::string old_folder;
   int own_folder = 0;
-  if (row.item == "Other Files\\My Desktop Files") {
+  if (origin.path == "Other Files\\My Desktop Files") {
     tools.monitor.events().item("Desktop");
     old_folder = extractDesktopPath(row.location);
     own_folder = special_folder::kDesktop;
-  } else if (row.item == "Other Files\\" + word) {
+  } else if (origin.path == "Other Files\\" + word) {
     tools.monitor.events().item(word);
     old_folder = extractPath(program, row.location);
     own_folder = special_folder::kDocuments;
   } else {
-    return;
+    return LeaveFolder(tools, entry);
   }
   const bool is_there = !old_folder.empty() && program.files().FolderExists(old_folder);
   tools.extractor.ExtractFolder(

@@ -387,6 +387,24 @@ TEST(RoundTripOfAll, OntoTheSameComputerAfterTheDataWasDestroyed) {
   ExpectAllBack(original, a);
 }
 
+// All files of one folder of a computer stand below a folder of another one.
+void ExpectSameTree(Machine& a, const std::string& folder, Machine& b, const std::string& target) {
+  FileToolkit from(a.computer->platform().files, [] {});
+  FileToolkit to(b.computer->platform().files, [] {});
+  const std::vector<DeepEntry> entries = from.ListFilesDeep(folder, "*.*");
+  EXPECT_GT(entries.size(), 3u);
+  for (const DeepEntry& entry : entries) {
+    const std::string copy = target + entry.path.substr(folder.size());
+    if (entry.is_folder) {
+      EXPECT_TRUE(to.FolderExists(copy)) << copy;
+    } else {
+      EXPECT_TRUE(to.ReadWhole(copy).has_value() &&
+                  to.ReadWhole(copy) == from.ReadWhole(entry.path))
+          << copy;
+    }
+  }
+}
+
 TEST(RoundTripOfAll, FromEachKindOfSystemToEachOther) {
   for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
            {"98", "xp"}, {"xp", "98"}, {"xp", "vista"}, {"vista", "xp"}, {"98", "vista"}}) {
@@ -408,10 +426,17 @@ TEST(RoundTripOfAll, FromEachKindOfSystemToEachOther) {
     FileToolkit toolkit(b.computer->platform().files, [] {});
     EXPECT_TRUE(toolkit.FileExists(b.layout.profile + "\\Application Data\\Microsoft\\" + proof +
                                    "\\CUSTOM.DIC"));
-    // What the present system has no place for is left out.
+    // Where the present system has no documents folder of that name, the documents stay in the
+    // restore folder; Windows Mail is left out.
     const FileMap after = FilesOf(b);
     const std::string documents = FoldCase(b.layout.documents) + "\\";
     const bool other_word = (from == "vista") != (to == "vista");
+    const std::string left =
+        b.layout.app_data + "\\Tarnwick\\Quorvale\\Restore\\Round trip\\Other Files\\";
+    EXPECT_EQ(toolkit.FolderExists(left), other_word);
+    EXPECT_EQ(Contains(b.LastBox(), "could not be restored on to there default locations."),
+              other_word);
+    if (other_word) ExpectSameTree(a, a.layout.documents, b, left + FileNameOf(a.layout.documents));
     for (const auto& [path, facts] : after) {
       if (before.contains(path)) continue;
       EXPECT_FALSE(other_word && path.starts_with(documents)) << path;
