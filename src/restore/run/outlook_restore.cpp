@@ -13,9 +13,16 @@ constexpr char kRoot[] = "Microsoft Outlook\\";
 constexpr char kIdentities[] = "Microsoft Outlook\\Identities\\";
 constexpr size_t kLongestDataFileTable = 1000;
 
-bool IsDataFile(const RestoreOrigin& origin) {
-  return origin.path.starts_with(kIdentities) &&
-         (EndsWithNoCase(origin.key, ".pst") || EndsWithNoCase(origin.key, ".ost"));
+// What stands under a profile and is no registry export is a file that a section of it names,
+// whatever its extension.
+bool IsDataFile(const RestoreOrigin& origin, const ItemEntry& entry) {
+  return entry.kind == ItemEntry::Kind::kFile && origin.path.starts_with(kIdentities);
+}
+
+// True for the groups of loose files whose home is the folder of the data files.
+bool SharesDataFolder(const RestoreOrigin& origin) {
+  return origin.path.starts_with("Microsoft Outlook\\Offline folders\\") ||
+         origin.path.starts_with("Microsoft Outlook\\Personal Address Book\\");
 }
 
 // The profile that an item of the backup tree stands under, without the mark of the default one.
@@ -60,7 +67,7 @@ void OutlookRestore::RestoreOutlookItem(const RestoreRow& row) {
     if (!tools_.extractor.RestoreRegistryItem(origin)) return;
     RewriteProfilePaths(FileNameOf(origin.key),
                         ParentFolder(tools_.extractor.StagedPath(entry.name)));
-  } else if (IsDataFile(origin)) {
+  } else if (IsDataFile(origin, entry)) {
     if (tools_.job.gRestoreToDefaultFolders) RestoreDataFile(origin);
   } else if (!origin.path.starts_with(kIdentities)) {
     RestoreLooseFile(origin);
@@ -75,8 +82,8 @@ void OutlookRestore::PlanDataFiles() {
       tools_.program.platform().system.Environment("UserProfile") + kOutlookLocalFolder + "\\";
   for (const RestoreRow& row : tools_.job.gRestoreSelection) {
     const RestoreOrigin& origin = tools_.OriginOf(row);
-    const bool is_offline = origin.path.starts_with("Microsoft Outlook\\Offline folders\\");
-    if (!is_offline && !IsDataFile(origin)) continue;
+    const bool is_data_file = IsDataFile(origin, tools_.extractor.EntryOf(origin));
+    if (!is_data_file && !SharesDataFolder(origin)) continue;
     if (tools_.extractor.HoldsItem(origin)) PlanDataFile(origin.key, folder);
   }
 }
