@@ -96,7 +96,7 @@ void FrmTwo::TickAll() {
   tvwMain.BeginUpdate();
   for (int index = 1; index <= tvwMain.Count(); ++index) {
     ui::TreeNode* node = tvwMain.Node(index);
-    if (!IsAddCaption(node->Root()->Text())) node->SetChecked(true);
+    node->SetChecked(!IsAddCaption(node->Root()->Text()));
   }
   tvwMain.EndUpdate();
 }

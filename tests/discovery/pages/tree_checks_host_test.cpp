@@ -123,18 +123,17 @@ TEST(FrmTwoTree, UntickingTheLastAddedFolderUnticksItsRoot) {
   EXPECT_FALSE(NodeAt(page, "Add Other Folders")->Checked());
 }
 
-TEST(FrmTwoTree, QuickBackupsTickAllLeavesAddedFoldersAlone) {
+TEST(FrmTwoTree, QuickBackupsTickAllLeavesAddedFoldersAndFilesOut) {
   TestMachine machine("xp");
-  FrmTwo& page = OpenPage(machine);
-  machine.MakeFolder("C:\\Work");
-  machine.ui().ExpectFolder("C:\\Work");
-  machine.Do([&] { page.tvwMain.UserClicks(NodeAt(page, "Add Other Folders")); });
-  page.Deselectall();
-  NodeAt(page, "Add Other Folders")->SetChecked(false);
+  FrmTwo& page = PageWithAddedItems(machine);
+  machine.Tick(page.tvwMain, "Other Files\\My Documents");
   page.TickAll();
-  EXPECT_FALSE(NodeAt(page, "Add Other Folders\\C:\\Work")->Checked());
-  EXPECT_FALSE(NodeAt(page, "Add Other Folders")->Checked());
+  for (const char* added : {"Add Other Folders", "Add Other Folders\\C:\\A", "Add More Files",
+                            "Add More Files\\C:\\F\\f.txt"}) {
+    EXPECT_FALSE(NodeAt(page, added)->Checked()) << added;
+  }
   EXPECT_TRUE(NodeAt(page, "Other Files\\My Documents")->Checked());
+  EXPECT_TRUE(NodeAt(page, "Other Files\\My Desktop Files")->Checked());
 }
 
 TEST(FrmTwoTree, DetailsShowCaptionAndRawKey) {
