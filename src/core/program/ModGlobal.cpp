@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "core/program/command_words.h"
+#include "core/program/full_text.h"
 
 namespace quorvale {
 namespace {
@@ -266,7 +267,7 @@ Elevation RestartElevated(Program& program) {
     program.End();
     return Elevation::kRestarted;
   }
-  program.platform().files.RemoveFile(HandOverPath(program), true);
+  RemoveTextFile(program, HandOverPath(program), true);
   return Elevation::kRefused;
 }
 

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
 #include "core/program/command_words.h"
+#include "core/program/full_text.h"
 #include "discovery/pages/FrmTwo.h"
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/outlook_profile.h"
@@ -104,7 +105,7 @@ void FrmTwo::TickAll() {
 void FrmTwo::LoadTreeState(const std::string& path) {
   if (!app_.files().FileExists(path)) return;
   SettingsFile settings;
-  if (ReadSettingsFile(app_, path, &settings)) {
+  if (ReadHandOver(app_, path, &settings)) {
     Session& session = app_.session();
     session.gRestoreBackupFolder = settings.backup_folder;
     tvwMain.BeginUpdate();
@@ -120,7 +121,7 @@ void FrmTwo::LoadTreeState(const std::string& path) {
         told.protection.value_or(session.gRestoreProtectWithPassword);
     if (settings.backup_path) txtpath.text = *settings.backup_path;
   }
-  app_.files().files().RemoveFile(HandOverPath(app_), true);
+  RemoveTextFile(app_, HandOverPath(app_), true);
 }
 
 void FrmTwo::TickFromItems(const std::string& root_key, const std::vector<SettingsItem>& items) {
