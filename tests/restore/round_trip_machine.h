@@ -64,14 +64,15 @@ class Machine {
     EXPECT_EQ(driver.Backup(job), Outcome::kDone) << driver.problem() << LastBox();
     return HostPath(driver.archive());
   }
-  void Restore(const std::string& archive, const std::vector<std::string>& ticks,
-               bool keep = false) {
+  void Restore(const std::string& archive, const std::vector<std::string>& ticks, bool keep = false,
+               bool no_restore_folder = false) {
     PageDriver driver(*computer);
     RestoreWishes job;
     job.file = archive;
     job.all = ticks.empty();
     job.ticks = ticks;
     job.keep = keep;
+    job.no_restore_folder = no_restore_folder;
     AnswerAll();
     EXPECT_EQ(driver.Restore(job), Outcome::kDone) << driver.problem() << LastBox();
   }

@@ -5,7 +5,6 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
-#include "restore/run/restore_places.h"
 
 namespace quorvale {
 namespace {
@@ -57,15 +56,14 @@ std::string TargetOfAddedFile(const RestoreTools& tools, const std::string& loca
   }
   if (DriveIsThere(program.platform().files, location)) return location;
   tools.result.left_in_restore_folder = true;
-  return FolderForLeftItems(program, tools.job) + "\\" + BackupBaseName(tools.job) +
-         "\\Added more Files\\" + FileNameOf(location);
+  return tools.PlaceOfLeft("Added more Files\\" + FileNameOf(location));
 }
 
 // Puts a folder's tree where items stay that cannot go home.
 void LeaveFolder(const RestoreTools& tools, const ItemEntry& entry) {
-  const std::string left =
-      FolderForLeftItems(tools.program, tools.job) + "\\" + tools.extractor.MemberName(entry.name);
-  if (tools.extractor.ExtractFolder(entry.name, left)) tools.result.left_in_restore_folder = true;
+  if (tools.extractor.ExtractFolder(entry.name, tools.PlaceOfLeft(entry.name))) {
+    tools.result.left_in_restore_folder = true;
+  }
 }
 
 void RestoreAddedFolder(const RestoreTools& tools, const RestoreRow& row) {

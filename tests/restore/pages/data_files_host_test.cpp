@@ -24,7 +24,6 @@ class DataFiles : public testing::Test {
   // A profile that opens these files, one section for each, and an offline store.
   void Profile(const std::string& name, const std::vector<std::string>& paths,
                const std::string& offline = "") {
-    RegistryStore& registry = a_.computer->platform().registry;
     const std::string key = kNtProfilesRoot + name;
     std::string list;
     for (size_t i = 0; i < paths.size(); ++i) {
@@ -40,8 +39,6 @@ class DataFiles : public testing::Test {
       Set(key + "\\" + kOfflineStoreSection, kOfflinePath16, registry_type::kBinary,
           EncodeProfileText16(offline));
     }
-    registry.SetValue(RegistryRoot::kCurrentUser, WithoutBackslash(kNtProfilesRoot),
-                      "DefaultProfile", registry_type::kString, name + '\0');
   }
   void Write(Machine& machine, const std::string& path, const std::string& text) {
     FileToolkit files(machine.computer->platform().files, [] {});
@@ -53,7 +50,12 @@ class DataFiles : public testing::Test {
     return files.ReadWhole(path).value_or("nothing");
   }
   // From the one computer to the other, all of Outlook.
-  void Move(bool keep = false) { b_.Restore(a_.BackUp({"Microsoft Outlook"}), {}, keep); }
+  void Move() { b_.Restore(a_.BackUp({"Microsoft Outlook"}), {}); }
+  // The same, and the files are to stay in the restore folder.
+  void MoveAndKeep(bool no_restore_folder = false) {
+    b_.Restore(a_.BackUp({"Microsoft Outlook"}), {}, true, no_restore_folder);
+    EXPECT_EQ(b_.LastBox(), "Backup successfully restored");
+  }
 
   // The files that a profile of Bert's computer opens, section by section. Both forms of a path
   // agree.
@@ -71,6 +73,12 @@ class DataFiles : public testing::Test {
     return OfflineStorePath(b_.computer->MakeProgram(""), kNtProfilesRoot + profile);
   }
   std::string Home(const std::string& name) { return b_.layout.profile + kHome + name; }
+  // A file that stays in the restore folder.
+  std::string Kept(const std::string& profile, const std::string& name) {
+    return b_.layout.app_data +
+           "\\Tarnwick\\Quorvale\\Restore\\Round trip\\Microsoft Outlook\\Identities\\" + profile +
+           "\\" + name;
+  }
 
   Machine a_{"xp", "Anna", "{AAAAAAAA-7D44-4B8E-9A61-0C55E2D7B901}", false};
   Machine b_{"xp", "Bert", "{BBBBBBBB-7D44-4B8E-9A61-0C55E2D7B901}", false};
@@ -105,6 +113,58 @@ TEST_F(DataFiles, ALooseFileOfTheSameNameAndFolderStaysBesideIt) {
   EXPECT_EQ(Opened("P"), std::vector<std::string>{Home("people.pab")});
   EXPECT_EQ(Read(Home("people.pab")), "of the profile");
   EXPECT_EQ(Read(Home("people_1.pab")), "loose");
+}
+
+TEST_F(DataFiles, ThatAreToBeKeptStayInTheRestoreFolderWhereTheProfileOpensThem) {
+  Write(a_, "C:\\Letters\\Mail.pst", "letters");
+  Write(a_, "C:\\Letters\\years.dat", "of years");
+  Write(a_, "C:\\Letters\\office.ost", "offline");
+  Profile("P", {"C:\\Letters\\Mail.pst", "C:\\Letters\\years.dat", "C:\\Letters\\office.ost"},
+          "C:\\Letters\\office.ost");
+  MoveAndKeep();
+  EXPECT_EQ(Opened("P"), (std::vector<std::string>{Kept("P", "Mail.pst"), Kept("P", "years.dat"),
+                                                   Kept("P", "office.ost")}));
+  EXPECT_EQ(Offline("P"), Kept("P", "office.ost"));
+  EXPECT_EQ(Read(Kept("P", "Mail.pst")), "letters");
+  EXPECT_EQ(Read(Kept("P", "years.dat")), "of years");
+  EXPECT_EQ(Read(Kept("P", "office.ost")), "offline");
+  EXPECT_EQ(Read(Home("Mail.pst")), "nothing");
+  EXPECT_EQ(Read(Kept("P", "Account_Settings.reg")), "nothing");
+}
+
+TEST_F(DataFiles, ThatAreToBeKeptOutliveTheProgramsOwnStagingFolder) {
+  Write(a_, "C:\\Letters\\Mail.pst", "letters");
+  Profile("P", {"C:\\Letters\\Mail.pst"});
+  MoveAndKeep(true);
+  EXPECT_EQ(Opened("P"), std::vector<std::string>{Kept("P", "Mail.pst")});
+  EXPECT_EQ(Read(Kept("P", "Mail.pst")), "letters");
+}
+
+TEST_F(DataFiles, OfOneNameAreAllKept) {
+  Write(a_, "C:\\One\\Outlook.pst", "one");
+  Write(a_, "C:\\Two\\Outlook.pst", "two");
+  Write(a_, "C:\\Three\\outlook.PST", "three");
+  Profile("P", {"C:\\One\\Outlook.pst", "C:\\Two\\Outlook.pst"});
+  Profile("Q", {"C:\\Three\\outlook.PST"});
+  MoveAndKeep();
+  EXPECT_EQ(Opened("P"),
+            (std::vector<std::string>{Kept("P", "Outlook.pst"), Kept("P", "Outlook_1.pst")}));
+  EXPECT_EQ(Opened("Q"), std::vector<std::string>{Kept("Q", "outlook.PST")});
+  EXPECT_EQ(Read(Kept("P", "Outlook.pst")), "one");
+  EXPECT_EQ(Read(Kept("P", "Outlook_1.pst")), "two");
+  EXPECT_EQ(Read(Kept("Q", "outlook.PST")), "three");
+}
+
+// The offline store is no data file of the profile here, but the profile opens it.
+TEST_F(DataFiles, AnOfflineStoreIsKeptWhereTheProfileIsPointed) {
+  const std::string store = a_.layout.profile + kHome + "office.ost";
+  Write(a_, "C:\\Letters\\Mail.pst", "letters");
+  Write(a_, store, "offline");
+  Profile("P", {"C:\\Letters\\Mail.pst"}, store);
+  MoveAndKeep();
+  EXPECT_EQ(Offline("P"), Kept("P", "office.ost"));
+  EXPECT_EQ(Read(Kept("P", "office.ost")), "offline");
+  EXPECT_EQ(Read(Home("office.ost")), "offline");
 }
 
 }  // namespace

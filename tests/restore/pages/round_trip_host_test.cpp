@@ -412,14 +412,19 @@ TEST(RoundTripOfProfiles, OpenTheRestoredFilesWithEveryVersion) {
   }
 }
 
-TEST(RoundTripOfProfiles, KeepingTheFilesExtractsNoDataFile) {
-  Machine a("xp", "Anna", kIdentityA, true);
-  Machine b("xp", "Bert", kIdentityB, false);
-  a.SetVersion("11");
-  b.SetVersion("11");
-  const std::string archive = a.BackUp({"Microsoft Outlook\\Identities"});
-  b.Restore(archive, {}, true);
-  for (const auto& [path, facts] : FilesOf(b)) EXPECT_FALSE(path.ends_with(".pst")) << path;
+TEST(RoundTripOfProfiles, OpenTheKeptFilesWithEveryVersion) {
+  for (const char* version : {"9", "10", "11", "12"}) {
+    SCOPED_TRACE(version);
+    Machine a("xp", "Anna", kIdentityA, true);
+    Machine b("xp", "Bert", kIdentityB, false);
+    a.SetVersion(version);
+    b.SetVersion(version);
+    const std::string archive = a.BackUp({"Microsoft Outlook\\Identities"});
+    b.Restore(archive, {}, true);
+    ExpectProfilesOpenFiles(b, b.layout.app_data + "\\Tarnwick\\Quorvale\\Restore\\Round trip");
+    // These do not look into the program's own folder.
+    for (const auto& [path, facts] : FilesOf(b)) EXPECT_FALSE(path.ends_with(".pst")) << path;
+  }
 }
 
 TEST(RoundTripOfFiles, AFolderOnADriveThatIsGoneIsKept) {
