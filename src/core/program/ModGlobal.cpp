@@ -27,8 +27,16 @@ std::string OldName(int minor) {
   return "Windows 9?";
 }
 
+// Parts of that name that an earlier run left for the user.
+bool HasPartsKept(Program& program, const std::string& candidate) {
+  return program.session().gMediaDisc &&
+         program.files().FileExists(DiscFolderBelow(ParentFolder(candidate)) + "\\" +
+                                    FileNameOf(candidate) + ".obk");
+}
+
 bool IsTaken(Program& program, const std::string& candidate) {
   FileToolkit& files = program.files();
+  if (HasPartsKept(program, candidate)) return true;
   return files.FolderExists(candidate) || files.FileExists(candidate) ||
          files.FileExists(candidate + ".obk");
 }
@@ -269,6 +277,10 @@ Elevation RestartElevated(Program& program) {
   }
   RemoveTextFile(program, HandOverPath(program), true);
   return Elevation::kRefused;
+}
+
+std::string DiscFolderBelow(const std::string& backup_folder) {
+  return WithBackslash(backup_folder) + "CDBackup";
 }
 
 std::string DataFolder(const Program& program) {
