@@ -31,6 +31,15 @@ std::string WithoutLastFour(const std::string& name) {
   return name.size() < 4 ? std::string() : name.substr(0, name.size() - 4);
 }
 
+std::string NumberedName(const std::string& name, int number) {
+  const size_t dot = name.rfind('.');
+  const size_t folder = name.rfind('\\');
+  const bool has_extension =
+      dot != std::string::npos && (folder == std::string::npos || dot > folder);
+  const size_t end = has_extension ? dot : name.size();
+  return name.substr(0, end) + "_" + std::to_string(number) + name.substr(end);
+}
+
 bool IsNetworkPath(const std::string& path) { return path.starts_with("\\\\"); }
 
 std::string DriveOf(const std::string& path) {

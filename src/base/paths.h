@@ -17,6 +17,8 @@ std::string WithoutBackslash(const std::string& path);
 std::string CollapseBackslashes(const std::string& path);
 // The text without its last four characters (an extension such as ".obk"); "" if it is shorter.
 std::string WithoutLastFour(const std::string& name);
+// The name or path with a number before its extension: "mail.pst" and 2 give "mail_2.pst".
+std::string NumberedName(const std::string& name, int number);
 // True for "\\server\share...".
 bool IsNetworkPath(const std::string& path);
 // What free space is asked for: the whole text of a network path, else its first two characters.

@@ -32,13 +32,6 @@ std::string ProfileOf(const RestoreOrigin& origin) {
   return ReplaceAll(name, " (Default)", "");
 }
 
-// "mail.pst" and 2 gives "mail_2.pst".
-std::string NumberedName(const std::string& name, int number) {
-  const size_t dot = name.rfind('.');
-  const size_t end = dot == std::string::npos ? name.size() : dot;
-  return name.substr(0, end) + "_" + std::to_string(number) + name.substr(end);
-}
-
 }  // namespace
 
 void OutlookRestore::RestoreOutlook() {
