@@ -31,7 +31,7 @@ std::string WithoutLastFour(const std::string& name) {
   return name.size() < 4 ? std::string() : name.substr(0, name.size() - 4);
 }
 
-std::string NumberedName(const std::string& path, unsigned number) {
+std::string NumberedName(const std::string& path, int number) {
   const size_t name = path.rfind('\\') == std::string::npos ? 0 : path.rfind('\\') + 1;
   const size_t dot = path.rfind('.');
   // A name that only begins with a dot has no extension.

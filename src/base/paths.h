@@ -19,7 +19,7 @@ std::string CollapseBackslashes(const std::string& path);
 std::string WithoutLastFour(const std::string& name);
 // The name with a number before its extension: "mail.pst" and 2 give "mail_2.pst". The folders of a
 // path are left alone.
-std::string NumberedName(const std::string& path, unsigned number);
+std::string NumberedName(const std::string& path, int number);
 // True for "\\server\share...".
 bool IsNetworkPath(const std::string& path);
 // What free space is asked for: the whole text of a network path, else its first two characters.

@@ -145,4 +145,10 @@ bool Registry::SaveRegString(RegistryRoot root, const std::string& subkey, const
   return true;
 }
 
+bool Registry::SaveRegBytes(RegistryRoot root, const std::string& subkey, const std::string& name,
+                            const std::string& bytes) {
+  if (store_.CreateKey(root, subkey) != registry_status::kOk) return false;
+  return store_.SetValue(root, subkey, name, type::kBinary, bytes) == registry_status::kOk;
+}
+
 }  // namespace quorvale

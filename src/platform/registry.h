@@ -42,6 +42,12 @@ class Registry {
   // Makes the key if needed and stores a string. True when the key could be opened.
   bool SaveRegString(RegistryRoot root, const std::string& subkey, const std::string& name,
                      const std::string& text);
+  // The same with a binary value of these bytes.
+  bool SaveRegBytes(RegistryRoot root, const std::string& subkey, const std::string& name,
+                    const std::string& bytes);
+  // What reading gives after this text was stored as a string: "?" is in the place of what the
+  // system's code page cannot hold.
+  std::string AsString(const std::string& text) { return system_.FromAnsi(system_.ToAnsi(text)); }
 
   RegistryStore& store() { return store_; }
 

@@ -33,6 +33,14 @@ TEST(Paths, WithoutExtensionCutsFourCharacters) {
   EXPECT_EQ(WithoutLastFour("a"), "");
 }
 
+TEST(Paths, ANumberStandsBeforeTheExtensionOfTheFileAlone) {
+  EXPECT_EQ(NumberedName("mail.pst", 2), "mail_2.pst");
+  EXPECT_EQ(NumberedName("bert.b.wab", 1), "bert.b_1.wab");
+  EXPECT_EQ(NumberedName("no extension", 10), "no extension_10");
+  EXPECT_EQ(NumberedName("C:\\My.files\\a.txt", 1), "C:\\My.files\\a_1.txt");
+  EXPECT_EQ(NumberedName("C:\\My.files\\plain", 1), "C:\\My.files\\plain_1");
+}
+
 TEST(Paths, DriveOfANetworkPathIsTheWholePath) {
   EXPECT_EQ(DriveOf("D:\\Data"), "D:");
   EXPECT_EQ(DriveOf("\\\\server\\share\\x"), "\\\\server\\share\\x");

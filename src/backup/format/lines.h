@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "core/program/full_text.h"
 #include "core/program/program.h"
 
 namespace quorvale {
@@ -33,6 +34,11 @@ class Lines {
   // The file is afterwards the whole old or the whole new one.
   FileStatus Write(Program& program, const std::string& path) const {
     return program.files().WriteWhole(path, program.platform().system.ToAnsi(text_));
+  }
+  // The same for a file that stays on this computer: what the code page cannot hold stands in full
+  // beside it.
+  FileStatus WriteWithFullText(Program& program, const std::string& path) const {
+    return WriteTextFile(program, path, text_);
   }
 
  private:

@@ -86,7 +86,7 @@ std::string BackupLogPath(const Program& program) {
 void WriteReviewLog(Program& program, const std::string& path) {
   Lines lines = BackupLog(program, ">");
   lines.End();
-  lines.Write(program, path);
+  lines.WriteWithFullText(program, path);
 }
 
 void WriteRunLog(Program& program, const std::string& path,
@@ -98,7 +98,7 @@ void WriteRunLog(Program& program, const std::string& path,
   }
   lines.Add("</Skipped File/Folder>");
   lines.End();
-  lines.Write(program, path);
+  lines.WriteWithFullText(program, path);
 }
 
 void WriteRestoreLog(Program& program, const std::string& path) {
@@ -112,7 +112,7 @@ void WriteRestoreLog(Program& program, const std::string& path) {
   AddOptions(job.gRestoreUseCompression, job.gRestoreProtectWithPassword,
              FileNameOf(job.gRestoreFilePath), &lines);
   lines.End();
-  lines.Write(program, path);
+  lines.WriteWithFullText(program, path);
 }
 
 }  // namespace quorvale

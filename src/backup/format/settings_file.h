@@ -42,6 +42,8 @@ struct SettingsFile {
 bool ParseSettings(std::string_view text, SettingsFile* settings);
 // The same from a file in the system's code page. False also if it is missing.
 bool ReadSettingsFile(Program& program, const std::string& path, SettingsFile* settings);
+// The same from a hand-over file, with its full text where the code page lost something.
+bool ReadHandOver(Program& program, const std::string& path, SettingsFile* settings);
 
 // An item's key as the file of a backup has it: an Outlook store without a file of its own gets a
 // name in place of a key.
@@ -61,9 +63,9 @@ struct HandOver {
       kind{};  // the word of the action that the next copy replays: "Custom", "Restore", ...
   std::string path{};  // the destination of a custom backup
 };
-// Hand-over files; an existing one is deleted first, and nothing is written if it stays. They
-// differ in which fields of the hand-over they hold: name and kind; all, and the items; name and
-// kind; the kind alone.
+// Hand-over files, with what the code page cannot hold in full beside them; an existing one is
+// deleted first, and nothing is written if it stays. They differ in which fields of the hand-over
+// they hold: name and kind; all, and the items; name and kind; the kind alone.
 void SaveJobState(Program& program, const std::string& path, const HandOver& hand_over);
 void SaveTreeState(Program& program, const std::string& path, const HandOver& hand_over);
 void WriteRestartSettings(Program& program, const std::string& path, const HandOver& hand_over);

@@ -3,6 +3,7 @@
 
 #include "backup/format/settings_file.h"
 #include "backup/format/settings_items.h"
+#include "core/program/full_text.h"
 #include "core/program/program.h"
 #include "discovery/products/product_table.h"
 
@@ -139,6 +140,12 @@ bool ReadSettingsFile(Program& program, const std::string& path, SettingsFile* s
   *settings = SettingsFile();
   const std::optional<std::string> bytes = program.files().ReadWhole(path);
   return bytes && ParseSettings(program.platform().system.FromAnsi(*bytes), settings);
+}
+
+bool ReadHandOver(Program& program, const std::string& path, SettingsFile* settings) {
+  *settings = SettingsFile();
+  const std::optional<std::string> text = ReadTextFile(program, path);
+  return text && ParseSettings(*text, settings);
 }
 
 }  // namespace quorvale

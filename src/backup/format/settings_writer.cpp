@@ -62,7 +62,7 @@ void AddAdvancedSettings(const Session& session, Lines* lines) {
 
 // False if an old hand-over file stays.
 bool RemoveOld(Program& program, const std::string& path) {
-  if (program.files().FileExists(path)) program.platform().files.RemoveFile(path, true);
+  if (program.files().FileExists(path)) RemoveTextFile(program, path, true);
   return !program.files().FileExists(path);
 }
 
@@ -116,7 +116,7 @@ void SaveJobState(Program& program, const std::string& path, const HandOver& han
   lines.Element("BackupName", hand_over.name);
   lines.Element("BackupType", hand_over.kind);
   lines.End();
-  lines.Write(program, path);
+  lines.WriteWithFullText(program, path);
 }
 
 void SaveTreeState(Program& program, const std::string& path, const HandOver& hand_over) {
@@ -133,7 +133,7 @@ void SaveTreeState(Program& program, const std::string& path, const HandOver& ha
   lines.Element("BackupPath", hand_over.path);
   lines.Element("BackupType", hand_over.kind);
   lines.End();
-  lines.Write(program, path);
+  lines.WriteWithFullText(program, path);
 }
 
 void WriteRestartSettings(Program& program, const std::string& path, const HandOver& hand_over) {
@@ -144,7 +144,7 @@ void WriteRestartSettings(Program& program, const std::string& path, const HandO
   lines.Element("BackupName", hand_over.name);
   lines.Element("BackupType", hand_over.kind);
   lines.End();
-  lines.Write(program, path);
+  lines.WriteWithFullText(program, path);
 }
 
 void SaveScheduleState(Program& program, const std::string& path, const HandOver& hand_over) {
@@ -154,7 +154,7 @@ void SaveScheduleState(Program& program, const std::string& path, const HandOver
   lines.Add("</ItemsForBackup>");
   lines.Element("BackupType", hand_over.kind);
   lines.End();
-  lines.Write(program, path);
+  lines.WriteWithFullText(program, path);
 }
 
 }  // namespace quorvale

@@ -223,7 +223,7 @@ void frmFinish::Command2_Click() {
 
 void frmFinish::TAKEALLBACKUP() {
   destination_ = app_.session().gBackupFolder;
-  if (!destination_.empty()) KillFolder(WithBackslash(destination_) + "CDBackup");
+  if (!destination_.empty()) Parts().Remove("");
   app_.Pump();
   DisableInterface();
   app_.session().gBackupProcessName = kMainBackup;
@@ -295,7 +295,7 @@ void frmFinish::EndRun(const BackupResult& result) {
 }
 
 void frmFinish::EndGoodRun(const BackupResult& result) {
-  if (app_.session().gMediaDisc) KillFolder(WithBackslash(destination_) + "CDBackup");
+  if (app_.session().gMediaDisc) Parts().Remove(result.archive);
   pbCurrent.value = kDonePercent;
   prbGlobalProgress.visible = false;
   LblCompressProgress.visible = false;
@@ -410,11 +410,10 @@ void frmFinish::ShowArchiveIsOver() {
 void frmFinish::Deliver(const BackupResult& result) {
   Session& session = app_.session();
   destination_ = session.gBackupFolder;
-  const std::string parts = WithBackslash(destination_) + "CDbackup";
   session.gDelivered = false;
   session.discs_written = 0;
   if (result.archive.empty() || Stopping()) {
-    if (session.gMediaDisc) KillFolder(parts);
+    if (session.gMediaDisc) Parts().Remove(result.archive);
     return;
   }
   if (session.gMediaFtp) {
@@ -422,22 +421,26 @@ void frmFinish::Deliver(const BackupResult& result) {
     app_.Pump();
     ShowDelivery();
   }
-  if (session.gMediaDisc) DeliverDiscs(parts);
+  if (session.gMediaDisc) DeliverDiscs(result.archive);
 }
 
-void frmFinish::DeliverDiscs(const std::string& parts) {
+DiscFolder frmFinish::Parts() { return {app_, DiscFolderBelow(destination_)}; }
+
+void frmFinish::DeliverDiscs(const std::string& archive) {
   Session& session = app_.session();
+  const std::string parts = WithBackslash(destination_) + "CDbackup";
   if (!app_.platform().discs.MediumLoaded()) {
     app_.Inform(
         "No Media Loaded on the disk drive. Unable to write data to the disk\r\nYour backup is "
         "on " +
         parts);
-    session.gMediaDisc = false;  // the parts stay where they are
+    session.gMediaDisc = false;
+    Parts().Keep();
     return;
   }
   session.gDeliverySource = parts;
   ShowDelivery();
-  KillFolder(parts);
+  Parts().Remove(archive);
 }
 
 void frmFinish::ShowDelivery() {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "backup/run/backup_run.h"
+#include "backup/run/disc_folder.h"
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
 
@@ -111,7 +112,8 @@ class frmFinish : public ui::Form, public RunPage {
   void ShowArchiveIsOver();
   // Sends or burns the archive, where the job says so.
   void Deliver(const BackupResult& result);
-  void DeliverDiscs(const std::string& parts);
+  void DeliverDiscs(const std::string& archive);
+  DiscFolder Parts();
   void ShowDelivery();
 
   void EndRun(const BackupResult& result);

@@ -99,6 +99,7 @@ void frmOne::cmdNext_Click() {
   if (!IsValidName(name)) return RefuseName();
   if (!MayUseName(name)) return;
   if (HasSpecialCharacters(name)) return RefuseName();
+  app_.platform().files.RemoveFile(BackupFileOf(name), true);
   txtBackupname.text = name;
   savedetails();
   if (OptCustBackup.value) return GoToItems();
@@ -117,17 +118,19 @@ void frmOne::RefuseName() {
   txtBackupname.SetFocus();
 }
 
+std::string frmOne::BackupFileOf(const std::string& name) const {
+  return WithBackslash(app_.settings().backup_folder()) + name + ".obk";
+}
+
 bool frmOne::MayUseName(const std::string& name) {
-  const std::string file = WithBackslash(app_.settings().backup_folder()) + name + ".obk";
-  if (!app_.files().FileExists(file)) return true;
-  if (!app_.Ask("Backup job with the same name has already been created before. Do you want to "
-                "overwrite?",
-                ui::Icon::kInformation)) {
-    txtBackupname.SetFocus();
-    return false;
+  if (!app_.files().FileExists(BackupFileOf(name))) return true;
+  if (app_.Ask("Backup job with the same name has already been created before. Do you want to "
+               "overwrite?",
+               ui::Icon::kInformation)) {
+    return true;
   }
-  app_.platform().files.RemoveFile(file, true);
-  return true;
+  txtBackupname.SetFocus();
+  return false;
 }
 
 void frmOne::GoToItems() {

@@ -46,6 +46,7 @@ class frmOne : public WizardPage {
   void ConnectHandlers();
   void RefuseName();
   bool NameIsBlank();
+  std::string BackupFileOf(const std::string& name) const;
   // False if a backup of this name stands and the user wants to keep it.
   bool MayUseName(const std::string& name);
   void GoToItems();

@@ -2,8 +2,10 @@
 // entry name.
 #include "backup/format/settings_file.h"
 #include "backup/run/backup_run.h"
+#include "backup/run/disc_folder.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/program/ModGlobal.h"
 #include "discovery/products/watched_programs.h"
 
 namespace quorvale {
@@ -30,9 +32,11 @@ BackupResult BackupRun::MakeArchive(const std::string& stage_path) {
 void BackupRun::ApplyArchiveSettings(const std::string& stage_path) {
   if (archive.archive_name.empty()) {
     if (job().gMediaDisc) {
-      const std::string folder = ParentFolder(stage_path) + "\\CDBackup\\";
-      MakeFolder(folder);
-      archive.archive_name = folder + FileNameOf(stage_path) + ".obk";
+      const std::string folder = DiscFolderBelow(ParentFolder(stage_path));
+      if (!DiscFolder(program_, folder).Make() && events_.folder_refused) {
+        events_.folder_refused(folder + "\\");
+      }
+      archive.archive_name = folder + "\\" + FileNameOf(stage_path) + ".obk";
       archive.split_size = disc_part_size;
     } else {
       archive.archive_name = stage_path + ".obk";

@@ -183,7 +183,7 @@ class Planner {
   // Folders of one name are one entry, since all that it holds is the folder's attributes.
   void AddSubfolder(size_t number, const std::string& folder, const std::string& target,
                     const std::string& inner) {
-    Draft draft = NewDraft(number, TableMember::Kind::kFolder, target);
+    Draft draft = NewDraft(number, TableMember::Kind::kFolder, WithoutBackslash(target));
     draft.source = WithBackslash(folder) + kAllFiles;
     draft.member.inner = inner;
     if (!CanBeEntryName(draft.entry)) {
@@ -216,7 +216,7 @@ class Planner {
     }
     for (size_t i = 0; i < drafts_.size(); ++i) {
       if (!NeedsName(drafts_[i]) || named[i]) continue;
-      unsigned number = 1;
+      int number = 1;
       while (!taken.insert(FoldCase(NumberedName(drafts_[i].entry, number))).second) ++number;
       drafts_[i].entry = NumberedName(drafts_[i].entry, number);
       drafts_[i].target = NumberedName(drafts_[i].target, number);
@@ -238,7 +238,8 @@ class Planner {
         draft.member.file = drafts_[draft.shares].member.file;
       } else {
         if (draft.member.is_staged) draft.source = StagedSource(i);
-        files.Add({draft.source, draft.entry});
+        const bool is_folder = draft.member.kind == TableMember::Kind::kFolder;
+        files.Add({draft.source, is_folder ? draft.entry + "\\" + kAllFiles : draft.entry});
         draft.member.file = static_cast<std::uint32_t>(*files.Find(draft.source));
       }
       plan_.items[draft.item].members.push_back(std::move(draft.member));

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "backup/run/disc_folder.h"
 #include "base/paths.h"
-#include "logs/run/pathLogger.h"
 
 namespace quorvale {
 namespace {
@@ -17,10 +17,7 @@ std::int64_t WholeMegabytes(std::uint64_t bytes) {
 }
 
 std::vector<std::string> DiscDelivery::Parts(const std::string& folder) {
-  pathLogger walk(program_.platform().files, [this] { program_.Pump(); });
-  walk.fullFileNamesOnly = true;
-  walk.LogPath(folder);
-  return walk.fullFileNames().entries();
+  return DiscFolder(program_, folder).Parts(FileNameOf(program_.session().gBackupBasePath));
 }
 
 DiscDelivery::Room DiscDelivery::FindRoom(const std::string& path) {

@@ -4,6 +4,7 @@
 #include "backup/pages/frmOne.h"
 #include "backup/pages/frmfour.h"
 #include "core/main/FrmWelcome.h"
+#include "core/program/full_text.h"
 #include "discovery/pages/FrmTwo.h"
 #include "schedule/pages/frmSchedule.h"
 
@@ -114,11 +115,11 @@ void StartPreparedBackup(Application& app) {
 
 void ResumeAfterElevation(Application& app, const std::string& path) {
   SettingsFile settings;
-  if (app.files().FileExists(path) && ReadSettingsFile(app, path, &settings)) {
+  if (app.files().FileExists(path) && ReadHandOver(app, path, &settings)) {
     if (settings.backup_name) app.Get<frmOne>().txtBackupname.text = *settings.backup_name;
     if (settings.backup_type) Replay(app, *settings.backup_type);
   }
-  app.platform().files.RemoveFile(path, true);
+  RemoveTextFile(app, path, true);
   app.Pump();
 }
 

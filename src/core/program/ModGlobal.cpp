@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "core/program/command_words.h"
+#include "core/program/full_text.h"
 
 namespace quorvale {
 namespace {
@@ -26,8 +27,16 @@ std::string OldName(int minor) {
   return "Windows 9?";
 }
 
+// Parts of that name that an earlier run left for the user.
+bool HasPartsKept(Program& program, const std::string& candidate) {
+  return program.session().gMediaDisc &&
+         program.files().FileExists(DiscFolderBelow(ParentFolder(candidate)) + "\\" +
+                                    FileNameOf(candidate) + ".obk");
+}
+
 bool IsTaken(Program& program, const std::string& candidate) {
   FileToolkit& files = program.files();
+  if (HasPartsKept(program, candidate)) return true;
   return files.FolderExists(candidate) || files.FileExists(candidate) ||
          files.FileExists(candidate + ".obk");
 }
@@ -266,8 +275,12 @@ Elevation RestartElevated(Program& program) {
     program.End();
     return Elevation::kRestarted;
   }
-  program.platform().files.RemoveFile(HandOverPath(program), true);
+  RemoveTextFile(program, HandOverPath(program), true);
   return Elevation::kRefused;
+}
+
+std::string DiscFolderBelow(const std::string& backup_folder) {
+  return WithBackslash(backup_folder) + "CDBackup";
 }
 
 std::string DataFolder(const Program& program) {

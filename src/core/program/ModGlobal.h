@@ -95,6 +95,9 @@ bool NeedsElevation(const Program& program);
 // temp.xml is gone again and nothing is shown yet.
 Elevation RestartElevated(Program& program);
 
+// The folder below a backup folder in which the parts of a backup wait for their discs.
+std::string DiscFolderBelow(const std::string& backup_folder);
+
 // Paths of the program's own files.
 std::string DataFolder(const Program& program);    // what the main window's load makes gAppDataPath
 std::string HandOverPath(const Program& program);  // ...\temp.xml

@@ -1,5 +1,6 @@
 #include "core/program/program_settings.h"
 
+#include "base/text.h"
 #include "core/program/ModGlobal.h"
 
 namespace quorvale {
@@ -10,6 +11,9 @@ constexpr char kBackupFolder[] = "txtBackup";
 constexpr char kRestoreFolder[] = "txtRestore";
 constexpr char kLog[] = "chklog";
 constexpr char kSoundOff[] = "chkSound";
+
+// The value with the whole name of a folder that a string cannot hold.
+std::string FullName(const std::string& name) { return name + "FullName"; }
 
 }  // namespace
 
@@ -48,9 +52,15 @@ void ProgramSettings::Read() {
 }
 
 std::string ProgramSettings::FolderOrDefault(const std::string& name, const char* default_name) {
-  std::string folder = Text(name);
-  if (!folder.empty()) return folder;
-  folder = session_.gAppDataPath + default_name;
+  const std::string told = Text(name);
+  const std::string folder = session_.gAppDataPath + default_name;
+  if (!told.empty()) {
+    // The default folder too: programs before this one kept what the code page left of it.
+    for (const std::string& full : {Text(FullName(name)), folder}) {
+      if (IsUtf8(full) && registry_.AsString(full) == told) return full;
+    }
+    return told;
+  }
   const bool made = files_.MakeFolderChain(folder);
   if (!made && on_folder_not_made) on_folder_not_made(folder + "\\");
   return folder;
@@ -73,14 +83,23 @@ void ProgramSettings::SaveText(const std::string& name, const std::string& text)
   registry_.SaveRegString(kRoot, kSettingsKey, name, text);
 }
 
+void ProgramSettings::SaveFolder(const std::string& name, const std::string& folder) {
+  if (registry_.AsString(folder) == folder) {
+    registry_.RegKillValue(kRoot, kSettingsKey, FullName(name));
+  } else {
+    registry_.SaveRegBytes(kRoot, kSettingsKey, FullName(name), folder);
+  }
+  SaveText(name, folder);
+}
+
 void ProgramSettings::UseBackupFolder(const std::string& folder) {
   UseFolder(Setting::kBackupFolder, &backup_folder_, folder);
-  SaveText(kBackupFolder, folder);
+  SaveFolder(kBackupFolder, folder);
 }
 
 void ProgramSettings::UseRestoreFolder(const std::string& folder) {
   UseFolder(Setting::kRestoreFolder, &restore_folder_, folder);
-  SaveText(kRestoreFolder, folder);
+  SaveFolder(kRestoreFolder, folder);
 }
 
 void ProgramSettings::UseFolder(Setting setting, std::string* kept, const std::string& folder) {
@@ -101,7 +120,7 @@ void ProgramSettings::UseLog(int wanted) {
 
 void ProgramSettings::Save() {
   Ensure();
-  SaveText(kRestoreFolder, restore_folder_);
+  SaveFolder(kRestoreFolder, restore_folder_);
   session_.gLogDetails = BoolWord(log_ == 1);
 }
 

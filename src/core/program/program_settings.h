@@ -3,6 +3,10 @@
 //
 // They are read when the first of them is asked for. A folder that has none yet gets the default
 // one, which is made.
+//
+// The registry holds the folders as strings in the system's code page. A folder that the code page
+// cannot hold stands in full beside its string, in a binary value of UTF-8, and counts while the
+// string is what the code page leaves of it.
 #pragma once
 
 #include <functional>
@@ -64,6 +68,7 @@ class ProgramSettings {
   void Ensure();
   std::string Text(const std::string& name) const;
   void SaveText(const std::string& name, const std::string& text);
+  void SaveFolder(const std::string& name, const std::string& folder);
   std::string FolderOrDefault(const std::string& name, const char* default_name);
   void UseFolder(Setting setting, std::string* kept, const std::string& folder);
   void Tell(Setting setting);

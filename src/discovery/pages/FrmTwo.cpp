@@ -264,6 +264,12 @@ bool FrmTwo::RaiseRights() {
 }
 
 void FrmTwo::cmdNext_Click() {
+  CommitAndGoOn();
+  // It counts for this commit alone: a quick backup that follows saves all under its own keys.
+  selection_needs_rights_ = false;
+}
+
+void FrmTwo::CommitAndGoOn() {
   if (!CheckAccountSettings()) return;
   const std::string path = Trim(txtpath.text.get());
   if (!CheckDestination(path)) return;

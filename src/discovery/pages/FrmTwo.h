@@ -38,7 +38,8 @@ class FrmTwo : public WizardPage {
   // Every node but the two roots for added folders and files.
   void selectall();
   void Deselectall();
-  // Every node whose root is neither "Add Other Folders" nor "Add More Files": a quick backup.
+  // Every node whose root is neither "Add Other Folders" nor "Add More Files", and no other: a
+  // quick backup.
   void TickAll();
 
   // The commit. --------------------------------------------------------------------------------
@@ -112,6 +113,7 @@ class FrmTwo : public WizardPage {
   void AddItemAnew(ui::TreeNode* root, const SettingsItem& item);
   // The part of a node's key that stands for something outside of the tree.
   std::string CommittedKey(const ui::TreeNode& node) const;
+  void CommitAndGoOn();
   // Step by step what cmdNext checks; false, after a message, where the page has to stay.
   bool CheckAccountSettings();
   bool MakeDestination(const std::string& path);
@@ -121,7 +123,7 @@ class FrmTwo : public WizardPage {
   bool RaiseRights();
   void ShowNextPage();
 
-  // This selection needs raised rights.
+  // The selection that is being committed needs raised rights.
   bool selection_needs_rights_ = false;
 };
 

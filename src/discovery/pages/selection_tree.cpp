@@ -1,8 +1,11 @@
 // The tree of the page "Select Items to Backup": how it is filled, ticked and added to.
+#include <algorithm>
+
 #include "backup/format/settings_file.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
 #include "core/program/command_words.h"
+#include "core/program/full_text.h"
 #include "discovery/pages/FrmTwo.h"
 #include "discovery/products/ModbasTvw.h"
 #include "discovery/products/outlook_profile.h"
@@ -35,6 +38,21 @@ bool IsAddCaption(const std::string& caption) {
 
 bool IsRootOf(const ui::TreeNode& node, ProductId id) {
   return node.Key() == ProductOf(id).caption;
+}
+
+// UpdateNodeChecks for any node of the page. What the user adds goes to two roots in any order, so
+// a range of nodes made one after the other would reach from one root into the other: there the
+// children themselves are looked at.
+void UpdateTicks(ui::TreeView& tree, ui::TreeNode* node) {
+  if (IsAddRoot(*node)) {
+    for (ui::TreeNode* child : node->ChildNodes()) child->SetChecked(node->Checked());
+  } else if (node->Parent() != nullptr && IsAddRoot(*node->Parent())) {
+    const std::vector<ui::TreeNode*>& added = node->Parent()->ChildNodes();
+    node->Parent()->SetChecked(std::any_of(
+        added.begin(), added.end(), [](const ui::TreeNode* each) { return each->Checked(); }));
+  } else {
+    UpdateNodeChecks(tree, node);
+  }
 }
 
 // Takes the tick back from a root on which nothing was added.
@@ -79,7 +97,7 @@ void FrmTwo::TickAll() {
   tvwMain.BeginUpdate();
   for (int index = 1; index <= tvwMain.Count(); ++index) {
     ui::TreeNode* node = tvwMain.Node(index);
-    if (!IsAddCaption(node->Root()->Text())) node->SetChecked(true);
+    node->SetChecked(!IsAddCaption(node->Root()->Text()));
   }
   tvwMain.EndUpdate();
 }
@@ -87,7 +105,7 @@ void FrmTwo::TickAll() {
 void FrmTwo::LoadTreeState(const std::string& path) {
   if (!app_.files().FileExists(path)) return;
   SettingsFile settings;
-  if (ReadSettingsFile(app_, path, &settings)) {
+  if (ReadHandOver(app_, path, &settings)) {
     Session& session = app_.session();
     session.gRestoreBackupFolder = settings.backup_folder;
     tvwMain.BeginUpdate();
@@ -103,7 +121,7 @@ void FrmTwo::LoadTreeState(const std::string& path) {
         told.protection.value_or(session.gRestoreProtectWithPassword);
     if (settings.backup_path) txtpath.text = *settings.backup_path;
   }
-  app_.files().files().RemoveFile(HandOverPath(app_), true);
+  RemoveTextFile(app_, HandOverPath(app_), true);
 }
 
 void FrmTwo::TickFromItems(const std::string& root_key, const std::vector<SettingsItem>& items) {
@@ -155,16 +173,16 @@ void FrmTwo::tvwMain_NodeCheck(ui::TreeNode* node) {
   if (IsAddRoot(*node) && node->Checked()) {
     RunAddDialog(node);
   } else {
-    UpdateNodeChecks(tvwMain, node);
+    UpdateTicks(tvwMain, node);
   }
   if (IsRemovable(*node) && !node->Checked()) {
-    UpdateNodeChecks(tvwMain, node);
+    UpdateTicks(tvwMain, node);
     AskRemove(node);
   } else if (IsAddRoot(*node)) {
     if (node->Children() == 0) {
       node->SetChecked(false);
     } else {
-      UpdateNodeChecks(tvwMain, node);
+      UpdateTicks(tvwMain, node);
     }
   }
   tvwMain.Refresh();
@@ -226,13 +244,13 @@ bool FrmTwo::tvwMain_KeyDown(int code, int modifiers) {
   if (code != kKeySpace || modifiers != 0 || node == nullptr) return false;
   if (node->Checked()) {
     node->SetChecked(false);
-    UpdateNodeChecks(tvwMain, node);
+    UpdateTicks(tvwMain, node);
     if (IsRemovable(*node)) AskRemove(node);
     return true;
   }
   const bool add_root = IsAddRoot(*node);
   if (add_root) RunAddDialog(node);
-  UpdateNodeChecks(tvwMain, node);
+  UpdateTicks(tvwMain, node);
   return add_root;
 }
 

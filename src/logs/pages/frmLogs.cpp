@@ -7,6 +7,7 @@
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/full_text.h"
 
 namespace quorvale {
 namespace {
@@ -122,8 +123,8 @@ void frmLogs::RenderLog(const std::string& path) {
     return;
   }
   const bool is_utf16 = bytes->starts_with(kByteOrderMark);
-  RichTextBox1.text = RenderLogText(is_utf16 ? Utf16BytesToUtf8(bytes->substr(2))
-                                             : app_.platform().system.FromAnsi(*bytes));
+  RichTextBox1.text =
+      RenderLogText(is_utf16 ? Utf16BytesToUtf8(bytes->substr(2)) : FullTextOf(app_, path, *bytes));
 }
 
 void frmLogs::RefreshLogList() {
@@ -166,7 +167,7 @@ void frmLogs::cmdDelete_Click() {
   if (!name.empty() &&
       app_.Ask("The operation can't be undone. Are you sure you want to delete \"" + name +
                "\"?")) {
-    app_.platform().files.RemoveFile(SelectedPath(), false);
+    RemoveTextFile(app_, SelectedPath(), false);
   }
   RefreshLogList();
   // The one behind the deleted log, or the last one.

@@ -76,7 +76,9 @@ std::vector<const TableMember*> BackupMembers::Below(const RestoreOrigin& origin
   const std::vector<std::uint32_t>* rows = RowsOf(origin);
   if (rows == nullptr) return below;
   for (const std::uint32_t row : *rows) {
-    if (!table_->members[row].inner.empty()) below.push_back(&table_->members[row]);
+    const TableMember& member = table_->members[row];
+    const bool is_folder = member.kind == TableMember::Kind::kFolder;
+    if (is_folder || !member.inner.empty()) below.push_back(&member);
   }
   return below;
 }

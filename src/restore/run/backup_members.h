@@ -29,7 +29,7 @@ class BackupMembers {
 
   // By the table: the entry that is the item itself; null if the backup does not hold it.
   const TableMember* Single(const RestoreOrigin& origin) const;
-  // By the table: all that stands below the item's folder.
+  // By the table: the item's folder, and all that stands below it.
   std::vector<const TableMember*> Below(const RestoreOrigin& origin) const;
   // The bytes of an item; `stem` is the folder of all members of a backup without a table.
   double Size(const RestoreOrigin& origin, const std::string& stem,

@@ -120,7 +120,7 @@ bool Extractor::ExtractFolder(const RestoreOrigin& origin, const std::string& ta
   const std::vector<const TableMember*> members = members_.Below(origin);
   std::vector<std::string> targets;
   for (const TableMember* member : members) {
-    targets.push_back(WithBackslash(target) + member->inner);
+    targets.push_back(WithoutBackslash(WithBackslash(target) + member->inner));
   }
   ExtractMembers(members, targets);
   return extraction_.written > 0;
@@ -157,7 +157,7 @@ std::string Extractor::LeftPath(const RestoreOrigin& origin, const std::string& 
       FolderForLeftItems(program_, job_) + "\\" + BackupBaseName(job_) + "\\" + folder + "\\";
   const std::string name = FileNameOf(EntryOf(origin).name);
   std::string path = root + name;
-  for (unsigned number = 1; !left_.insert(FoldCase(path)).second; ++number) {
+  for (int number = 1; !left_.insert(FoldCase(path)).second; ++number) {
     path = root + NumberedName(name, number);
   }
   return path;

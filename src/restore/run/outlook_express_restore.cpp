@@ -1,5 +1,8 @@
 #include "restore/run/outlook_express_restore.h"
 
+#include <optional>
+#include <vector>
+
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
@@ -12,6 +15,16 @@ namespace {
 constexpr char kRoot[] = "Outlook Express\\";
 constexpr char kAddressBook[] = "Outlook Express\\Address Book";
 constexpr char kStationery[] = "Outlook Express\\Stationery";
+
+std::string BookFolder(const Program& program) {
+  return program.platform().shell.SpecialFolder(special_folder::kAppData) +
+         "\\Microsoft\\Address Book\\";
+}
+
+bool HaveOneContent(FileToolkit& files, const std::string& one, const std::string& other) {
+  const std::optional<std::string> bytes = files.ReadWhole(one);
+  return bytes && bytes == files.ReadWhole(other);
+}
 
 }  // namespace
 
@@ -53,38 +66,76 @@ void OutlookExpressRestore::RestoreOutlookExpressItem(const RestoreItem& item) {
 }
 
 // The present user has one address book of their own. Of several in a backup that one is it that
-// bears the user's name, or else the first; the others come back beside it under their names.
+// bears the user's name, or else the first; the others come back beside it under their names, or
+// under numbered ones where two would meet.
 void OutlookExpressRestore::PlanAddressBooks() {
-  const std::string own_name = GetWinUserName(tools_.program) + ".wab";
+  const std::string user = GetWinUserName(tools_.program);
   main_book_.clear();
+  book_targets_.clear();
+  taken_books_.clear();
+  std::vector<const RestoreOrigin*> books;
   for (const RestoreItem& item : tools_.job.restore_items) {
     const RestoreOrigin& origin = item.origin;
     if (!origin.path.starts_with(kAddressBook)) continue;
     const ItemEntry entry = tools_.extractor.EntryOf(origin);
     if (entry.kind != ItemEntry::Kind::kFile || !tools_.extractor.HoldsItem(origin)) continue;
+    books.push_back(&origin);
     const std::string name = FileNameOf(origin.key);
     if (!EndsWithNoCase(name, ".wab")) continue;
-    if (main_book_.empty() || EqualsNoCase(name, own_name)) main_book_ = origin.path;
+    if (main_book_.empty() || EqualsNoCase(name, user + ".wab")) main_book_ = origin.path;
+  }
+  const auto place = [this](const std::string& item, const std::string& target) {
+    book_targets_[item] = target;
+    taken_books_.insert(FoldCase(target));
+  };
+  const std::string folder = BookFolder(tools_.program);
+  if (!main_book_.empty()) place(main_book_, folder + Trim(ReplaceAll(user, ".", "_")) + ".wab");
+  for (const RestoreOrigin* book : books) {
+    if (book->path != main_book_)
+      place(book->path, FreeBook(folder + FileNameOf(book->key), false));
   }
 }
 
-void OutlookExpressRestore::RestoreAddressBook(const RestoreOrigin& origin) {
-  Platform& platform = tools_.program.platform();
-  const std::string folder =
-      platform.shell.SpecialFolder(special_folder::kAppData) + "\\Microsoft\\Address Book\\";
-  if (origin.path != main_book_) {
-    tools_.extractor.ExtractFile(origin, folder + FileNameOf(origin.key));
-    return tools_.extractor.SettleAfterExtract();
+std::string OutlookExpressRestore::FreeBook(const std::string& name, bool must_be_new) {
+  std::string free = name;
+  for (int n = 1; taken_books_.contains(FoldCase(free)) ||
+                  ((must_be_new || n > 1) && tools_.program.files().FileExists(free));
+       ++n) {
+    free = NumberedName(name, n);
   }
-  const std::string user = GetWinUserName(tools_.program);
-  const std::string target = folder + Trim(ReplaceAll(user, ".", "_")) + ".wab";
-  const bool done = tools_.extractor.ExtractFile(origin, target);
+  return free;
+}
+
+void OutlookExpressRestore::RestoreAddressBook(const RestoreOrigin& origin) {
+  const auto target = book_targets_.find(origin.path);
+  if (target == book_targets_.end()) return;
+  if (origin.path == main_book_) return RestoreOwnBook(origin, target->second);
+  tools_.extractor.ExtractFile(origin, target->second);
   tools_.extractor.SettleAfterExtract();
+}
+
+void OutlookExpressRestore::RestoreOwnBook(const RestoreOrigin& origin, const std::string& target) {
+  FileToolkit& files = tools_.program.files();
+  const std::string old_book = BookFolder(tools_.program) + GetWinUserName(tools_.program) + ".wab";
+  std::string place = target;
+  std::string kept;
+  // Where the user's name is not the file's, a book that lives there may be another's.
+  if (!EqualsNoCase(old_book, target) && files.FileExists(target)) {
+    kept = FreeBook(target, true);
+    if (files.CopyFile(target, kept) != FileStatus::kOk) {
+      place = kept;
+      kept.clear();
+    }
+  }
+  const bool done = tools_.extractor.ExtractFile(origin, place);
+  tools_.extractor.SettleAfterExtract();
+  if (!kept.empty() && (!done || HaveOneContent(files, kept, target))) {
+    files.files().RemoveFile(kept, true);
+  }
   // The old book and the trace of its last change go only when the new book stands.
   if (!done) return;
-  const std::string old_book = folder + user + ".wab";
-  if (!EqualsNoCase(old_book, target)) platform.files.RemoveFile(old_book, true);
-  platform.files.RemoveFile(folder + user + ".wab~", true);
+  if (!taken_books_.contains(FoldCase(old_book))) files.files().RemoveFile(old_book, true);
+  files.files().RemoveFile(old_book + "~", true);
 }
 
 void OutlookExpressRestore::RestoreMessages(const RestoreOrigin& origin) {

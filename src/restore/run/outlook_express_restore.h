@@ -2,6 +2,8 @@
 // user, wherever they came from.
 #pragma once
 
+#include <map>
+#include <set>
 #include <string>
 
 #include "restore/run/restore_tools.h"
@@ -25,6 +27,10 @@ class OutlookExpressRestore {
  private:
   void PlanAddressBooks();
   void RestoreAddressBook(const RestoreOrigin& origin);
+  // The one that becomes the present user's, in `target`.
+  void RestoreOwnBook(const RestoreOrigin& origin, const std::string& target);
+  // `name` if no book of the backup goes there, else with the first number that is free.
+  std::string FreeBook(const std::string& name, bool must_be_new);
   void RestoreMessages(const RestoreOrigin& origin);
   void RestoreStationery(const RestoreOrigin& origin);
   // The mail store's folder; written back to the registry where that is due.
@@ -33,7 +39,9 @@ class OutlookExpressRestore {
   RestoreTools tools_;
   std::string identity_;    // of the present mail user
   std::string mail_store_;  // the folder into which mail came back; "" if none did
-  std::string main_book_;   // the address book that becomes the present user's, its path
+  std::string main_book_;   // the address book that becomes the present user's, its item's path
+  std::map<std::string, std::string> book_targets_;  // of the address books, by their items' paths
+  std::set<std::string> taken_books_;                // the same targets, in lower case
 };
 
 }  // namespace quorvale

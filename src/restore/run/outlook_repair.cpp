@@ -30,12 +30,13 @@ class ProfileRepair {
         keeps_(keeps),
         repair_(RepairOfVersion(OutlookCurVer(program))) {}
 
-  void Run() {
+  PointedPaths Run() {
     for (const std::string& section : StoreSections(program_, profile_key_)) {
       if (RepairSection(profile_key_ + "\\" + section)) RepairOfflineOnce();
     }
     const std::string offline = OfflineStorePath(program_, profile_key_);
     if (IsRestored(offline)) RepairOffline(offline);
+    return pointed_;
   }
 
  private:
@@ -98,10 +99,12 @@ class ProfileRepair {
     return keeps_ && !old_path.empty() && keeps_(old_path);
   }
 
-  std::string NewPath(const std::string& old_path) const {
-    const std::string restored = restored_.Find(old_path);
-    const std::string name = FileNameOf(restored.empty() ? old_path : restored);
-    return CollapseBackslashes(folder_ + "\\" + name);
+  std::string NewPath(const std::string& old_path) {
+    const std::string restored = restored_.PathInProfile(old_path);
+    if (!restored.empty()) return CollapseBackslashes(restored);
+    const std::string path = CollapseBackslashes(folder_ + "\\" + FileNameOf(old_path));
+    pointed_[FoldCase(old_path)] = path;
+    return path;
   }
 
   void ForgetEntryId(const std::string& key) {
@@ -124,35 +127,42 @@ class ProfileRepair {
   const RestoredFiles& restored_;
   const std::function<bool(const std::string&)>& keeps_;
   Repair repair_;
+  PointedPaths pointed_;
 };
 
 }  // namespace
 
-void RestoredFiles::Add(const std::string& old_path, const std::string& new_path) {
-  by_old_path_[FoldCase(old_path)] = new_path;
-  by_new_path_[FoldCase(new_path)] = old_path;
+void RestoredFiles::Add(const std::string& old_path, const std::string& new_path,
+                        const std::string& path_in_profile) {
+  by_old_path_[FoldCase(old_path)] = {new_path, path_in_profile};
+  taken_.insert(FoldCase(new_path));
 }
 
 std::string RestoredFiles::Find(const std::string& old_path) const {
   const auto found = by_old_path_.find(FoldCase(old_path));
-  return found == by_old_path_.end() ? "" : found->second;
+  return found == by_old_path_.end() ? "" : found->second.file;
+}
+
+std::string RestoredFiles::PathInProfile(const std::string& old_path) const {
+  const auto found = by_old_path_.find(FoldCase(old_path));
+  return found == by_old_path_.end() ? "" : found->second.path_in_profile;
 }
 
 bool RestoredFiles::Taken(const std::string& new_path) const {
-  return by_new_path_.contains(FoldCase(new_path));
+  return taken_.contains(FoldCase(new_path));
 }
 
 void RestoredFiles::Clear() {
   by_old_path_.clear();
-  by_new_path_.clear();
+  taken_.clear();
 }
 
-void RepairOutlookProfile(Program& program, const std::string& profile, const std::string& folder,
-                          const RestoredFiles& restored,
-                          const std::function<bool(const std::string&)>& keeps) {
+PointedPaths RepairOutlookProfile(Program& program, const std::string& profile,
+                                  const std::string& folder, const RestoredFiles& restored,
+                                  const std::function<bool(const std::string&)>& keeps) {
   const std::string root = ProfilesRoot(program.session().gOSName);
-  if (root.empty() || profile.empty()) return;
-  ProfileRepair(program, root + profile, folder, restored, keeps).Run();
+  if (root.empty() || profile.empty()) return {};
+  return ProfileRepair(program, root + profile, folder, restored, keeps).Run();
 }
 
 }  // namespace quorvale

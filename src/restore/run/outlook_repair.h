@@ -4,7 +4,7 @@
 
 #include <functional>
 #include <map>
-#include <optional>
+#include <set>
 #include <string>
 
 #include "core/program/program.h"
@@ -12,26 +12,39 @@
 namespace quorvale {
 
 // The data files that a run puts back: from the path that the backup knew to the file that was
-// restored. Paths are compared without regard to case.
+// restored, and to the path by which the profiles are to open it. Paths are compared without regard
+// to case.
 class RestoredFiles {
  public:
-  void Add(const std::string& old_path, const std::string& new_path);
+  void Add(const std::string& old_path, const std::string& new_path,
+           const std::string& path_in_profile);
   // The restored file of an old path, or "".
   std::string Find(const std::string& old_path) const;
-  // True if another old path was given this very file.
+  // What the profiles are to hold instead of an old path, or "".
+  std::string PathInProfile(const std::string& old_path) const;
+  // True if an old path was given this very file.
   bool Taken(const std::string& new_path) const;
   void Clear();
 
  private:
-  std::map<std::string, std::string> by_old_path_;
-  std::map<std::string, std::string> by_new_path_;
+  struct Place {
+    std::string file;
+    std::string path_in_profile;
+  };
+  std::map<std::string, Place> by_old_path_;
+  std::set<std::string> taken_;
 };
 
-// Points the data file sections of a profile into `folder`. Sections that `restored` knows take
-// the name of the file that was in fact restored, in whatever form they hold their path; a section
-// of which `keeps` says so stays as it is.
-void RepairOutlookProfile(Program& program, const std::string& profile, const std::string& folder,
-                          const RestoredFiles& restored = {},
-                          const std::function<bool(const std::string& old_path)>& keeps = nullptr);
+// Paths that a repair wrote for files that are not among the restored ones: from the old path, in
+// lower case, to the new one.
+using PointedPaths = std::map<std::string, std::string>;
+
+// Points the data file sections of a profile into `folder`. Sections that `restored` knows get the
+// path that it says, in whatever form they hold their path; a section of which `keeps` says so
+// stays as it is.
+PointedPaths RepairOutlookProfile(
+    Program& program, const std::string& profile, const std::string& folder,
+    const RestoredFiles& restored = {},
+    const std::function<bool(const std::string& old_path)>& keeps = nullptr);
 
 }  // namespace quorvale

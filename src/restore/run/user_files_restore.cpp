@@ -60,17 +60,23 @@ std::string TargetOfAddedFile(const RestoreTools& tools, const RestoreOrigin& or
   return tools.extractor.LeftPath(origin, "Added more Files");
 }
 
+// Puts a folder's tree where items stay that cannot go home.
+void LeaveFolder(const RestoreTools& tools, const RestoreOrigin& origin) {
+  if (tools.extractor.KeepFolder(origin)) tools.result.left_in_restore_folder = true;
+}
+
 void RestoreAddedFolder(const RestoreTools& tools, const RestoreRow& row) {
   const RestoreOrigin& origin = tools.OriginOf(row);
   if (tools.extractor.EntryOf(origin).kind != ItemEntry::Kind::kFolder) return;
   if (DriveIsThere(tools.program.platform().files, row.location)) {
     tools.extractor.ExtractFolder(origin, row.location);
-  } else if (tools.extractor.KeepFolder(origin)) {
-    tools.result.left_in_restore_folder = true;
+  } else {
+    LeaveFolder(tools, origin);
   }
 }
 
-// The desktop's files or the documents: to where they were, if that folder is there.
+// The desktop's files or the documents: to where they were, if that folder is there. Documents of a
+// system that calls the folder by another word have no home here.
 void RestoreOwnFolder(const RestoreTools& tools, const RestoreRow& row) {
   Program& program = tools.program;
   const RestoreOrigin& origin = tools.OriginOf(row);
@@ -78,16 +84,16 @@ void RestoreOwnFolder(const RestoreTools& tools, const RestoreRow& row) {
   const std::string word = DocumentsWord(program);
   std::string old_folder;
   int own_folder = 0;
-  if (row.item == "Other Files\\My Desktop Files") {
+  if (origin.path == "Other Files\\My Desktop Files") {
     tools.monitor.events().item("Desktop");
     old_folder = extractDesktopPath(row.location);
     own_folder = special_folder::kDesktop;
-  } else if (row.item == "Other Files\\" + word) {
+  } else if (origin.path == "Other Files\\" + word) {
     tools.monitor.events().item(word);
     old_folder = extractPath(program, row.location);
     own_folder = special_folder::kDocuments;
   } else {
-    return;
+    return LeaveFolder(tools, origin);
   }
   const bool is_there = !old_folder.empty() && program.files().FolderExists(old_folder);
   tools.extractor.ExtractFolder(

@@ -14,7 +14,8 @@ void RestoreAddedFiles(const RestoreTools& tools);
 void RestoreOtherFiles(const RestoreTools& tools, const RestoreRow& row);
 // Added folders, until a stop; likewise.
 void OFolder(const RestoreTools& tools);
-// The desktop's files and the documents, until a stop.
+// The desktop's files and the documents, until a stop; likewise for documents of a system that
+// calls their folder by another word.
 void OtherFiles(const RestoreTools& tools);
 
 // The path up to and including "Desktop" (the documents folder's word), and the tail behind it.

@@ -5,6 +5,7 @@
 #include "backup/fake_media.h"
 #include "backup/format/settings_file.h"
 #include "backup/pages/frmFinish.h"
+#include "backup/run/disc_folder.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/page_sets.h"
 #include "discovery/pages/FrmTwo.h"
@@ -53,7 +54,7 @@ class Delivery : public testing::Test {
     app_.session().gMediaFtp = false;
     app_.session().gMediaDiscCount = static_cast<int>(parts.size());
     app_.session().gDeliverySource = kParts;
-    machine_.MakeFolder(kParts);
+    EXPECT_TRUE(DiscFolder(app_, kParts).Make());
     for (const std::string& part : parts) {
       machine_.WriteFile(std::string(kParts) + "\\" + part, "part");
     }

@@ -11,6 +11,7 @@
 #include "backup/backup_run.h"
 #include "backup/exported_values.h"
 #include "backup/format/settings_file.h"
+#include "backup/run/disc_folder.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
 
@@ -613,10 +614,21 @@ TEST_F(FrmFinish, TheSoundFollowsItsSetting) {
 
 TEST_F(FrmFinish, ALeftoverOfADiscRunIsRemoved) {
   run_.OpenItems();
-  machine_.WriteFile(run_.BackupFolder() + "\\CDBackup\\old.obk", "old");
+  const std::string parts = run_.BackupFolder() + "\\CDBackup";
+  ASSERT_TRUE(DiscFolder(run_.app(), parts).Make());
+  machine_.WriteFile(parts + "\\old.obk", "old");
   run_.Tick("Other Files\\My Documents");
   RunToTheEnd();
-  EXPECT_FALSE(machine_.Exists(run_.BackupFolder() + "\\CDBackup"));
+  EXPECT_FALSE(machine_.Exists(parts));
+}
+
+TEST_F(FrmFinish, AFolderOfTheUsersWithTheNameOfTheDiscFolderStays) {
+  run_.OpenItems();
+  const std::string note = run_.BackupFolder() + "\\CDBackup\\my own.txt";
+  machine_.WriteFile(note, "mine");
+  run_.Tick("Other Files\\My Documents");
+  RunToTheEnd();
+  EXPECT_EQ(machine_.ReadFile(note), "mine");
 }
 
 TEST_F(FrmFinish, TheSearchServiceRestsWhileTheArchiveIsMade) {

@@ -137,6 +137,18 @@ TEST_F(FrmOne, OverwritingDeletesTheOldBackupAtOnceAlsoIfTheWizardIsCancelled) {
   EXPECT_FALSE(machine_.Exists(BackupFile("Old")));
 }
 
+TEST_F(FrmOne, ANameThatIsRefusedLeavesTheOldBackupOfThatName) {
+  Open();
+  for (const char* name : {"Mail 2.0", "Bob's", "a;b"}) {
+    machine_.WriteFile(BackupFile(name), "the old one");
+    machine_.Expect(ui::Answer::kYes, kOverwrite);
+    machine_.Expect(ui::Answer::kOk, kSpecialCharacters);
+    Next(name);
+    EXPECT_FALSE(OnItemsPage()) << name;
+    EXPECT_EQ(machine_.ReadFile(BackupFile(name)), "the old one") << name;
+  }
+}
+
 TEST_F(FrmOne, KeepingTheOldBackupStays) {
   frmOne& page = Open();
   machine_.WriteFile(BackupFile("Old"), "x");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "backup/fake_media.h"
+#include "backup/run/disc_folder.h"
 #include "support/test_machine.h"
 
 namespace quorvale {
@@ -16,6 +17,7 @@ constexpr char kPart[] = "C:\\Out\\CDbackup\\Job.obk";
 class DiscDeliveryTest : public testing::Test {
  protected:
   DiscDeliveryTest() {
+    EXPECT_TRUE(DiscFolder(program_, "C:\\Out\\CDbackup").Make());
     machine_.WriteFile(kPart, std::string((2u << 20) + 300000, 'x'));
     program_.session().disc_drive = 3;
   }

@@ -84,5 +84,50 @@ TEST_F(ProgramSettingsTest, TheRegistryIsReadOnceAndAgainAfterForgetting) {
   EXPECT_EQ(settings().backup_folder(), "C:\\Second");
 }
 
+TEST_F(ProgramSettingsTest, AFolderOutsideTheCodePageIsKeptInFullBesideItsString) {
+  settings().UseBackupFolder("D:\\Данные");
+  settings().UseRestoreFolder("D:\\写真");
+  EXPECT_EQ(Kept("txtBackup"), "D:\\??????");
+  EXPECT_EQ(Kept("txtRestore"), "D:\\??");
+  settings().Forget();
+  EXPECT_EQ(settings().backup_folder(), "D:\\Данные");
+  EXPECT_EQ(settings().restore_folder(), "D:\\写真");
+  settings().Save();
+  settings().Forget();
+  EXPECT_EQ(settings().restore_folder(), "D:\\写真");
+}
+
+TEST_F(ProgramSettingsTest, AFolderOfTheCodePageNeedsNoFullName) {
+  settings().UseBackupFolder("D:\\Данные");
+  EXPECT_EQ(machine_.GetValue(kKey, "txtBackupFullName"), "D:\\Данные");
+  settings().UseBackupFolder("D:\\Müller");
+  EXPECT_EQ(machine_.GetValue(kKey, "txtBackupFullName"), std::nullopt);
+  EXPECT_EQ(machine_.GetValue(kKey, "txtBackup"), "D:\\Müller");
+}
+
+TEST_F(ProgramSettingsTest, AStringThatAnotherProgramWroteCountsMoreThanAnOldFullName) {
+  settings().UseBackupFolder("D:\\Данные");
+  machine_.SetString(kKey, "txtBackup", "D:\\Jobs");
+  settings().Forget();
+  EXPECT_EQ(settings().backup_folder(), "D:\\Jobs");
+}
+
+TEST_F(ProgramSettingsTest, AFullNameThatIsNoTextIsPassedOver) {
+  machine_.SetString(kKey, "txtBackup", "D:\\?");
+  machine_.SetBinary(kKey, "txtBackupFullName", "D:\\\xFF");
+  EXPECT_EQ(settings().backup_folder(), "D:\\?");
+}
+
+// As a program before this one kept it.
+TEST(ProgramSettingsOfAUserOutsideTheCodePage, WhatIsLeftOfTheDefaultFolderIsTheDefaultFolder) {
+  TestMachine machine("xp", "Łukasz");
+  machine.app().Get<FrmWelcome>();
+  const std::string folder = machine.session().gAppDataPath + "\\Restore";
+  ASSERT_NE(folder.find("Łukasz"), std::string::npos);
+  machine.SetString(kKey, "txtRestore", folder);
+  machine.app().settings().Forget();
+  EXPECT_EQ(machine.app().settings().restore_folder(), folder);
+}
+
 }  // namespace
 }  // namespace quorvale

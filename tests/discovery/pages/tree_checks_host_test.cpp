@@ -88,18 +88,52 @@ TEST(FrmTwoTree, SelectAllLeavesTheTwoAddRootsAlone) {
   EXPECT_TRUE(TickedPaths(page.tvwMain).empty());
 }
 
-TEST(FrmTwoTree, QuickBackupsTickAllLeavesAddedFoldersAlone) {
-  TestMachine machine("xp");
+// A folder, a file and a folder, added one after the other.
+FrmTwo& PageWithAddedItems(TestMachine& machine) {
   FrmTwo& page = OpenPage(machine);
-  machine.MakeFolder("C:\\Work");
-  machine.ui().ExpectFolder("C:\\Work");
+  machine.MakeFolder("C:\\A");
+  machine.WriteFile("C:\\F\\f.txt", "f");
+  machine.MakeFolder("C:\\B");
+  machine.ui().ExpectFolder("C:\\A");
   machine.Do([&] { page.tvwMain.UserClicks(NodeAt(page, "Add Other Folders")); });
-  page.Deselectall();
-  NodeAt(page, "Add Other Folders")->SetChecked(false);
-  page.TickAll();
-  EXPECT_FALSE(NodeAt(page, "Add Other Folders\\C:\\Work")->Checked());
+  machine.ui().ExpectFile("C:\\F\\f.txt");
+  machine.Do([&] { page.tvwMain.UserClicks(NodeAt(page, "Add More Files")); });
+  machine.ui().ExpectFolder("C:\\B");
+  machine.Do([&] { page.tvwMain.UserClicks(NodeAt(page, "Add Other Folders")); });
+  return page;
+}
+
+TEST(FrmTwoTree, UntickingTheAddedFoldersLeavesAFileAddedBetweenThemTicked) {
+  TestMachine machine("xp");
+  FrmTwo& page = PageWithAddedItems(machine);
+  machine.Tick(page.tvwMain, "Add Other Folders", false);
+  EXPECT_EQ(TickedPaths(page.tvwMain),
+            (std::vector<std::string>{"Add More Files", "Add More Files\\C:\\F\\f.txt"}));
+}
+
+TEST(FrmTwoTree, UntickingTheLastAddedFolderUnticksItsRoot) {
+  TestMachine machine("xp");
+  FrmTwo& page = PageWithAddedItems(machine);
+  const std::string question = "Remove the folder/file: [C:\\";
+  machine.Expect(ui::Answer::kNo, question + "A] ?");
+  machine.Tick(page.tvwMain, "Add Other Folders\\C:\\A", false);
+  EXPECT_TRUE(NodeAt(page, "Add Other Folders")->Checked());
+  machine.Expect(ui::Answer::kNo, question + "B] ?");
+  machine.Tick(page.tvwMain, "Add Other Folders\\C:\\B", false);
   EXPECT_FALSE(NodeAt(page, "Add Other Folders")->Checked());
+}
+
+TEST(FrmTwoTree, QuickBackupsTickAllLeavesAddedFoldersAndFilesOut) {
+  TestMachine machine("xp");
+  FrmTwo& page = PageWithAddedItems(machine);
+  machine.Tick(page.tvwMain, "Other Files\\My Documents");
+  page.TickAll();
+  for (const char* added : {"Add Other Folders", "Add Other Folders\\C:\\A", "Add More Files",
+                            "Add More Files\\C:\\F\\f.txt"}) {
+    EXPECT_FALSE(NodeAt(page, added)->Checked()) << added;
+  }
   EXPECT_TRUE(NodeAt(page, "Other Files\\My Documents")->Checked());
+  EXPECT_TRUE(NodeAt(page, "Other Files\\My Desktop Files")->Checked());
 }
 
 TEST(FrmTwoTree, DetailsShowCaptionAndRawKey) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/main/FrmWelcome.h"
+#include "core/program/full_text.h"
 #include "support/test_machine.h"
 
 namespace quorvale {
@@ -81,6 +82,24 @@ TEST_F(FrmLogsTest, AMissingLogChangesNothing) {
 TEST_F(FrmLogsTest, ALogIsReadInTheSystemsCodePage) {
   WriteLog("a.xml", "<Name>M\xFCller</Name>");
   EXPECT_EQ(Open().RichTextBox1.text.get(), "Name: M\xC3\xBCller");
+}
+
+TEST_F(FrmLogsTest, WhatTheCodePageCannotHoldIsShownInFull) {
+  frmLogs& page = Open();
+  const std::string log = Folder() + "\\Settings_Дом.xml";
+  WriteTextFile(machine_.app(), log, "<Name>Дом</Name>\r\n");
+  EXPECT_EQ(machine_.ReadFile(log), "<Name>?\?\?</Name>\r\n");
+  machine_.Click(page.cmdRefresh);
+  ASSERT_EQ(page.File1.Count(), 1);
+  EXPECT_EQ(page.File1.Item(0), "Settings_Дом.xml");
+  EXPECT_EQ(page.RichTextBox1.text.get(), "Name: Дом");
+  // A log that an older program wrote over it is another text.
+  machine_.WriteFile(log, "<Name>Other</Name>\r\n");
+  machine_.Click(page.cmdRefresh);
+  EXPECT_EQ(page.RichTextBox1.text.get(), "Name: Other");
+  machine_.Expect(ui::Answer::kYes, "");
+  machine_.Click(page.cmdDelete);
+  EXPECT_FALSE(machine_.Exists(FullTextPath(log)));
 }
 
 TEST_F(FrmLogsTest, DeleteAsksAndThenShowsTheNextFile) {

@@ -1,98 +1,21 @@
 // What a backup took on one computer comes back on another one, kind by kind and all together.
+#include <gtest/gtest.h>
+
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <set>
 
 #include "discovery/products/outlook_profile.h"
 #include "platform/registry_text.h"
-#include "play/page_driver.h"
 #include "play/round_trip.h"
-#include "play/running_machine.h"
 #include "play/sample_machine.h"
-#include "restore/restore_bench.h"
-#include "support/temp_folder.h"
+#include "restore/round_trip_machine.h"
 
 namespace quorvale::restore_test {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::uint32_t kComparedBits = file_attribute::kReadOnly | file_attribute::kHidden |
                                         file_attribute::kSystem | file_attribute::kArchive;
-
-// A sample computer in a folder of its own.
-class Machine {
- public:
-  Machine(const std::string& like, const std::string& user, const std::string& identity,
-          bool filled) {
-    plan.like = like;
-    plan.user = user;
-    plan.identity = identity;
-    plan.drives.push_back({"F", "fixed"});
-    EXPECT_EQ(MakeMachine(folder_.path(), plan), "");
-    std::string problem;
-    computer = RunningMachine::Open(folder_.path(), &problem);
-    EXPECT_EQ(problem, "");
-    layout = *LayoutOf(like, user);
-    EXPECT_TRUE(!filled || FillSample(computer->platform(), plan, {4096, 4}));
-  }
-
-  ~Machine() { computer.reset(); }  // before its folder goes
-
-  std::string HostPath(const std::string& path) { return MachineHostPath(folder_.path(), path); }
-  void SetVersion(const std::string& version) {
-    RegistryStore& registry = computer->platform().registry;
-    const std::string key = "Outlook.Application\\CurVer";
-    registry.CreateKey(RegistryRoot::kClassesRoot, key);
-    registry.SetValue(RegistryRoot::kClassesRoot, key, "", registry_type::kString,
-                      "Outlook.Application." + version + '\0');
-    // The backup looks for the program itself.
-    registry.CreateKey(RegistryRoot::kLocalMachine,
-                       "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\OUTLOOK.EXE");
-  }
-  // The archive's path on this host.
-  std::string BackUp(const std::vector<std::string>& ticks,
-                     const std::string& name = "Round trip") {
-    PageDriver driver(*computer);
-    BackupWishes job;
-    job.name = name;
-    job.all = ticks.empty();
-    job.ticks = ticks;
-    const SampleExtras extras = ExtrasOf(plan);
-    if (job.all) {
-      job.add_folders = extras.folders;
-      job.add_files = extras.files;
-    }
-    AnswerAll();
-    EXPECT_EQ(driver.Backup(job), Outcome::kDone) << driver.problem() << LastBox();
-    return HostPath(driver.archive());
-  }
-  void Restore(const std::string& archive, const std::vector<std::string>& ticks,
-               bool keep = false) {
-    PageDriver driver(*computer);
-    RestoreWishes job;
-    job.file = archive;
-    job.all = ticks.empty();
-    job.ticks = ticks;
-    job.keep = keep;
-    AnswerAll();
-    EXPECT_EQ(driver.Restore(job), Outcome::kDone) << driver.problem() << LastBox();
-  }
-  std::string LastBox() const {
-    return computer->ui().boxes.empty() ? "" : computer->ui().boxes.back().request.text;
-  }
-
-  MachinePlan plan;
-  MachineLayout layout;
-  std::unique_ptr<RunningMachine> computer;
-
- private:
-  void AnswerAll() {
-    computer->ui().box_handler = [](const ui::MessageBoxRequest&) { return ui::Answer::kOk; };
-  }
-  const TempFolder folder_;
-};
 
 struct FileFacts {
   std::string bytes;
@@ -387,6 +310,24 @@ TEST(RoundTripOfAll, OntoTheSameComputerAfterTheDataWasDestroyed) {
   ExpectAllBack(original, a);
 }
 
+// All files of one folder of a computer stand below a folder of another one.
+void ExpectSameTree(Machine& a, const std::string& folder, Machine& b, const std::string& target) {
+  FileToolkit from(a.computer->platform().files, [] {});
+  FileToolkit to(b.computer->platform().files, [] {});
+  const std::vector<DeepEntry> entries = from.ListFilesDeep(folder, "*.*");
+  EXPECT_GT(entries.size(), 3u);
+  for (const DeepEntry& entry : entries) {
+    const std::string copy = target + entry.path.substr(folder.size());
+    if (entry.is_folder) {
+      EXPECT_TRUE(to.FolderExists(copy)) << copy;
+    } else {
+      EXPECT_TRUE(to.ReadWhole(copy).has_value() &&
+                  to.ReadWhole(copy) == from.ReadWhole(entry.path))
+          << copy;
+    }
+  }
+}
+
 TEST(RoundTripOfAll, FromEachKindOfSystemToEachOther) {
   for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
            {"98", "xp"}, {"xp", "98"}, {"xp", "vista"}, {"vista", "xp"}, {"98", "vista"}}) {
@@ -408,10 +349,17 @@ TEST(RoundTripOfAll, FromEachKindOfSystemToEachOther) {
     FileToolkit toolkit(b.computer->platform().files, [] {});
     EXPECT_TRUE(toolkit.FileExists(b.layout.profile + "\\Application Data\\Microsoft\\" + proof +
                                    "\\CUSTOM.DIC"));
-    // What the present system has no place for is left out.
+    // Where the present system has no documents folder of that name, the documents stay in the
+    // restore folder; Windows Mail is left out.
     const FileMap after = FilesOf(b);
     const std::string documents = FoldCase(b.layout.documents) + "\\";
     const bool other_word = (from == "vista") != (to == "vista");
+    const std::string left =
+        b.layout.app_data + "\\Tarnwick\\Quorvale\\Restore\\Round trip\\Other Files\\";
+    EXPECT_EQ(toolkit.FolderExists(left), other_word);
+    EXPECT_EQ(Contains(b.LastBox(), "could not be restored on to there default locations."),
+              other_word);
+    if (other_word) ExpectSameTree(a, a.layout.documents, b, left + FileNameOf(a.layout.documents));
     for (const auto& [path, facts] : after) {
       if (before.contains(path)) continue;
       EXPECT_FALSE(other_word && path.starts_with(documents)) << path;
@@ -464,14 +412,19 @@ TEST(RoundTripOfProfiles, OpenTheRestoredFilesWithEveryVersion) {
   }
 }
 
-TEST(RoundTripOfProfiles, KeepingTheFilesExtractsNoDataFile) {
-  Machine a("xp", "Anna", kIdentityA, true);
-  Machine b("xp", "Bert", kIdentityB, false);
-  a.SetVersion("11");
-  b.SetVersion("11");
-  const std::string archive = a.BackUp({"Microsoft Outlook\\Identities"});
-  b.Restore(archive, {}, true);
-  for (const auto& [path, facts] : FilesOf(b)) EXPECT_FALSE(path.ends_with(".pst")) << path;
+TEST(RoundTripOfProfiles, OpenTheKeptFilesWithEveryVersion) {
+  for (const char* version : {"9", "10", "11", "12"}) {
+    SCOPED_TRACE(version);
+    Machine a("xp", "Anna", kIdentityA, true);
+    Machine b("xp", "Bert", kIdentityB, false);
+    a.SetVersion(version);
+    b.SetVersion(version);
+    const std::string archive = a.BackUp({"Microsoft Outlook\\Identities"});
+    b.Restore(archive, {}, true);
+    ExpectProfilesOpenFiles(b, b.layout.app_data + "\\Tarnwick\\Quorvale\\Restore\\Round trip");
+    // These do not look into the program's own folder.
+    for (const auto& [path, facts] : FilesOf(b)) EXPECT_FALSE(path.ends_with(".pst")) << path;
+  }
 }
 
 TEST(RoundTripOfFiles, AFolderOnADriveThatIsGoneIsKept) {
