@@ -30,7 +30,8 @@ std::string WhyHostile(const std::string& component) {
   for (const char c : component) {
     if (static_cast<unsigned char>(c) < 0x20) return "a control character";
     if (c == ':') return "a colon";
-    if (std::string_view("<>\"|?*").find(c) != std::string_view::npos) {
+    // A "/" in a name would be one more "\\" to the system.
+    if (std::string_view("<>\"|?*/").find(c) != std::string_view::npos) {
       return "a character that no file name has";
     }
   }

@@ -167,5 +167,40 @@ TEST_F(DataFiles, AnOfflineStoreIsKeptWhereTheProfileIsPointed) {
   EXPECT_EQ(Read(Home("office.ost")), "offline");
 }
 
+TEST_F(DataFiles, AFileThatAProfileListsTwiceIsOneFile) {
+  Write(a_, "C:\\Letters\\Mail.pst", "letters");
+  Profile("P", {"C:\\Letters\\Mail.pst", "c:\\letters\\MAIL.pst"});
+  Move();
+  EXPECT_EQ(Opened("P"), (std::vector<std::string>{Home("Mail.pst"), Home("Mail.pst")}));
+  EXPECT_EQ(Read(Home("Mail.pst")), "letters");
+  EXPECT_EQ(Read(Home("Mail_1.pst")), "nothing");
+}
+
+// Two profiles share a file, and one of them has another one of the same name.
+TEST_F(DataFiles, AFileThatTwoProfilesShareStaysSharedBesideANamesake) {
+  Write(a_, "C:\\Shared\\Outlook.pst", "of both");
+  Write(a_, "C:\\Own\\Outlook.pst", "of one");
+  Profile("P", {"C:\\Shared\\Outlook.pst"});
+  Profile("Q", {"C:\\Own\\Outlook.pst", "C:\\Shared\\Outlook.pst"});
+  Move();
+  EXPECT_EQ(Opened("P"), std::vector<std::string>{Home("Outlook.pst")});
+  EXPECT_EQ(Opened("Q"), (std::vector<std::string>{Home("Outlook_1.pst"), Home("Outlook.pst")}));
+  EXPECT_EQ(Read(Home("Outlook.pst")), "of both");
+  EXPECT_EQ(Read(Home("Outlook_1.pst")), "of one");
+}
+
+TEST_F(DataFiles, AFileThatTwoProfilesShareIsKeptOnce) {
+  Write(a_, "C:\\Shared\\Outlook.pst", "of both");
+  Write(a_, "C:\\Own\\Outlook.pst", "of one");
+  Profile("P", {"C:\\Shared\\Outlook.pst"});
+  Profile("Q", {"C:\\Shared\\Outlook.pst", "C:\\Own\\Outlook.pst"});
+  MoveAndKeep();
+  EXPECT_EQ(Opened("P"), std::vector<std::string>{Kept("P", "Outlook.pst")});
+  EXPECT_EQ(Opened("Q"),
+            (std::vector<std::string>{Kept("P", "Outlook.pst"), Kept("Q", "Outlook.pst")}));
+  EXPECT_EQ(Read(Kept("P", "Outlook.pst")), "of both");
+  EXPECT_EQ(Read(Kept("Q", "Outlook.pst")), "of one");
+}
+
 }  // namespace
 }  // namespace quorvale::restore_test

@@ -1,17 +1,10 @@
 // What each product's routine does with its rows.
 #include "discovery/products/outlook_profile.h"
+#include "restore/mail_profile.h"
 #include "restore/restore_bench.h"
 
 namespace quorvale::restore_test {
 namespace {
-
-constexpr char kProfiles[] =
-    "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\"
-    "Windows Messaging Subsystem\\Profiles\\";
-constexpr char kSectionId[] = "0123456789ABCDEF";  // 16 bytes
-constexpr char kSection[] = "30313233343536373839414243444546";
-
-std::string Wide(const std::string& text) { return Utf8ToUtf16Bytes(text) + std::string(2, '\0'); }
 
 JobArchive OneMail(const std::string& key = "E:\\Anna's store\\Inbox.dbx") {
   JobArchive archive;
@@ -180,115 +173,6 @@ TEST(OutlookExpressRestore, StationeryGoesToTheCommonFolder) {
 }
 
 // Microsoft Outlook. ---------------------------------------------------------------------------
-
-void UseOutlook(TestMachine& machine, const std::string& version) {
-  machine.SetString("HKEY_CLASSES_ROOT\\Outlook.Application\\CurVer", "",
-                    "Outlook.Application." + version);
-}
-
-void SeedSection(TestMachine& machine, const std::string& profile, const std::string& narrow,
-                 const std::string& wide) {
-  const std::string key = kProfiles + profile;
-  machine.SetBinary(key + "\\" + kStoreListSection, kStoreListValue, kSectionId);
-  const std::string section = key + "\\" + kSection;
-  machine.SetString(section, kDisplayName8, "Mail");
-  if (!narrow.empty()) machine.SetString(section, kStorePath8, narrow);
-  if (!wide.empty()) machine.SetBinary(section, kStorePath16, Wide(wide));
-  machine.SetBinary(section, kStoreEntryId, "entry");
-}
-
-std::string Section(const std::string& profile) { return kProfiles + profile + "\\" + kSection; }
-
-TEST(OutlookRepair, EachVersionRewritesItsOwnFormOfThePath) {
-  for (const char* version : {"9", "10", "11", "12"}) {
-    TestMachine machine("xp");
-    machine.app().Get<FrmWelcome>();
-    UseOutlook(machine, version);
-    SeedSection(machine, "P", "C:\\Anna\\mail.pst", "C:\\Anna\\mail.pst");
-    RepairOutlookProfile(machine.app(), "P", "D:\\Data");
-    const bool narrow = std::string(version) == "10";
-    const bool wide = std::string(version) == "11" || std::string(version) == "12";
-    EXPECT_EQ(machine.GetValue(Section("P"), kStorePath8),
-              narrow ? "D:\\Data\\mail.pst" : "C:\\Anna\\mail.pst")
-        << version;
-    EXPECT_EQ(machine.GetValue(Section("P"), kStorePath16),
-              Wide(wide ? "D:\\Data\\mail.pst" : "C:\\Anna\\mail.pst"))
-        << version;
-    EXPECT_EQ(machine.GetValue(Section("P"), kStoreEntryId).has_value(), !narrow && !wide);
-  }
-}
-
-TEST(OutlookRepair, ASectionWithoutTheNarrowPathStaysAsItWas) {
-  for (const char* version : {"10", "11", "12"}) {
-    TestMachine machine("xp");
-    machine.app().Get<FrmWelcome>();
-    UseOutlook(machine, version);
-    SeedSection(machine, "P", "", "C:\\Anna\\mail.pst");
-    RepairOutlookProfile(machine.app(), "P", "D:\\Data");
-    EXPECT_EQ(machine.GetValue(Section("P"), kStorePath16), Wide("C:\\Anna\\mail.pst"));
-    EXPECT_EQ(machine.GetValue(Section("P"), kStoreEntryId), "entry");
-  }
-}
-
-TEST(OutlookRepair, APathThatNamesNoFileTakesTheNameOfTheWideOne) {
-  TestMachine machine("xp");
-  machine.app().Get<FrmWelcome>();
-  UseOutlook(machine, "10");
-  SeedSection(machine, "P", "C:\\Anna\\", "C:\\Anna\\mail.pst");
-  RepairOutlookProfile(machine.app(), "P", "D:\\Data");
-  EXPECT_EQ(machine.GetValue(Section("P"), kStorePath8), "D:\\Data\\mail.pst");
-}
-
-TEST(OutlookRepair, ANewVersionWithoutTheWidePathForgetsTheEntryOnly) {
-  TestMachine machine("xp");
-  machine.app().Get<FrmWelcome>();
-  UseOutlook(machine, "11");
-  SeedSection(machine, "P", "C:\\Anna\\mail.pst", "");
-  RepairOutlookProfile(machine.app(), "P", "D:\\Data");
-  EXPECT_EQ(machine.GetValue(Section("P"), kStorePath8), "C:\\Anna\\mail.pst");
-  EXPECT_EQ(machine.GetValue(Section("P"), kStorePath16), std::nullopt);
-  EXPECT_EQ(machine.GetValue(Section("P"), kStoreEntryId), std::nullopt);
-}
-
-TEST(OutlookRepair, TheOfflineStoreIsRewrittenOncePerProfile) {
-  TestMachine machine("xp");
-  machine.app().Get<FrmWelcome>();
-  UseOutlook(machine, "12");
-  SeedSection(machine, "P", "C:\\Anna\\mail.pst", "C:\\Anna\\mail.pst");
-  const std::string offline = std::string(kProfiles) + "P\\" + kOfflineStoreSection;
-  machine.SetBinary(offline, kOfflinePath16, Wide("C:\\Anna\\off.ost"));
-  RepairOutlookProfile(machine.app(), "P", "D:\\Data");
-  EXPECT_EQ(machine.GetValue(offline, kOfflinePath16), Wide("D:\\Data\\off.ost"));
-  EXPECT_TRUE(machine.session().gOutlookProfileEdited);
-  RepairOutlookProfile(machine.app(), "P", "D:\\Elsewhere");
-  EXPECT_EQ(machine.GetValue(offline, kOfflinePath16), Wide("D:\\Data\\off.ost"));
-}
-
-TEST(OutlookRepair, BadValuesAreCarriedOrLeftOut) {
-  TestMachine machine("xp");
-  machine.app().Get<FrmWelcome>();
-  UseOutlook(machine, "11");
-  const std::string key = std::string(kProfiles) + "P";
-  // One whole section, one that is missing, and the begin of a third.
-  machine.SetBinary(key + "\\" + kStoreListSection, kStoreListValue,
-                    std::string(kSectionId) + std::string(16, 'z') + "short");
-  const std::string name = std::string(1990, 'n') + ".pst";
-  machine.SetString(Section("P"), kStorePath8, "C:\\x\\" + name);
-  machine.SetBinary(Section("P"), kStorePath16, Utf8ToUtf16Bytes("C:\\x\\" + name));
-  RepairOutlookProfile(machine.app(), "P", "D:\\Data");
-  EXPECT_EQ(machine.GetValue(Section("P"), kStorePath16), Wide("D:\\Data\\" + name));
-  RepairOutlookProfile(machine.app(), "No such profile", "D:\\Data");
-  EXPECT_FALSE(machine.KeyExists(std::string(kProfiles) + "No such profile"));
-}
-
-TEST(OutlookRepair, NamesOutsideTheCodePageSurviveInTheWideForm) {
-  TestMachine machine("xp");
-  machine.app().Get<FrmWelcome>();
-  UseOutlook(machine, "12");
-  SeedSection(machine, "P", "C:\\x\\????.pst", "C:\\x\\Почта.pst");
-  RepairOutlookProfile(machine.app(), "P", "D:\\Data");
-  EXPECT_EQ(machine.GetValue(Section("P"), kStorePath16), Wide("D:\\Data\\Почта.pst"));
-}
 
 TEST(OutlookRestore, TheLooseFilesOfEachGroupGoToTheirOwnHome) {
   struct Group {
