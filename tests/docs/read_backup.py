@@ -48,6 +48,39 @@ def entry(path, key):
     return "Added More Files\\" + file_name
 
 
+def check_table(archive, stem):
+    """The rows of the member table, each held against the archive. How many there are."""
+    entries = {}
+    for info in archive.infolist():
+        entries.setdefault(info.filename.replace("/", "\\").rstrip("\\").lower(), info)
+    text = archive.read(f"{stem}/Members.txt").decode("utf-8")
+    if not text.endswith("\r\n"):
+        sys.exit("the member table is cut short")
+    lines = [[re.sub("%(..)", lambda code: chr(int(code[1], 16)), field)
+              for field in line.split("\t")] for line in text.split("\r\n")[:-1]]
+    if lines[0] != ["Quorvale members", "1"] or lines[1] != ["stem", stem]:
+        sys.exit("no head of a member table")
+    if lines[-1] != ["end", str(len(lines) - 1)]:
+        sys.exit("the member table is cut short")
+    items = [line for line in lines if line[0] == "item"]
+    members = [line for line in lines if line[0] == "member"]
+    told = {f"{stem}\\{stem}.xml".lower(), f"{stem}\\Members.txt".lower()}
+    for _, kind, item, size, crc, entry_name, inner in members:
+        told.add(entry_name.lower())
+        info = entries.get(entry_name.lower())
+        if info is None or info.is_dir() != (kind == "d"):
+            sys.exit(f"the table names {entry_name}, which is not there")
+        if kind != "d" and (info.file_size != int(size) or info.CRC != int(crc, 16)):
+            sys.exit(f"{entry_name} is not what the table says")
+        key = items[int(item) - 1][2]
+        if kind == "f" and inner and not entry_name.rsplit("\\", 1)[-1]:
+            sys.exit(f"{entry_name} has no name below {key}")
+    for name in entries:
+        if name not in told:
+            sys.exit(f"{name} is nobody's")
+    return len(members)
+
+
 def main():
     path = sys.argv[1]
     stem = os.path.splitext(os.path.basename(path))[0]
@@ -71,7 +104,7 @@ def main():
         else:
             missing += 1
             print(f"no entry for {item[3]} ({item[2]}): {place}")
-    print(f"{found} items found, {missing} missing")
+    print(f"{found} items found, {missing} missing, {check_table(archive, stem)} members")
     sys.exit(1 if missing or not found else 0)
 
 
