@@ -63,7 +63,7 @@ std::string Registry::RegGetValue(RegistryRoot root, const std::string& subkey,
   if (store_.QueryValue(root, subkey, name, &value) != registry_status::kOk) return "";
   if (value.data.size() > kValueBytes) return "";
   const std::string data = value.data.ends_with('\0') ? WithoutLast(value.data) : value.data;
-  if (type::IsText(value.type)) return system_.FromAnsi(data);
+  if (type::IsText(value.type)) return FullText(root, subkey, name, data);
   if (value.type == type::kBinary) return data;
   return value.type == type::kDword ? SmallFlagText(data) : "";
 }
@@ -77,7 +77,7 @@ std::string Registry::RegGetTyped(RegistryRoot root, const std::string& subkey,
   }
   switch (value.type) {
     case type::kString:
-      return system_.FromAnsi(WithoutLast(value.data));
+      return FullText(root, subkey, name, WithoutLast(value.data));
     case type::kBinary:
       return value.data;
     case type::kDword:
@@ -143,6 +143,24 @@ bool Registry::SaveRegString(RegistryRoot root, const std::string& subkey, const
   if (store_.CreateKey(root, subkey) != registry_status::kOk) return false;
   store_.SetValue(root, subkey, name, type::kString, system_.ToAnsi(text) + '\0');
   return true;
+}
+
+bool Registry::SaveRegText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                           const std::string& text) {
+  if (store_.CreateKey(root, subkey) != registry_status::kOk) return false;
+  return store_.SetText(root, subkey, name, type::kString, text) == registry_status::kOk;
+}
+
+std::string Registry::FullText(RegistryRoot root, const std::string& subkey,
+                               const std::string& name, const std::string& data) {
+  std::string full;
+  // Only "?" can stand for something else.
+  if (data.find('?') != std::string::npos &&
+      store_.QueryText(root, subkey, name, &full) == registry_status::kOk &&
+      system_.ToAnsi(full) == data) {
+    return full;
+  }
+  return system_.FromAnsi(data);
 }
 
 bool Registry::SaveRegBytes(RegistryRoot root, const std::string& subkey, const std::string& name,

@@ -25,8 +25,9 @@ class Registry {
  public:
   Registry(RegistryStore& store, SystemInfo& system) : store_(store), system_(system) {}
 
-  // The value as text, "" when absent. Strings come as UTF-8, binary data as its bytes less one
-  // NUL at the end, numbers by a reader of small flags (258 reads as "18"). At most 1024 bytes.
+  // The value as text, "" when absent. Strings come as UTF-8 and in full, binary data as its bytes
+  // less one NUL at the end, numbers by a reader of small flags (258 reads as "18"). At most 1024
+  // bytes.
   std::string RegGetValue(RegistryRoot root, const std::string& subkey, const std::string& name);
   // The value by its type: text, bytes, or a number as signed decimal text; other types give "".
   // kRegistryReadError when it is absent or holds nothing.
@@ -45,6 +46,13 @@ class Registry {
   // The same with a binary value of these bytes.
   bool SaveRegBytes(RegistryRoot root, const std::string& subkey, const std::string& name,
                     const std::string& bytes);
+  // The same with a string in full: for paths that another program reads.
+  bool SaveRegText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                   const std::string& text);
+  // The text of a value that holds one, in full where the code page lost something. `data` is what
+  // the store gave for it, without the NUL that ends it.
+  std::string FullText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                       const std::string& data);
   // What reading gives after this text was stored as a string: "?" is in the place of what the
   // system's code page cannot hold.
   std::string AsString(const std::string& text) { return system_.FromAnsi(system_.ToAnsi(text)); }

@@ -54,6 +54,14 @@ class RegistryStore {
                         std::uint32_t type, const std::string& data) = 0;
   virtual long DeleteValue(RegistryRoot root, const std::string& subkey,
                            const std::string& name) = 0;
+  // One text in full, as UTF-8 without its terminating NUL, where QueryValue gives what the code
+  // page holds of it. kNotFound also for a value of another kind.
+  virtual long QueryText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                         std::string* text) = 0;
+  // Stores one text in full, with its terminating NUL; `type` is one of text. The key must exist.
+  // A system without Unicode keeps what its code page holds.
+  virtual long SetText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                       std::uint32_t type, const std::string& text) = 0;
   // The names of the direct subkeys, in the store's order. kNotFound leaves `names` untouched.
   virtual long ListSubkeys(RegistryRoot root, const std::string& subkey,
                            std::vector<std::string>* names) = 0;

@@ -151,7 +151,11 @@ class Filler {
           ok_;
   }
   void String(const std::string& key, const std::string& name, const std::string& text) {
-    Value(key, name, registry_type::kString, platform_.system.ToAnsi(text) + '\0');
+    const std::optional<RegistryPath> path = ParseRegistryPath(key);
+    ok_ = path && platform_.registry.CreateKey(path->root, path->subkey) == registry_status::kOk &&
+          platform_.registry.SetText(path->root, path->subkey, name, registry_type::kString,
+                                     text) == registry_status::kOk &&
+          ok_;
   }
   void Number(const std::string& key, const std::string& name, std::uint32_t number) {
     std::string data;

@@ -140,11 +140,10 @@ std::string SeedValue(ScenarioPlayer& player, const ScenarioAct& act) {
   const std::optional<ValuePlace> place = PlaceOf(act.path);
   if (!place) return "\"" + act.path + "\" is no value";
   RegistryStore& registry = PlatformOf(player).registry;
-  const std::string data = PlatformOf(player).system.ToAnsi(act.text) + '\0';
   const bool written =
       registry.CreateKey(place->key.root, place->key.subkey) == registry_status::kOk &&
-      registry.SetValue(place->key.root, place->key.subkey, place->name, registry_type::kString,
-                        data) == registry_status::kOk;
+      registry.SetText(place->key.root, place->key.subkey, place->name, registry_type::kString,
+                       act.text) == registry_status::kOk;
   return written ? "" : act.path + " cannot be written";
 }
 

@@ -225,6 +225,18 @@ long FaultyRegistry::SetValue(RegistryRoot root, const std::string& subkey, cons
   return real_.SetValue(root, subkey, name, type, data);
 }
 
+long FaultyRegistry::QueryText(RegistryRoot root, const std::string& subkey,
+                               const std::string& name, std::string* text) {
+  if (Denies("RegistryStore::QueryText", subkey + "\\" + name)) return registry_status::kDenied;
+  return real_.QueryText(root, subkey, name, text);
+}
+
+long FaultyRegistry::SetText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                             std::uint32_t type, const std::string& text) {
+  if (Denies("RegistryStore::SetText", subkey + "\\" + name)) return registry_status::kDenied;
+  return real_.SetText(root, subkey, name, type, text);
+}
+
 long FaultyRegistry::DeleteValue(RegistryRoot root, const std::string& subkey,
                                  const std::string& name) {
   if (Denies("RegistryStore::DeleteValue", subkey + "\\" + name)) return registry_status::kDenied;

@@ -315,6 +315,22 @@ long MemoryRegistry::SetValue(RegistryRoot root, const std::string& subkey, cons
   return registry_status::kOk;
 }
 
+long MemoryRegistry::QueryText(RegistryRoot root, const std::string& subkey,
+                               const std::string& name, std::string* text) {
+  RegistryValue value;
+  const long status = QueryValue(root, subkey, name, &value);
+  if (status != registry_status::kOk) return status;
+  if (!registry_type::IsText(value.type)) return registry_status::kNotFound;
+  *text = MemorySystem().FromAnsi(value.data);
+  if (text->ends_with('\0')) text->pop_back();
+  return registry_status::kOk;
+}
+
+long MemoryRegistry::SetText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                             std::uint32_t type, const std::string& text) {
+  return SetValue(root, subkey, name, type, MemorySystem().ToAnsi(text) + '\0');
+}
+
 long MemoryRegistry::DeleteValue(RegistryRoot root, const std::string& subkey,
                                  const std::string& name) {
   Key* key = Find(root, subkey);

@@ -141,6 +141,14 @@ void StoreValue(RegistryStore& registry, const std::string& key, const std::stri
       << key << "\\" << name;
 }
 
+void StoreText(RegistryStore& registry, const std::string& key, const std::string& name,
+               std::uint32_t type, const std::string& text) {
+  const RegistryPath path = KeyOf(key);
+  EXPECT_EQ(registry.CreateKey(path.root, path.subkey), registry_status::kOk) << key;
+  EXPECT_EQ(registry.SetText(path.root, path.subkey, name, type, text), registry_status::kOk)
+      << key << "\\" << name;
+}
+
 }  // namespace
 
 void TestMachine::MakeKey(const std::string& key) {
@@ -150,13 +158,12 @@ void TestMachine::MakeKey(const std::string& key) {
 
 void TestMachine::SetString(const std::string& key, const std::string& name,
                             const std::string& text) {
-  StoreValue(registry(), key, name, registry_type::kString, platform().system.ToAnsi(text) + '\0');
+  StoreText(registry(), key, name, registry_type::kString, text);
 }
 
 void TestMachine::SetExpandString(const std::string& key, const std::string& name,
                                   const std::string& text) {
-  StoreValue(registry(), key, name, registry_type::kExpandString,
-             platform().system.ToAnsi(text) + '\0');
+  StoreText(registry(), key, name, registry_type::kExpandString, text);
 }
 
 void TestMachine::SetDword(const std::string& key, const std::string& name, std::uint32_t number) {
@@ -176,11 +183,11 @@ std::optional<std::string> TestMachine::GetValue(const std::string& key, const s
   if (registry().QueryValue(path.root, path.subkey, name, &value) != registry_status::kOk) {
     return std::nullopt;
   }
-  const bool is_text =
-      value.type == registry_type::kString || value.type == registry_type::kExpandString;
-  if (!is_text) return value.data;
-  while (!value.data.empty() && value.data.back() == '\0') value.data.pop_back();
-  return platform().system.FromAnsi(value.data);
+  if (!registry_type::IsText(value.type)) return value.data;
+  std::string text;
+  registry().QueryText(path.root, path.subkey, name, &text);
+  while (!text.empty() && text.back() == '\0') text.pop_back();
+  return text;
 }
 
 bool TestMachine::KeyExists(const std::string& key) {

@@ -59,6 +59,10 @@ std::string ReadProfileText(Program& program, const std::string& key, const std:
   if (name.starts_with("001f") && !registry_type::IsText(value->type)) {
     return DecodeProfileText16(value->data);
   }
+  if (registry_type::IsText(value->type)) {
+    return program.registry().FullText(RegistryRoot::kCurrentUser, key, name,
+                                       StripNuls(value->data));
+  }
   return DecodeProfileText8(program, value->data);
 }
 

@@ -254,6 +254,25 @@ long HostRegistryStore::DeleteValue(RegistryRoot root, const std::string& subkey
   return registry_status::kOk;
 }
 
+long HostRegistryStore::QueryText(RegistryRoot root, const std::string& subkey,
+                                  const std::string& name, std::string* text) {
+  const Key* key = Find(root, subkey);
+  if (key == nullptr) return registry_status::kNotFound;
+  const auto found = key->values.find(SortName(name));
+  if (found == key->values.end() || !registry_type::IsText(found->second.type)) {
+    return registry_status::kNotFound;
+  }
+  *text = Utf16BytesToUtf8(found->second.data);
+  if (text->ends_with('\0')) text->pop_back();
+  return registry_status::kOk;
+}
+
+long HostRegistryStore::SetText(RegistryRoot root, const std::string& subkey,
+                                const std::string& name, std::uint32_t type,
+                                const std::string& text) {
+  return SetUnicodeValue(root, subkey, name, type, Utf8ToUtf16Bytes(text + '\0'));
+}
+
 long HostRegistryStore::DeleteKey(RegistryRoot root, const std::string& subkey) {
   const std::vector<std::string> parts = KeyParts(subkey);
   if (parts.empty() || Find(root, subkey) == nullptr) return registry_status::kNotFound;

@@ -1,5 +1,8 @@
 #include "platform/windows/registry_store.h"
 
+#include <iterator>
+#include <utility>
+
 #include "base/text.h"
 #include "platform/windows/text_calls.h"
 
@@ -22,7 +25,7 @@ HKEY RootHandle(RegistryRoot root) {
   return HKEY_LOCAL_MACHINE;
 }
 
-// Without leading, trailing and doubled backslashes, in the code page.
+// Without leading, trailing and doubled backslashes.
 std::string KeyPath(const std::string& subkey) {
   std::string path;
   for (const std::string& part : Split(subkey, "\\")) {
@@ -30,14 +33,17 @@ std::string KeyPath(const std::string& subkey) {
     if (!path.empty()) path += '\\';
     path += part;
   }
-  return Ansi(path);
+  return path;
 }
 
 // An open key, closed at the end of its scope.
 class Key {
  public:
   Key(RegistryRoot root, const std::string& subkey, REGSAM access) {
-    status_ = RegOpenKeyExA(RootHandle(root), KeyPath(subkey).c_str(), 0, access, &handle_);
+    const std::string path = KeyPath(subkey);
+    status_ = HasUnicode()
+                  ? RegOpenKeyExW(RootHandle(root), Wide(path).c_str(), 0, access, &handle_)
+                  : RegOpenKeyExA(RootHandle(root), Ansi(path).c_str(), 0, access, &handle_);
     if (status_ != ERROR_SUCCESS) handle_ = nullptr;
   }
   ~Key() {
@@ -56,6 +62,91 @@ class Key {
 
 BYTE* Bytes(std::string& data) { return reinterpret_cast<BYTE*>(data.data()); }
 
+// Data as the system holds it, texts in UTF-16 where it has Unicode, as the data of the store.
+std::string ToStoreData(DWORD type, std::string data) {
+  if (!HasUnicode() || !registry_type::HoldsText(type)) return data;
+  return Ansi(Utf16BytesToUtf8(data));
+}
+
+// And back. The NUL that a caller forgot to count is added.
+std::string ToSystemData(DWORD type, const std::string& data) {
+  if (!HasUnicode() || !registry_type::HoldsText(type)) return data;
+  std::string unicode = Utf8ToUtf16Bytes(FromAnsi(data));
+  if (!data.empty() && data.back() != '\0') unicode.append(2, '\0');
+  return unicode;
+}
+
+// The data as the system holds it.
+long Query(const Key& key, const std::string& name, DWORD* type, std::string* data) {
+  if (key.status() != ERROR_SUCCESS) return key.status();
+  data->assign(1024, '\0');
+  for (;;) {
+    DWORD size = static_cast<DWORD>(data->size());
+    const long status = HasUnicode() ? RegQueryValueExW(key.handle(), Wide(name).c_str(), nullptr,
+                                                        type, Bytes(*data), &size)
+                                     : RegQueryValueExA(key.handle(), Ansi(name).c_str(), nullptr,
+                                                        type, Bytes(*data), &size);
+    if (status == ERROR_MORE_DATA) {
+      // Another program may enlarge it meanwhile, so the size told is a hint only.
+      data->resize(size > data->size() ? size : data->size() * 2);
+      continue;
+    }
+    if (status == ERROR_SUCCESS) data->resize(size);
+    return status;
+  }
+}
+
+long Set(const Key& key, const std::string& name, DWORD type, const std::string& data) {
+  if (key.status() != ERROR_SUCCESS) return key.status();
+  const BYTE* bytes = reinterpret_cast<const BYTE*>(data.data());
+  const DWORD size = static_cast<DWORD>(data.size());
+  return HasUnicode() ? RegSetValueExW(key.handle(), Wide(name).c_str(), 0, type, bytes, size)
+                      : RegSetValueExA(key.handle(), Ansi(name).c_str(), 0, type, bytes, size);
+}
+
+// The name of the subkey at this place. False behind the last one.
+bool SubkeyName(const Key& key, DWORD index, std::string* name) {
+  if (HasUnicode()) {
+    wchar_t wide[512];
+    DWORD length = static_cast<DWORD>(std::size(wide));
+    if (RegEnumKeyExW(key.handle(), index, wide, &length, nullptr, nullptr, nullptr, nullptr) !=
+        ERROR_SUCCESS) {
+      return false;
+    }
+    *name = FromWide(std::wstring_view(wide, length));
+    return true;
+  }
+  char ansi[1024];
+  DWORD length = static_cast<DWORD>(std::size(ansi));
+  if (RegEnumKeyExA(key.handle(), index, ansi, &length, nullptr, nullptr, nullptr, nullptr) !=
+      ERROR_SUCCESS) {
+    return false;
+  }
+  *name = FromAnsi(std::string_view(ansi, length));
+  return true;
+}
+
+// The value at this place; its data as the system holds it goes to the start of `data`, and its
+// number of bytes to `size`.
+long ValueAt(const Key& key, DWORD index, RegistryValue* value, std::string* data, DWORD* size) {
+  DWORD type = REG_NONE;
+  DWORD length = kLongestName;
+  long status = ERROR_SUCCESS;
+  if (HasUnicode()) {
+    std::wstring name(kLongestName, L'\0');
+    status = RegEnumValueW(key.handle(), index, name.data(), &length, nullptr, &type, Bytes(*data),
+                           size);
+    if (status == ERROR_SUCCESS) value->name = FromWide(std::wstring_view(name.data(), length));
+  } else {
+    std::string name(kLongestName, '\0');
+    status = RegEnumValueA(key.handle(), index, name.data(), &length, nullptr, &type, Bytes(*data),
+                           size);
+    if (status == ERROR_SUCCESS) value->name = FromAnsi(std::string_view(name.data(), length));
+  }
+  value->type = type;
+  return status;
+}
+
 }  // namespace
 
 bool WindowsRegistryStore::KeyExists(RegistryRoot root, const std::string& subkey) {
@@ -64,51 +155,60 @@ bool WindowsRegistryStore::KeyExists(RegistryRoot root, const std::string& subke
 
 long WindowsRegistryStore::CreateKey(RegistryRoot root, const std::string& subkey) {
   HKEY handle = nullptr;
+  const std::string path = KeyPath(subkey);
   const long status =
-      RegCreateKeyExA(RootHandle(root), KeyPath(subkey).c_str(), 0, nullptr,
-                      REG_OPTION_NON_VOLATILE, kFullAccess, nullptr, &handle, nullptr);
+      HasUnicode()
+          ? RegCreateKeyExW(RootHandle(root), Wide(path).c_str(), 0, nullptr,
+                            REG_OPTION_NON_VOLATILE, kFullAccess, nullptr, &handle, nullptr)
+          : RegCreateKeyExA(RootHandle(root), Ansi(path).c_str(), 0, nullptr,
+                            REG_OPTION_NON_VOLATILE, kFullAccess, nullptr, &handle, nullptr);
   if (status == ERROR_SUCCESS) RegCloseKey(handle);
   return status;
 }
 
 long WindowsRegistryStore::QueryValue(RegistryRoot root, const std::string& subkey,
                                       const std::string& name, RegistryValue* value) {
-  const Key key(root, subkey, kReadAccess);
-  if (key.status() != ERROR_SUCCESS) return key.status();
-  const std::string ansi_name = Ansi(name);
-  std::string data(1024, '\0');
-  for (;;) {
-    DWORD type = REG_NONE;
-    DWORD size = static_cast<DWORD>(data.size());
-    const long status =
-        RegQueryValueExA(key.handle(), ansi_name.c_str(), nullptr, &type, Bytes(data), &size);
-    if (status == ERROR_MORE_DATA) {
-      // Another program may enlarge it meanwhile, so the size told is a hint only.
-      data.resize(size > data.size() ? size : data.size() * 2);
-      continue;
-    }
-    if (status != ERROR_SUCCESS) return status;
-    data.resize(size);
-    *value = RegistryValue{name, type, std::move(data)};
-    return status;
+  DWORD type = REG_NONE;
+  std::string data;
+  const long status = Query(Key(root, subkey, kReadAccess), name, &type, &data);
+  if (status == ERROR_SUCCESS) {
+    *value = RegistryValue{name, type, ToStoreData(type, std::move(data))};
   }
+  return status;
 }
 
 long WindowsRegistryStore::SetValue(RegistryRoot root, const std::string& subkey,
                                     const std::string& name, std::uint32_t type,
                                     const std::string& data) {
-  const Key key(root, subkey, kFullAccess);
-  if (key.status() != ERROR_SUCCESS) return key.status();
-  return RegSetValueExA(key.handle(), Ansi(name).c_str(), 0, type,
-                        reinterpret_cast<const BYTE*>(data.data()),
-                        static_cast<DWORD>(data.size()));
+  return Set(Key(root, subkey, kFullAccess), name, type, ToSystemData(type, data));
 }
 
 long WindowsRegistryStore::DeleteValue(RegistryRoot root, const std::string& subkey,
                                        const std::string& name) {
   const Key key(root, subkey, kFullAccess);
   if (key.status() != ERROR_SUCCESS) return key.status();
-  return RegDeleteValueA(key.handle(), Ansi(name).c_str());
+  return HasUnicode() ? RegDeleteValueW(key.handle(), Wide(name).c_str())
+                      : RegDeleteValueA(key.handle(), Ansi(name).c_str());
+}
+
+long WindowsRegistryStore::QueryText(RegistryRoot root, const std::string& subkey,
+                                     const std::string& name, std::string* text) {
+  DWORD type = REG_NONE;
+  std::string data;
+  const long status = Query(Key(root, subkey, kReadAccess), name, &type, &data);
+  if (status != ERROR_SUCCESS) return status;
+  if (!registry_type::IsText(type)) return registry_status::kNotFound;
+  *text = HasUnicode() ? Utf16BytesToUtf8(data) : FromAnsi(data);
+  if (text->ends_with('\0')) text->pop_back();
+  return status;
+}
+
+long WindowsRegistryStore::SetText(RegistryRoot root, const std::string& subkey,
+                                   const std::string& name, std::uint32_t type,
+                                   const std::string& text) {
+  const std::string whole = text + '\0';
+  return Set(Key(root, subkey, kFullAccess), name, type,
+             HasUnicode() ? Utf8ToUtf16Bytes(whole) : Ansi(whole));
 }
 
 long WindowsRegistryStore::ListSubkeys(RegistryRoot root, const std::string& subkey,
@@ -116,15 +216,9 @@ long WindowsRegistryStore::ListSubkeys(RegistryRoot root, const std::string& sub
   const Key key(root, subkey, kReadAccess);
   if (key.status() != ERROR_SUCCESS) return key.status();
   names->clear();
-  for (DWORD index = 0;; ++index) {
-    char name[1024];
-    DWORD length = sizeof(name);
-    if (RegEnumKeyExA(key.handle(), index, name, &length, nullptr, nullptr, nullptr, nullptr) !=
-        ERROR_SUCCESS) {
-      return ERROR_SUCCESS;
-    }
-    names->push_back(FromAnsi(std::string_view(name, length)));
-  }
+  std::string name;
+  for (DWORD index = 0; SubkeyName(key, index, &name); ++index) names->push_back(name);
+  return ERROR_SUCCESS;
 }
 
 long WindowsRegistryStore::ListValues(RegistryRoot root, const std::string& subkey,
@@ -132,21 +226,18 @@ long WindowsRegistryStore::ListValues(RegistryRoot root, const std::string& subk
   const Key key(root, subkey, kReadAccess);
   if (key.status() != ERROR_SUCCESS) return key.status();
   values->clear();
-  std::string name(kLongestName, '\0');
   std::string data(4096, '\0');
   for (DWORD index = 0;;) {
-    DWORD name_length = kLongestName;
-    DWORD type = REG_NONE;
+    RegistryValue value;
     DWORD size = static_cast<DWORD>(data.size());
-    const long status = RegEnumValueA(key.handle(), index, name.data(), &name_length, nullptr,
-                                      &type, Bytes(data), &size);
+    const long status = ValueAt(key, index, &value, &data, &size);
     if (status == ERROR_MORE_DATA) {
       data.resize(size > data.size() ? size : data.size() * 2);
       continue;
     }
     if (status != ERROR_SUCCESS) return ERROR_SUCCESS;
-    values->push_back(RegistryValue{FromAnsi(std::string_view(name.data(), name_length)), type,
-                                    data.substr(0, size)});
+    value.data = ToStoreData(value.type, data.substr(0, size));
+    values->push_back(std::move(value));
     ++index;
   }
 }

@@ -14,6 +14,10 @@ class WindowsRegistryStore : public RegistryStore {
   long SetValue(RegistryRoot root, const std::string& subkey, const std::string& name,
                 std::uint32_t type, const std::string& data) override;
   long DeleteValue(RegistryRoot root, const std::string& subkey, const std::string& name) override;
+  long QueryText(RegistryRoot root, const std::string& subkey, const std::string& name,
+                 std::string* text) override;
+  long SetText(RegistryRoot root, const std::string& subkey, const std::string& name,
+               std::uint32_t type, const std::string& text) override;
   long ListSubkeys(RegistryRoot root, const std::string& subkey,
                    std::vector<std::string>* names) override;
   long ListValues(RegistryRoot root, const std::string& subkey,

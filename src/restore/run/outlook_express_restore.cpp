@@ -161,8 +161,8 @@ void OutlookExpressRestore::PointIdentityAtStore() {
   const std::string identity = DefaultIdentity(tools_.program);
   const std::string root = StoreRoot(tools_.program, identity);
   if (EqualsNoCase(WithoutBackslash(root), WithoutBackslash(mail_store_))) return;
-  tools_.program.registry().SaveRegString(RegistryRoot::kCurrentUser, IdentitySettingsKey(identity),
-                                          kStoreRootValue, WithBackslash(mail_store_));
+  tools_.program.registry().SaveRegText(RegistryRoot::kCurrentUser, IdentitySettingsKey(identity),
+                                        kStoreRootValue, WithBackslash(mail_store_));
 }
 
 std::string OutlookExpressRestore::StoreFolder() {
@@ -177,8 +177,8 @@ std::string OutlookExpressRestore::StoreFolder() {
   const std::string folder =
       CollapseBackslashes(ParentFolder(WithoutBackslash(store)) + "\\Outlook Express");
   tools_.program.files().MakeFolderChain(folder);
-  tools_.program.registry().SaveRegString(
-      RegistryRoot::kCurrentUser, IdentitySettingsKey(identity_), kStoreRootValue, folder + "\\");
+  tools_.program.registry().SaveRegText(RegistryRoot::kCurrentUser, IdentitySettingsKey(identity_),
+                                        kStoreRootValue, folder + "\\");
   return folder;
 }
 

@@ -115,6 +115,10 @@ class ProfileRepair {
   void Write(const std::string& key, const std::string& name, const std::string& path) {
     const std::optional<RegistryValue> old = ReadProfileValue(program_, key, name);
     const std::uint32_t type = old ? old->type : registry_type::kString;
+    if (registry_type::IsText(type)) {
+      program_.registry().store().SetText(RegistryRoot::kCurrentUser, key, name, type, path);
+      return;
+    }
     const bool is_wide = name.starts_with("001f") && type == registry_type::kBinary;
     program_.registry().store().SetValue(
         RegistryRoot::kCurrentUser, key, name, type,

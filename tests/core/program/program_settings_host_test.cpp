@@ -124,7 +124,7 @@ TEST(ProgramSettingsOfAUserOutsideTheCodePage, WhatIsLeftOfTheDefaultFolderIsThe
   machine.app().Get<FrmWelcome>();
   const std::string folder = machine.session().gAppDataPath + "\\Restore";
   ASSERT_NE(folder.find("Łukasz"), std::string::npos);
-  machine.SetString(kKey, "txtRestore", folder);
+  machine.SetString(kKey, "txtRestore", machine.app().registry().AsString(folder));
   machine.app().settings().Forget();
   EXPECT_EQ(machine.app().settings().restore_folder(), folder);
 }

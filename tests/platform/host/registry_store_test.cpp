@@ -229,6 +229,37 @@ TEST_F(HostRegistryStoreTest, BrokenTextIsToldByFileAndLineAndLeftAlone) {
   }
 }
 
+TEST_F(HostRegistryStoreTest, ATextOutsideTheCodePageIsKeptInFull) {
+  const std::string text = "D:\\\u5199\u771F\\\u041F\u043E\u0447\u0442\u0430";
+  store().CreateKey(kUser, "Software");
+  ASSERT_EQ(registry_status::kOk,
+            store().SetText(kUser, "Software", "Store", registry_type::kExpandString, text));
+  std::string read;
+  ASSERT_EQ(registry_status::kOk, store().QueryText(kUser, "Software", "store", &read));
+  EXPECT_EQ(text, read);
+  // Who asks for bytes gets what the code page holds.
+  EXPECT_EQ("D:\\?\?\\?\?\?\?\?\0"s, Value("Software", "Store").data);
+  Flush();
+  ASSERT_EQ(registry_status::kOk, store().QueryText(kUser, "Software", "Store", &read));
+  EXPECT_EQ(text, read);
+  Registry registry(store(), platform_->system());
+  EXPECT_EQ(text, registry.RegGetValue(kUser, "Software", "Store"));
+  EXPECT_TRUE(registry.SaveRegText(kUser, "Software\\New", "Store", text));
+  EXPECT_EQ(text, registry.RegGetTyped(kUser, "Software\\New", "Store"));
+  // A string keeps what it can.
+  EXPECT_TRUE(registry.SaveRegString(kUser, "Software", "Store", text));
+  EXPECT_EQ("D:\\?\?\\?\?\?\?\?", registry.RegGetValue(kUser, "Software", "Store"));
+}
+
+TEST_F(HostRegistryStoreTest, OnlyATextIsReadInFull) {
+  Set("Software", "b", registry_type::kBinary, "text");
+  std::string read;
+  EXPECT_EQ(registry_status::kNotFound, store().QueryText(kUser, "Software", "b", &read));
+  EXPECT_EQ(registry_status::kNotFound, store().QueryText(kUser, "Software", "none", &read));
+  EXPECT_EQ(registry_status::kNotFound,
+            store().SetText(kUser, "None", "b", registry_type::kString, "text"));
+}
+
 TEST_F(HostRegistryStoreTest, FailedWriteLeavesTheOldFile) {
   Set("K", "a", registry_type::kString, "old\0"s);
   Flush();

@@ -60,6 +60,41 @@ TEST_F(RegistryStoreTest, ValuesKeepTypeAndBytes) {
   EXPECT_EQ(value.data, std::string("text\0", 5));
 }
 
+// Keys, names and texts that no code page of the tests holds.
+TEST_F(RegistryStoreTest, NamesAndTextsOutsideTheCodePageAreKeptWhereTheSystemHasUnicode) {
+  if (!HasUnicode()) GTEST_SKIP() << "a system without Unicode";
+  const std::string text = "D:\\写真\\Почта";
+  const std::string key = std::string(kKey) + "\\One\\日本 Я";
+  ASSERT_EQ(store_.CreateKey(kUser, key), registry_status::kOk);
+  std::vector<std::string> names;
+  ASSERT_EQ(store_.ListSubkeys(kUser, std::string(kKey) + "\\One", &names), registry_status::kOk);
+  EXPECT_EQ(names, std::vector<std::string>{"日本 Я"});
+  ASSERT_EQ(store_.SetText(kUser, key, "имя 名", registry_type::kString, text),
+            registry_status::kOk);
+  std::string read;
+  ASSERT_EQ(store_.QueryText(kUser, key, "ИМЯ 名", &read), registry_status::kOk);
+  EXPECT_EQ(read, text);
+  RegistryValue value;
+  ASSERT_EQ(store_.QueryValue(kUser, key, "имя 名", &value), registry_status::kOk);
+  EXPECT_EQ(value.data, Ansi(text) + '\0');
+  std::vector<RegistryValue> values;
+  ASSERT_EQ(store_.ListValues(kUser, key, &values), registry_status::kOk);
+  ASSERT_EQ(values.size(), 1u);
+  EXPECT_EQ(values[0].name, "имя 名");
+  EXPECT_EQ(values[0].data, Ansi(text) + '\0');
+  EXPECT_EQ(store_.DeleteValue(kUser, key, "имя 名"), registry_status::kOk);
+  EXPECT_EQ(store_.QueryText(kUser, key, "имя 名", &read), registry_status::kNotFound);
+  RegDeleteKeyW(HKEY_CURRENT_USER, Wide(key).c_str());
+}
+
+TEST_F(RegistryStoreTest, OnlyATextIsReadInFull) {
+  ASSERT_EQ(store_.CreateKey(kUser, kKey), registry_status::kOk);
+  ASSERT_EQ(store_.SetValue(kUser, kKey, "b", registry_type::kBinary, "text"),
+            registry_status::kOk);
+  std::string read;
+  EXPECT_EQ(store_.QueryText(kUser, kKey, "b", &read), registry_status::kNotFound);
+}
+
 TEST_F(RegistryStoreTest, LongValueIsReadWhole) {
   ASSERT_EQ(store_.CreateKey(kUser, kKey), registry_status::kOk);
   const std::string data(20000, 'x');
