@@ -12,6 +12,7 @@
 #include "app/console/demo_part.h"
 #include "app/console/disk_demo.h"
 #include "archive/archive.h"
+#include "backup/format/backup_file.h"
 #include "base/text.h"
 #include "play/new_machine.h"
 #include "play/page_driver.h"
@@ -101,6 +102,16 @@ class Demo : private DemoPart {
     for (size_t i = 0; i < entries.size(); i += step) {
       out() << "  " << entries[i].name << "  " << entries[i].size << "\n";
     }
+    return ListTable();
+  }
+
+  bool ListTable() {
+    const FoundTable found = BackupFile(*source_->app(), ComputerPath(archive_), "").Table();
+    if (found.table == nullptr) return Fail(archive_ + " has no member table.");
+    const MemberTable& table = *found.table;
+    out() << "Its member table, " << TableEntryName(table.stem) << ", says for "
+          << table.members.size() << " entries to which of " << table.items.size()
+          << " items they belong; " << table.gaps.size() << " could not be saved.\n";
     return true;
   }
 
