@@ -91,8 +91,8 @@ void OutlookExpressRestore::PlanAddressBooks() {
   const std::string folder = BookFolder(tools_.program);
   if (!main_book_.empty()) place(main_book_, folder + Trim(ReplaceAll(user, ".", "_")) + ".wab");
   for (const RestoreOrigin* book : books) {
-    if (book->path != main_book_)
-      place(book->path, FreeBook(folder + FileNameOf(book->key), false));
+    if (book->path == main_book_) continue;
+    place(book->path, FreeBook(folder + FileNameOf(book->key), false));
   }
 }
 
@@ -122,6 +122,7 @@ void OutlookExpressRestore::RestoreOwnBook(const RestoreOrigin& origin, const st
   // Where the user's name is not the file's, a book that lives there may be another's.
   if (!EqualsNoCase(old_book, target) && files.FileExists(target)) {
     kept = FreeBook(target, true);
+    // Where it cannot be copied, the restored one stands beside it.
     if (files.CopyFile(target, kept) != FileStatus::kOk) {
       place = kept;
       kept.clear();
@@ -132,8 +133,8 @@ void OutlookExpressRestore::RestoreOwnBook(const RestoreOrigin& origin, const st
   if (!kept.empty() && (!done || HaveOneContent(files, kept, target))) {
     files.files().RemoveFile(kept, true);
   }
-  // The old book and the trace of its last change go only when the new book stands.
-  if (!done) return;
+  // The old book and the trace of its last change go only when the new book stands in their place.
+  if (!done || place != target) return;
   if (!taken_books_.contains(FoldCase(old_book))) files.files().RemoveFile(old_book, true);
   files.files().RemoveFile(old_book + "~", true);
 }

@@ -29,7 +29,8 @@ class OutlookExpressRestore {
   void RestoreAddressBook(const RestoreOrigin& origin);
   // The one that becomes the present user's, in `target`.
   void RestoreOwnBook(const RestoreOrigin& origin, const std::string& target);
-  // `name` if no book of the backup goes there, else with the first number that is free.
+  // `name` if no book of the backup goes there (and none lives there, if it `must_be_new`), else
+  // with the first number that is free.
   std::string FreeBook(const std::string& name, bool must_be_new);
   void RestoreMessages(const RestoreOrigin& origin);
   void RestoreStationery(const RestoreOrigin& origin);

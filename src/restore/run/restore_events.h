@@ -39,9 +39,10 @@ enum class RestoreOutcome { kDone, kStopped };
 
 struct RestoreResult {
   RestoreOutcome outcome = RestoreOutcome::kStopped;
-  // Something could not go home and stands below FolderForLeftItems.
+  // Something could not go home and stands below FolderForLeftItems. Data files that the user
+  // wanted there are not meant.
   bool left_in_restore_folder = false;
-  // Path and profile of Outlook's personal folder files that came back with the last profile.
+  // Path and profile of Outlook's personal folder files that came home with the last profile.
   std::vector<std::pair<std::string, std::string>> data_files;
 };
 

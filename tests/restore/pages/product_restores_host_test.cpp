@@ -37,6 +37,24 @@ TEST(OutlookExpressRestore, ADotInTheUserNameBecomesAnUnderscoreInTheAddressBook
   EXPECT_EQ(machine.ReadFile(folder + "bert_b.wab"), "people");
 }
 
+TEST(OutlookExpressRestore, ALivingBookThatCannotBeCopiedIsLeftAndTheRestoredOneStandsBesideIt) {
+  TestMachine machine("xp");
+  machine.SetUser("bert.b");
+  const std::string folder = machine.AppData() + "\\Microsoft\\Address Book\\";
+  machine.WriteFile(folder + "bert.b.wab", "own");
+  machine.WriteFile(folder + "bert_b.wab", "living");
+  JobArchive archive;
+  archive.With("Outlook Express\\Address Book\\Anna.wab", "C:\\A\\Anna.wab",
+               "Outlook Express\\Address Book\\Anna.wab", "people");
+  const std::string path = archive.Write(machine);
+  machine.faults().files.SetInUse(folder + "bert_b.wab", true);
+  RestoreWizard(machine).RestoreAll(path);
+  machine.faults().files.SetInUse(folder + "bert_b.wab", false);
+  EXPECT_EQ(machine.ReadFile(folder + "bert.b.wab"), "own");
+  EXPECT_EQ(machine.ReadFile(folder + "bert_b.wab"), "living");
+  EXPECT_EQ(machine.ReadFile(folder + "bert_b_1.wab"), "people");
+}
+
 TEST(OutlookExpressRestore, AnAddressBookRowWithoutAFileKeepsTheUsersBook) {
   TestMachine machine("xp");
   const std::string book = machine.AppData() + "\\Microsoft\\Address Book\\Anna.wab";

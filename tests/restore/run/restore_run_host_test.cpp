@@ -175,6 +175,52 @@ TEST(RestoreRun, ReportsOutlooksDataFilesWithTheirProfile) {
   EXPECT_EQ(result.data_files[0].second, "Home");
 }
 
+TEST(RestoreRun, KeptDataFilesOutliveTheStagingAndAreNothingLeftOver) {
+  JobArchive archive;
+  archive.With("Microsoft Outlook\\Identities\\Home\\Account Emails-Files\\Mail",
+               "C:\\Old\\mail.pst", "Microsoft Outlook\\Identities\\Home\\mail.pst", "letters");
+  EngineBench bench("xp", archive);
+  bench.job.gRestoreToDefaultFolders = false;
+  const RestoreResult result = bench.Run();
+  EXPECT_FALSE(result.left_in_restore_folder);
+  EXPECT_TRUE(result.data_files.empty());
+  EXPECT_FALSE(bench.run->DeleteRestoreFolder(std::string(kFolder) + "\\Job"));
+  const std::string kept =
+      std::string(kFolder) + "\\Job\\Microsoft Outlook\\Identities\\Home\\mail.pst";
+  EXPECT_EQ(bench.machine.ReadFile(kept), "letters");
+}
+
+// A data file of two profiles, of which the archive may hold either's member or both.
+void ExpectOneExtraction(bool first_held, bool second_held, const std::string& taken) {
+  JobArchive archive;
+  for (const auto& [profile, held] : {std::pair{"P", first_held}, std::pair{"Q", second_held}}) {
+    const std::string folder = std::string("Microsoft Outlook\\Identities\\") + profile;
+    archive.Item(folder + "\\Account Emails-Files\\Mail", "C:\\Old\\mail.pst");
+    if (held) archive.Member(folder + "\\mail.pst", std::string("letters, by ") + profile);
+  }
+  EngineBench bench("xp", archive);
+  std::vector<std::string> members;
+  bool testing = true;
+  RestoreEvents events;
+  events.phase_ends = [&](RestorePhase) { testing = false; };
+  events.file = [&](const std::string& member) {
+    if (!testing) members.push_back(member);
+  };
+  bench.Run(events);
+  EXPECT_EQ(members, std::vector<std::string>{"Job\\Microsoft Outlook\\Identities\\" + taken +
+                                              "\\mail.pst"});
+  EXPECT_EQ(
+      bench.machine.ReadFile(bench.machine.Profile() +
+                             "\\Local Settings\\Application Data\\Microsoft\\Outlook\\mail.pst"),
+      "letters, by " + taken);
+}
+
+TEST(RestoreRun, ADataFileOfTwoProfilesIsTakenOutOnce) {
+  ExpectOneExtraction(true, true, "P");
+  ExpectOneExtraction(true, false, "P");
+  ExpectOneExtraction(false, true, "Q");
+}
+
 TEST(RestoreRun, ABackupThatIsGoneRestoresNothing) {
   EngineBench bench("xp", TwoFilesAndAFolder());
   bench.machine.RemoveFile(bench.job.gRestoreFilePath);
