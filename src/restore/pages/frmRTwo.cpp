@@ -168,9 +168,10 @@ void frmRTwo::Refuse(zip::Result result) {
 bool frmRTwo::OfferFirstName(const std::string& archive) {
   Session& session = app_.session();
   if (table_ == nullptr || EqualsNoCase(table_->stem, BackupBaseName(session))) return false;
-  const std::string question =
-      "This backup was made under the name \"" + table_->stem + "\". Do you want to go on with it?";
-  if (!app_.Ask(question, ui::Icon::kQuestion)) return false;
+  if (!app_.Ask("This backup was made under the name \"" + table_->stem +
+                "\". Do you want to go on with it?")) {
+    return false;
+  }
   session.backup_stem = table_->stem;
   const zip::Result result = UnpackSettings(SettingsEntryName(table_->stem), archive);
   if (result == zip::Result::kDone) return true;
