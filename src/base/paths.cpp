@@ -41,6 +41,16 @@ std::string NumberedName(const std::string& path, int number) {
 
 bool IsNetworkPath(const std::string& path) { return path.starts_with("\\\\"); }
 
+bool IsShareRoot(const std::string& path) {
+  if (!IsNetworkPath(path)) return false;
+  const size_t server_end = path.find('\\', 2);
+  if (server_end == std::string::npos || server_end == 2) return false;
+  const size_t share_end = path.find('\\', server_end + 1);
+  return share_end == std::string::npos
+             ? server_end + 1 < path.size()
+             : share_end > server_end + 1 && share_end + 1 == path.size();
+}
+
 std::string DriveOf(const std::string& path) {
   return IsNetworkPath(path) ? path : path.substr(0, 2);
 }

@@ -22,6 +22,8 @@ std::string WithoutLastFour(const std::string& name);
 std::string NumberedName(const std::string& path, int number);
 // True for "\\server\share...".
 bool IsNetworkPath(const std::string& path);
+// True for "\\server\share", also with "\" at its end: it is there or not, nobody makes it.
+bool IsShareRoot(const std::string& path);
 // What free space is asked for: the whole text of a network path, else its first two characters.
 std::string DriveOf(const std::string& path);
 

@@ -41,6 +41,16 @@ TEST(Paths, ANumberStandsBeforeTheExtensionOfTheFileAlone) {
   EXPECT_EQ(NumberedName("C:\\My.files\\plain", 1), "C:\\My.files\\plain_1");
 }
 
+TEST(Paths, TheRootOfAShareIsItsServerAndItsName) {
+  for (const char* root : {"\\\\server\\share", "\\\\server\\share\\"}) {
+    EXPECT_TRUE(IsShareRoot(root)) << root;
+  }
+  for (const char* other : {"\\\\server", "\\\\server\\", "\\\\server\\share\\x", "C:\\share", "",
+                            "\\\\", "\\\\\\share"}) {
+    EXPECT_FALSE(IsShareRoot(other)) << other;
+  }
+}
+
 TEST(Paths, DriveOfANetworkPathIsTheWholePath) {
   EXPECT_EQ(DriveOf("D:\\Data"), "D:");
   EXPECT_EQ(DriveOf("\\\\server\\share\\x"), "\\\\server\\share\\x");
