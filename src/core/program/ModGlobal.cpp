@@ -173,6 +173,8 @@ bool HasSpecialCharacters(const std::string& name) {
 }
 
 bool FolderIsWritable(Program& program, const std::string& folder) {
+  // What is written there must be found again.
+  if (!program.platform().files.CanList(folder)) return false;
   const std::string path = FreeProbePath(program, WithoutBackslash(folder));
   if (program.files().WriteWhole(path, "testQVL") != FileStatus::kOk) return false;
   return program.platform().files.RemoveFile(path, false) == FileStatus::kOk;

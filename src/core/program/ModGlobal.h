@@ -45,7 +45,7 @@ std::string UniqueBackupName(Program& program, const std::string& folder);
 bool IsValidName(std::string& name);
 // True if one of ? > < . / \ : ; * | ' " is in the name of a job or a schedule.
 bool HasSpecialCharacters(const std::string& name);
-// Tries to write and remove a small file.
+// True if the folder's entries can be read: tries to write and remove a small file then.
 bool FolderIsWritable(Program& program, const std::string& folder);
 // Window sizes: twips or pixels, unchanged at 96 dots per inch.
 int ScaleForDpi(int value, int dpi);
