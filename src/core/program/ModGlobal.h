@@ -82,6 +82,10 @@ bool StartMenuShortcut(Program& program);
 // run modes.
 void RegisterOpenedFile(Program& program);
 
+// The backup file with which the program was opened, also by way of a copy that asked for raised
+// rights; "" if there is none, or none any more.
+std::string OpenedBackupFile(Program& program);
+
 // The program's link on the desktop or in the start menu.
 std::string ShortcutPath(Program& program, int folder);  // a number of special_folder
 // Makes it, or removes it. Nothing is said when that fails.
