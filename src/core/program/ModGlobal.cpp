@@ -293,6 +293,10 @@ Elevation RestartElevated(Program& program) {
   return Elevation::kRefused;
 }
 
+std::string TypedFolder(const Program& program, const std::string& text) {
+  return TypedFolder(text, DriveOf(program.platform().system.ProgramFolder()));
+}
+
 std::string DiscFolderBelow(const std::string& backup_folder) {
   return WithBackslash(backup_folder) + "CDBackup";
 }

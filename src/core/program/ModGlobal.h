@@ -99,6 +99,10 @@ bool NeedsElevation(const Program& program);
 // temp.xml is gone again and nothing is shown yet.
 Elevation RestartElevated(Program& program);
 
+// What a person means by a folder that was typed (base/paths.h); one without a drive lies on the
+// program's own.
+std::string TypedFolder(const Program& program, const std::string& text);
+
 // The folder below a backup folder in which the parts of a backup wait for their discs.
 std::string DiscFolderBelow(const std::string& backup_folder);
 

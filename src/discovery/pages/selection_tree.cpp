@@ -70,7 +70,7 @@ void FrmTwo::FillExplorer() {
   FillProducts(app_, tvwMain);
   tvwMain.EndUpdate();
 
-  const std::string folder = app_.settings().backup_folder();
+  const std::string folder = TypedFolder(app_, app_.settings().backup_folder());
   if (app_.files().MakeFolderChain(folder + "\\")) txtpath.text = folder;
 }
 

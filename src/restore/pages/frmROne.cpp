@@ -231,6 +231,7 @@ void frmROne::cmdNext_Click() {
     return EnableButtons();
   }
   cmdNext.enabled = true;
+  txtRestore.text = TypedFolder(app_, txtRestore.text);
   SaveRestoreSession();
   GoOnTo(PageRole::kRestoreItems);
   app_.ui().SetPointer(ui::Pointer::kDefault);
