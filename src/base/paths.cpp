@@ -1,5 +1,7 @@
 #include "base/paths.h"
 
+#include <vector>
+
 #include "base/text.h"
 
 namespace quorvale {
@@ -40,6 +42,36 @@ std::string NumberedName(const std::string& path, int number) {
 }
 
 bool IsNetworkPath(const std::string& path) { return path.starts_with("\\\\"); }
+
+bool IsShareRoot(const std::string& path) {
+  if (!IsNetworkPath(path)) return false;
+  const size_t server_end = path.find('\\', 2);
+  if (server_end == std::string::npos || server_end == 2) return false;
+  const size_t share_end = path.find('\\', server_end + 1);
+  return share_end == std::string::npos
+             ? server_end + 1 < path.size()
+             : share_end > server_end + 1 && share_end + 1 == path.size();
+}
+
+std::string TypedFolder(const std::string& text, const std::string& drive) {
+  const std::string path = ReplaceAll(Trim(text), "/", "\\");
+  if (path.empty()) return "";
+  const bool network = IsNetworkPath(path);
+  const bool has_drive = path.size() >= 2 && path[1] == ':';
+  const size_t kept = network ? 2 : 0;  // the server and the share have nothing above them
+  std::vector<std::string> names;
+  for (const std::string& part : Split(path.substr(network || has_drive ? 2 : 0), "\\")) {
+    const std::string name = part.substr(0, part.find_last_not_of(". ") + 1);
+    if (!name.empty()) {
+      names.push_back(name);
+    } else if (part == ".." && names.size() > kept) {
+      names.pop_back();
+    }
+  }
+  std::string folder = network ? "\\" : has_drive ? path.substr(0, 2) : drive;
+  for (const std::string& name : names) folder += "\\" + name;
+  return names.empty() ? folder + "\\" : folder;
+}
 
 std::string DriveOf(const std::string& path) {
   return IsNetworkPath(path) ? path : path.substr(0, 2);

@@ -22,6 +22,12 @@ std::string WithoutLastFour(const std::string& name);
 std::string NumberedName(const std::string& path, int number);
 // True for "\\server\share...".
 bool IsNetworkPath(const std::string& path);
+// True for "\\server\share", also with "\" at its end: it is there or not, nobody makes it.
+bool IsShareRoot(const std::string& path);
+// The folder that a person means by a typed text: blanks at both ends go, "/" counts as "\", and no
+// name is empty, ".", "..", or ends in a dot or a blank, as the system would read it. A text
+// without a drive means a folder of `drive` ("C:"). Only a drive's root ends in "\"; "" stays "".
+std::string TypedFolder(const std::string& text, const std::string& drive);
 // What free space is asked for: the whole text of a network path, else its first two characters.
 std::string DriveOf(const std::string& path);
 

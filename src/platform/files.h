@@ -88,6 +88,8 @@ class Files {
   virtual std::optional<FileInfo> Stat(const std::string& path) = 0;
   // The entries of a folder without "." and "..", in the file system's order. Empty on failure.
   virtual std::vector<FileInfo> List(const std::string& folder) = 0;
+  // True if the entries of a folder can be read: an empty list does not tell.
+  virtual bool CanList(const std::string& folder) = 0;
 
   // Null if the file is missing or cannot be opened.
   virtual std::unique_ptr<InputFile> OpenRead(const std::string& path) = 0;

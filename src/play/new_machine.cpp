@@ -145,7 +145,7 @@ std::string MachineIni(const MachinePlan& plan, const MachineLayout& layout) {
        "." + number(layout.version.minor));
   line("user = " + plan.user);
   line("computer = " + plan.computer);
-  line("codepage = 1252");
+  line("codepage = " + number(plan.codepage));
   line("[environment]");
   line("appdata = " + layout.app_data);
   line("UserProfile = " + layout.profile);

@@ -36,6 +36,7 @@ struct MachinePlan {
   std::string computer = "OFFICE";
   std::string identity = "{3F0A1C52-7D44-4B8E-9A61-0C55E2D7B901}";  // of the mail program
   std::vector<PlannedDrive> drives = {{"C", "fixed"}, {"D", "fixed"}, {"E", "cdrom"}};
+  int codepage = 1252;
   // False: an empty registry and no mail store, as tests of single units want it.
   bool mail_program_started = true;
 };

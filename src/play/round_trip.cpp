@@ -192,10 +192,10 @@ void RoundTrip::UserFiles(const std::set<SampleKind>& kinds) {
 
 // What a value of a mail profile says about a data file: "" if it names none, or one that is there
 // and is stored as the messaging system stores it.
-std::string RoundTrip::WrongDataFile(const RegistryValue& value) {
+std::string RoundTrip::WrongDataFile(const RegistryPath& key, const RegistryValue& value) {
   std::string path;
   if (value.name == "001e6700") {
-    path = target_.platform().system.FromAnsi(value.data.substr(0, value.data.find('\0')));
+    target_.platform().registry.QueryText(key.root, key.subkey, value.name, &path);
   } else if (value.name == "001f6700" || value.name == "001f6610") {
     const bool ends_well = value.data.size() % 2 == 0 && value.data.ends_with(std::string(2, '\0'));
     if (!ends_well) return "does not end in one 16-bit NUL";
@@ -205,6 +205,18 @@ std::string RoundTrip::WrongDataFile(const RegistryValue& value) {
     return "";
   }
   return target_.platform().files.Stat(path) ? "" : "names " + path + ", which is not there";
+}
+
+// Texts are the same under each code page, where their bytes may differ.
+bool RoundTrip::SameValue(const RegistryPath& key, const RegistryValue& a, const RegistryValue& b) {
+  if (a.type != b.type) return false;
+  if (!registry_type::IsText(a.type)) return a.data == b.data;
+  std::string text_a, text_b;
+  const long status_a =
+      source_.platform().registry.QueryText(key.root, key.subkey, a.name, &text_a);
+  const long status_b =
+      target_.platform().registry.QueryText(key.root, key.subkey, a.name, &text_b);
+  return status_a == registry_status::kOk && status_b == status_a && text_a == text_b;
 }
 
 // A key with all below it. Without values where a restore fits them to the new computer.
@@ -222,11 +234,11 @@ void RoundTrip::Key(const std::string& path, bool with_values) {
     RegistryValue found;
     const bool there =
         b.QueryValue(key->root, key->subkey, value.name, &found) == registry_status::kOk;
-    const bool same = there && found.type == value.type && found.data == value.data;
+    const bool same = there && SameValue(*key, value, found);
     if (with_values && !same && missing.empty()) {
       missing = "value " + path + "\\" + value.name + (there ? " differs" : " is missing");
     }
-    const std::string wrong = there ? WrongDataFile(found) : "";
+    const std::string wrong = there ? WrongDataFile(*key, found) : "";
     if (!wrong.empty()) missing = "value " + path + "\\" + value.name + " " + wrong;
   }
   if (missing.empty()) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/registry_text.h"
 #include "play/new_machine.h"
 #include "play/running_machine.h"
 
@@ -58,7 +59,8 @@ class RoundTrip {
   void OutlookFiles();
   void UserFiles(const std::set<SampleKind>& kinds);
   void Keys(const std::set<SampleKind>& kinds);
-  std::string WrongDataFile(const RegistryValue& value);
+  std::string WrongDataFile(const RegistryPath& key, const RegistryValue& value);
+  bool SameValue(const RegistryPath& key, const RegistryValue& a, const RegistryValue& b);
   void Key(const std::string& path, bool with_values);
   void Difference(const std::string& sentence) { verdict_.differences.push_back(sentence); }
 

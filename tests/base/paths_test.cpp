@@ -41,6 +41,33 @@ TEST(Paths, ANumberStandsBeforeTheExtensionOfTheFileAlone) {
   EXPECT_EQ(NumberedName("C:\\My.files\\plain", 1), "C:\\My.files\\plain_1");
 }
 
+TEST(Paths, TheRootOfAShareIsItsServerAndItsName) {
+  for (const char* root : {"\\\\server\\share", "\\\\server\\share\\"}) {
+    EXPECT_TRUE(IsShareRoot(root)) << root;
+  }
+  for (const char* other : {"\\\\server", "\\\\server\\", "\\\\server\\share\\x", "C:\\share", "",
+                            "\\\\", "\\\\\\share"}) {
+    EXPECT_FALSE(IsShareRoot(other)) << other;
+  }
+}
+
+TEST(Paths, ATypedFolderIsTheOneThatIsMeant) {
+  for (const char* typed :
+       {"D:\\Back", "D:/Back", "D:\\\\Back", "D:\\Back.", "D:\\a\\..\\Back", "  D:\\Back  ",
+        "D:\\Back\\", "D:Back", "D:\\.\\Back", "D:\\..\\Back. .", "\\Back", "Back"}) {
+    EXPECT_EQ(TypedFolder(typed, "D:"), "D:\\Back") << typed;
+  }
+  for (const char* typed : {"D:", "D:\\", "D:/", "\\", ".", "D:\\a\\.."}) {
+    EXPECT_EQ(TypedFolder(typed, "D:"), "D:\\") << typed;
+  }
+  for (const char* typed : {"\\\\server\\share\\x", "//server/share/x", " \\\\server\\share\\\\x. ",
+                            "\\\\server\\share\\..\\..\\..\\x"}) {
+    EXPECT_EQ(TypedFolder(typed, "D:"), "\\\\server\\share\\x") << typed;
+  }
+  EXPECT_EQ(TypedFolder("\\\\server\\share\\", "D:"), "\\\\server\\share");
+  EXPECT_EQ(TypedFolder("  ", "D:"), "");
+}
+
 TEST(Paths, DriveOfANetworkPathIsTheWholePath) {
   EXPECT_EQ(DriveOf("D:\\Data"), "D:");
   EXPECT_EQ(DriveOf("\\\\server\\share\\x"), "\\\\server\\share\\x");

@@ -93,6 +93,7 @@ TEST_F(FaultyPlatformTest, EachCallFailsInItsOwnWay) {
   std::vector<std::string> names;
   RunId run = 1;
   EXPECT_TRUE(fails() && p.files.List("C:").empty());
+  EXPECT_TRUE(fails() && !p.files.CanList("C:"));
   EXPECT_TRUE(fails() && p.files.OpenRead("C:\\a.txt") == nullptr);
   EXPECT_TRUE(fails() && p.files.RemoveFile("C:\\a.txt", true) == FileStatus::kFailed);
   EXPECT_TRUE(fails() && !p.files.Space("C:"));

@@ -166,6 +166,31 @@ INSTANTIATE_TEST_SUITE_P(RoundTrip, AllTogether,
                                           testing::Values("98", "2000", "xp", "vista")),
                          SystemsName);
 
+// Neither computer's code page holds the name of its user, nor the folders and files that he has.
+TEST(RoundTripOutsideTheCodePage, EverythingComesBackForAnotherUser) {
+  MachinePlan from = SourcePlan("xp");
+  from.user = "Łukasz";
+  MachinePlan to = TargetPlan("xp");
+  to.user = "Юрий 山";
+  Machines machines(from, to);
+  const RoundTripVerdict verdict = machines.RoundTripOf(AllSampleKinds());
+  EXPECT_GT(verdict.files, 50);
+  EXPECT_GT(verdict.keys, 10);
+}
+
+// The settings file of the one is another text under the code page of the other.
+TEST(RoundTripOutsideTheCodePage, ARussianBackupComesBackUnderTheWesternCodePage) {
+  MachinePlan from = SourcePlan("xp");
+  from.user = "Юрий";
+  from.codepage = 1251;
+  MachinePlan to = TargetPlan("xp");
+  to.user = "Łukasz";
+  Machines machines(from, to);
+  const RoundTripVerdict verdict = machines.RoundTripOf(AllSampleKinds());
+  EXPECT_GT(verdict.files, 50);
+  EXPECT_GT(verdict.keys, 10);
+}
+
 // The same computer after its data was destroyed.
 TEST(RoundTripOnOneComputer, EverythingLostComesBack) {
   MachinePlan twin = SourcePlan("xp");

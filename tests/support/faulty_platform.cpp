@@ -102,6 +102,8 @@ void FaultyFiles::SetInUse(const std::string& path, bool in_use) {
   }
 }
 
+void FaultyFiles::DenyList(const std::string& folder) { closed_.insert(KeyOf(folder)); }
+
 void FaultyFiles::FailReadsAfter(const std::string& path, std::optional<std::uint64_t> bytes) {
   read_faults_.erase(KeyOf(path));
   if (bytes) read_faults_[KeyOf(path)] = *bytes;
@@ -125,11 +127,16 @@ std::optional<FileInfo> FaultyFiles::Stat(const std::string& path) {
 }
 
 std::vector<FileInfo> FaultyFiles::List(const std::string& folder) {
-  if (count_.Fails("Files::List", folder)) return {};
+  if (count_.Fails("Files::List", folder) || closed_.contains(KeyOf(folder))) return {};
   std::vector<FileInfo> entries = real_.List(folder);
   const auto more = more_.find(KeyOf(folder));
   if (more != more_.end()) entries.insert(entries.end(), more->second.begin(), more->second.end());
   return entries;
+}
+
+bool FaultyFiles::CanList(const std::string& folder) {
+  return !count_.Fails("Files::CanList", folder) && !closed_.contains(KeyOf(folder)) &&
+         real_.CanList(folder);
 }
 
 std::unique_ptr<InputFile> FaultyFiles::OpenRead(const std::string& path) {

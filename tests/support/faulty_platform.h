@@ -65,11 +65,15 @@ class FaultyFiles : public Files {
   // Reading the file fails once this many bytes of it were passed, also where it is open already;
   // nothing: it can be read again.
   void FailReadsAfter(const std::string& path, std::optional<std::uint64_t> bytes);
+  // The entries of the folder cannot be read, as those of a junction of Windows Vista: its files
+  // can.
+  void DenyList(const std::string& folder);
   // The folder lists these as well, behind what it holds. No other call knows of them.
   void AlsoList(const std::string& folder, std::vector<FileInfo> entries);
 
   std::optional<FileInfo> Stat(const std::string& path) override;
   std::vector<FileInfo> List(const std::string& folder) override;
+  bool CanList(const std::string& folder) override;
   std::unique_ptr<InputFile> OpenRead(const std::string& path) override;
   std::unique_ptr<OutputFile> Create(const std::string& path, FileStatus* status) override;
   FileStatus MakeFolder(const std::string& path) override;
@@ -91,7 +95,8 @@ class FaultyFiles : public Files {
 
   Files& real_;
   CallCount& count_;
-  std::set<std::string> in_use_;  // the keys of all three: folded paths
+  std::set<std::string> in_use_;  // the keys of all four: folded paths
+  std::set<std::string> closed_;
   std::map<std::string, std::uint64_t> read_faults_;
   std::map<std::string, std::vector<FileInfo>> more_;
 };

@@ -153,6 +153,11 @@ std::vector<FileInfo> MemoryFiles::List(const std::string& folder) {
   return infos;
 }
 
+bool MemoryFiles::CanList(const std::string& folder) {
+  const Node* node = Find(folder);
+  return node != nullptr && node->info.IsFolder();
+}
+
 std::unique_ptr<InputFile> MemoryFiles::OpenRead(const std::string& path) {
   const Node* node = Find(path);
   if (node == nullptr || node->bytes == nullptr) return nullptr;

@@ -1,10 +1,14 @@
 #include "core/main/run_modes.h"
 
+#include <optional>
+
 #include "backup/format/settings_file.h"
 #include "backup/pages/frmOne.h"
 #include "backup/pages/frmfour.h"
 #include "core/main/FrmWelcome.h"
+#include "core/program/ModGlobal.h"
 #include "core/program/full_text.h"
+#include "core/program/raised_request.h"
 #include "discovery/pages/FrmTwo.h"
 #include "schedule/pages/frmSchedule.h"
 
@@ -51,6 +55,21 @@ void Replay(Application& app, const std::string& type) {
 bool ReviewPageShows(Application& app) {
   const frmfour* review = app.Loaded<frmfour>();
   return review != nullptr && review->Visible();
+}
+
+// Takes what the copy before this one asked for. False, after a message, if that was another user's
+// copy: this one sees other mail and other files, and must not touch them in his place.
+bool TakeRequest(Application& app) {
+  const std::optional<RaisedRequest> request = TakeRaisedRequest(app);
+  if (!request) return true;
+  if (IsOwnRequest(app, *request)) {
+    app.session().opened_file = request->opened_file;
+    return true;
+  }
+  app.Inform("The administrator privileges are those of another user (" + GetWinUserName(app) +
+             "). Nothing has been done, as it would have been done with that user's data. " +
+             request->user + " needs administrator privileges of his or her own for it.");
+  return false;
 }
 
 }  // namespace
@@ -114,6 +133,7 @@ void StartPreparedBackup(Application& app) {
 }
 
 void ResumeAfterElevation(Application& app, const std::string& path) {
+  if (!TakeRequest(app)) return app.End();
   SettingsFile settings;
   if (app.files().FileExists(path) && ReadHandOver(app, path, &settings)) {
     if (settings.backup_name) app.Get<frmOne>().txtBackupname.text = *settings.backup_name;

@@ -7,7 +7,7 @@ namespace quorvale {
 
 bool MakeDirectoryPath(Application& app, const std::string& path) {
   // What stands behind the last "\" is a file's name, not a folder to make.
-  const std::string folder = ParentFolder(path);
+  const std::string folder = IsShareRoot(path) ? path : ParentFolder(path);
   if (!folder.empty() && app.files().MakeFolderChain(folder)) return true;
   TellFolderRefused(app, path);
   return false;

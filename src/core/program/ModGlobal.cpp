@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "core/program/command_words.h"
 #include "core/program/full_text.h"
+#include "core/program/raised_request.h"
 
 namespace quorvale {
 namespace {
@@ -173,6 +174,8 @@ bool HasSpecialCharacters(const std::string& name) {
 }
 
 bool FolderIsWritable(Program& program, const std::string& folder) {
+  // What is written there must be found again.
+  if (!program.platform().files.CanList(folder)) return false;
   const std::string path = FreeProbePath(program, WithoutBackslash(folder));
   if (program.files().WriteWhole(path, "testQVL") != FileStatus::kOk) return false;
   return program.platform().files.RemoveFile(path, false) == FileStatus::kOk;
@@ -245,6 +248,14 @@ void RegisterOpenedFile(Program& program) {
   CreateShellLink(program, command_line, FileNameOf(command_line), "", "..\\..\\Recent");
 }
 
+std::string OpenedBackupFile(Program& program) {
+  // The shell hands the path over in quotes.
+  const std::string path = program.CommandLine() == kElevatedWord
+                               ? program.session().opened_file
+                               : Trim(ReplaceAll(program.CommandLine(), "\"", ""));
+  return EndsWithNoCase(path, ".obk") && program.files().FileExists(path) ? path : "";
+}
+
 void SetShortcut(Program& program, int folder, bool wanted) {
   if (program.platform().shell.SpecialFolder(folder).empty()) return;
   const std::string path = ShortcutPath(program, folder);
@@ -269,6 +280,8 @@ bool NeedsElevation(const Program& program) {
 Elevation RestartElevated(Program& program) {
   if (!NeedsElevation(program)) return Elevation::kNotNeeded;
   constexpr int kFirstSuccess = 32;
+  // Without it the next copy still goes by temp.xml.
+  LeaveRaisedRequest(program);
   const int result =
       program.platform().shell.Execute("Runas", ProgramPath(program), kElevatedWord, "", 0);
   if (result >= kFirstSuccess) {
@@ -276,7 +289,12 @@ Elevation RestartElevated(Program& program) {
     return Elevation::kRestarted;
   }
   RemoveTextFile(program, HandOverPath(program), true);
+  TakeRaisedRequest(program);
   return Elevation::kRefused;
+}
+
+std::string TypedFolder(const Program& program, const std::string& text) {
+  return TypedFolder(text, DriveOf(program.platform().system.ProgramFolder()));
 }
 
 std::string DiscFolderBelow(const std::string& backup_folder) {

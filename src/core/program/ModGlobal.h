@@ -45,7 +45,7 @@ std::string UniqueBackupName(Program& program, const std::string& folder);
 bool IsValidName(std::string& name);
 // True if one of ? > < . / \ : ; * | ' " is in the name of a job or a schedule.
 bool HasSpecialCharacters(const std::string& name);
-// Tries to write and remove a small file.
+// True if the folder's entries can be read: tries to write and remove a small file then.
 bool FolderIsWritable(Program& program, const std::string& folder);
 // Window sizes: twips or pixels, unchanged at 96 dots per inch.
 int ScaleForDpi(int value, int dpi);
@@ -82,6 +82,10 @@ bool StartMenuShortcut(Program& program);
 // run modes.
 void RegisterOpenedFile(Program& program);
 
+// The backup file with which the program was opened, also by way of a copy that asked for raised
+// rights; "" if there is none, or none any more.
+std::string OpenedBackupFile(Program& program);
+
 // The program's link on the desktop or in the start menu.
 std::string ShortcutPath(Program& program, int folder);  // a number of special_folder
 // Makes it, or removes it. Nothing is said when that fails.
@@ -94,6 +98,10 @@ bool NeedsElevation(const Program& program);
 // Starts the program again with raised rights. kRestarted: this copy is ending. kRefused:
 // temp.xml is gone again and nothing is shown yet.
 Elevation RestartElevated(Program& program);
+
+// What a person means by a folder that was typed (base/paths.h); one without a drive lies on the
+// program's own.
+std::string TypedFolder(const Program& program, const std::string& text);
 
 // The folder below a backup folder in which the parts of a backup wait for their discs.
 std::string DiscFolderBelow(const std::string& backup_folder);

@@ -67,6 +67,7 @@ struct RestoreRow {
 struct ProgramFacts {
   std::string gAppDataPath;  // no trailing backslash
   std::string gOSName;
+  std::string opened_file;  // in a copy with raised rights: what the copy before it was opened with
 };
 
 // Where a backup is uploaded to.

@@ -271,7 +271,8 @@ void FrmTwo::cmdNext_Click() {
 
 void FrmTwo::CommitAndGoOn() {
   if (!CheckAccountSettings()) return;
-  const std::string path = Trim(txtpath.text.get());
+  txtpath.text = TypedFolder(app_, txtpath.text);
+  const std::string path = txtpath.text;
   if (!CheckDestination(path)) return;
   savedetails();
   if (!CheckSpace(path)) return;

@@ -70,7 +70,7 @@ void FrmTwo::FillExplorer() {
   FillProducts(app_, tvwMain);
   tvwMain.EndUpdate();
 
-  const std::string folder = app_.settings().backup_folder();
+  const std::string folder = TypedFolder(app_, app_.settings().backup_folder());
   if (app_.files().MakeFolderChain(folder + "\\")) txtpath.text = folder;
 }
 
@@ -279,7 +279,7 @@ void FrmTwo::AddFolder(ui::TreeNode* root) {
     Withdraw(root);
     return;
   }
-  if (!app_.files().FolderExists(path)) {
+  if (!app_.files().FolderExists(path) || !app_.platform().files.CanList(path)) {
     app_.Inform("Selected path is a shortcut and will not be included in backup");
     Withdraw(root);
     return;

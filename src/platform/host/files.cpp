@@ -104,6 +104,11 @@ std::optional<FileInfo> HostFiles::Stat(const std::string& path) {
   return info;
 }
 
+bool HostFiles::CanList(const std::string& folder) {
+  const auto place = walk_.Resolve(folder);
+  return place && place->exists && cache_.Listing(place->host) != nullptr;
+}
+
 std::vector<FileInfo> HostFiles::List(const std::string& folder) {
   std::vector<FileInfo> result;
   const auto place = walk_.Resolve(folder);

@@ -26,6 +26,7 @@ class HostFiles : public Files {
 
   std::optional<FileInfo> Stat(const std::string& path) override;
   std::vector<FileInfo> List(const std::string& folder) override;
+  bool CanList(const std::string& folder) override;
   std::unique_ptr<InputFile> OpenRead(const std::string& path) override;
   std::unique_ptr<OutputFile> Create(const std::string& path, FileStatus* status) override;
   FileStatus MakeFolder(const std::string& path) override;

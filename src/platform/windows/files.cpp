@@ -225,6 +225,19 @@ std::vector<FileInfo> WindowsFiles::List(const std::string& folder) {
   return found;
 }
 
+bool WindowsFiles::CanList(const std::string& folder) {
+  if (folder.empty() || HasWildcard(folder)) return false;
+  const std::string pattern = WithBackslash(folder) + "*";
+  WIN32_FIND_DATAW wide;
+  WIN32_FIND_DATAA narrow;
+  const HANDLE handle = HasUnicode() ? FindFirstFileW(WidePath(pattern).c_str(), &wide)
+                                     : FindFirstFileA(Ansi(pattern).c_str(), &narrow);
+  // An empty root has not even an entry for itself.
+  if (handle == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_FILE_NOT_FOUND;
+  FindClose(handle);
+  return true;
+}
+
 std::unique_ptr<InputFile> WindowsFiles::OpenRead(const std::string& path) {
   const HANDLE handle = OpenHandle(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);

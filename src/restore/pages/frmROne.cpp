@@ -101,9 +101,8 @@ void frmROne::UseArchivePath(const std::string& path) {
 }
 
 void frmROne::UseOpenedFile() {
-  // The shell hands the path over in quotes.
-  const std::string path = Trim(ReplaceAll(app_.CommandLine(), "\"", ""));
-  if (!EndsWithNoCase(path, ".obk") || !app_.files().FileExists(path)) return;
+  const std::string path = OpenedBackupFile(app_);
+  if (path.empty()) return;
   cmdNext.enabled = true;
   UseArchivePath(path);
 }
@@ -232,6 +231,7 @@ void frmROne::cmdNext_Click() {
     return EnableButtons();
   }
   cmdNext.enabled = true;
+  txtRestore.text = TypedFolder(app_, txtRestore.text);
   SaveRestoreSession();
   GoOnTo(PageRole::kRestoreItems);
   app_.ui().SetPointer(ui::Pointer::kDefault);

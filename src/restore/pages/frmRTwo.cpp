@@ -351,6 +351,7 @@ bool frmRTwo::AnythingTicked() const {
 }
 
 void frmRTwo::cmdNext_Click() {
+  txtpath.text = TypedFolder(app_, txtpath.text);
   const std::string folder = txtpath.text;
   if (folder.empty() && !app_.session().gNoRestoreFolder) return;
   if (!folder.empty()) app_.files().MakeFolderChain(folder);

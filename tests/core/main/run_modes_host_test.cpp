@@ -405,6 +405,83 @@ TEST(Elevation, AutoHandsItsWordOverAndTheTwinRunsTheBackup) {
   EXPECT_FALSE(machine.Exists(HandOver(machine)));
 }
 
+// The copy with raised rights starts as this user.
+void RestartRaisedAs(TestMachine& machine, const std::string& user, const std::string& app_data) {
+  machine.SetUser(user);
+  machine.computer().SetEnvironment("appdata", app_data);
+  machine.Restart("qvlrunasadmin");
+  machine.Do([&] { SubMain(machine.app()); });
+}
+
+std::string RightsOf(const std::string& user) {
+  return "The administrator privileges are those of another user (" + user +
+         "). Nothing has been done, as it would have been done with that user's data. Anna needs "
+         "administrator privileges of his or her own for it.";
+}
+
+constexpr char kSharedData[] = "C:\\ProgramData";
+constexpr char kRequest[] = "C:\\ProgramData\\Tarnwick\\Quorvale\\Rights for Anna.txt";
+
+TEST(Elevation, AnotherUsersRightsSaveNothingOfHis) {
+  TestMachine machine("vista");
+  GiveDocuments(machine);
+  machine.computer().SetEnvironment("allusersprofile", kSharedData);
+  Start(machine, "auto");
+  EXPECT_TRUE(machine.app().Ended());
+  machine.Expect(ui::Answer::kOk, RightsOf("Admin"));
+  RestartRaisedAs(machine, "Admin", "C:\\Users\\Admin\\AppData\\Roaming");
+  EXPECT_TRUE(machine.app().Ended());
+  EXPECT_FALSE(PageShows(machine, "frmfour"));
+  EXPECT_TRUE(BackupFiles(machine).empty());
+  EXPECT_FALSE(machine.Exists(kRequest));
+}
+
+// A profile of the same name on another computer of the network is another user.
+TEST(Elevation, TheSameNameWithAnotherDataFolderIsAnotherUser) {
+  TestMachine machine("vista");
+  machine.computer().SetEnvironment("allusersprofile", kSharedData);
+  Start(machine);
+  machine.Click(machine.app().Get<FrmWelcome>().cmdWC_Restore);
+  machine.Expect(ui::Answer::kOk, RightsOf("Anna"));
+  RestartRaisedAs(machine, "Anna", "C:\\Users\\Anna.OFFICE\\AppData\\Roaming");
+  EXPECT_TRUE(machine.app().Ended());
+  EXPECT_FALSE(PageShows(machine, "frmROne"));
+}
+
+TEST(Elevation, TheSameUsersRequestIsTakenAndLeavesNothing) {
+  TestMachine machine("vista");
+  machine.computer().SetEnvironment("allusersprofile", kSharedData);
+  Start(machine);
+  machine.Click(machine.app().Get<FrmWelcome>().cmdWC_Restore);
+  EXPECT_TRUE(machine.Exists(kRequest));
+  machine.Restart("qvlrunasadmin");
+  machine.Do([&] { SubMain(machine.app()); });
+  EXPECT_TRUE(PageShows(machine, "frmROne"));
+  EXPECT_FALSE(machine.Exists(kRequest));
+}
+
+TEST(Elevation, RefusedRightsLeaveNoRequest) {
+  TestMachine machine("vista");
+  machine.computer().SetEnvironment("allusersprofile", kSharedData);
+  machine.computer().RefuseElevation();
+  Start(machine);
+  machine.Expect(ui::Answer::kOk, kRefused);
+  machine.Click(machine.app().Get<FrmWelcome>().cmdWC_Restore);
+  EXPECT_FALSE(machine.Exists(kRequest));
+}
+
+TEST(Elevation, TheOpenedBackupIsChosenInTheCopyWithRaisedRights) {
+  TestMachine machine("vista");
+  machine.WriteFile("D:\\Zoë.obk", "a backup");
+  Start(machine, "\"D:\\Zoë.obk\"");
+  machine.Click(machine.app().Get<FrmWelcome>().cmdWC_Restore);
+  EXPECT_TRUE(machine.app().Ended());
+  machine.Restart("qvlrunasadmin");
+  machine.Do([&] { SubMain(machine.app()); });
+  ASSERT_TRUE(PageShows(machine, "frmROne"));
+  EXPECT_EQ(machine.app().Get<frmROne>().txtpath.text.get(), "D:\\Zoë.obk");
+}
+
 // --- The replay ---------------------------------------------------------------------------------
 
 TEST(ResumeAfterElevation, WithoutAFileTheRunStaysOnTheHomePage) {

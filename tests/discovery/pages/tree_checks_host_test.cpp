@@ -291,6 +291,24 @@ TEST_F(AddedItems, ShortcutIsRefused) {
   EXPECT_FALSE(Folders()->Checked());
 }
 
+TEST_F(AddedItems, AFolderWhoseEntriesCannotBeReadIsRefused) {
+  machine.faults().files.DenyList("C:\\Work");
+  machine.Expect(ui::Answer::kOk, "Selected path is a shortcut and will not be included in backup");
+  ClickFolders("C:\\Work");
+  EXPECT_EQ(Folders()->Children(), 0);
+  EXPECT_FALSE(Folders()->Checked());
+}
+
+TEST_F(AddedItems, ADestinationWhoseEntriesCannotBeReadIsRefused) {
+  machine.faults().files.DenyList("C:\\Work");
+  const std::string before = page().txtpath.text;
+  machine.ui().ExpectFolder("C:\\Work");
+  machine.Expect(ui::Answer::kOk,
+                 "You do not have sufficient permissions on the selected folder or drive");
+  machine.Click(page().cmdselectfolder);
+  EXPECT_EQ(page().txtpath.text.get(), before);
+}
+
 TEST_F(AddedItems, FolderAddedTwiceIsToldAndStaysTicked) {
   ClickFolders("C:\\Work");
   machine.Expect(ui::Answer::kOk, "Folder: [C:\\Work] already exists");

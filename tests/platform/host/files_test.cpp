@@ -61,6 +61,14 @@ TEST_F(HostFilesTest, ExactNameGoesFirst) {
   EXPECT_EQ(2u, files().List("C:\\").size());
 }
 
+TEST_F(HostFilesTest, AListingIsRefusedWhereNoFolderIs) {
+  WriteHost(Host("a.txt"), "a");
+  EXPECT_TRUE(files().CanList("C:\\"));
+  EXPECT_FALSE(files().CanList("C:\\a.txt"));
+  EXPECT_FALSE(files().CanList("C:\\none"));
+  EXPECT_FALSE(files().CanList("Q:\\"));
+}
+
 TEST_F(HostFilesTest, NamesOutsideTheCodePageAreKept) {
   EXPECT_EQ(FileStatus::kOk, Write("C:\\\u65E5\u672C.txt", "x"));
   EXPECT_TRUE(std::filesystem::exists(Host("\u65E5\u672C.txt")));

@@ -62,6 +62,14 @@ TEST_F(FilesTest, FileKeepsANameOutsideOfTheCodePage) {
   EXPECT_EQ(list[0].size, 3u);
 }
 
+TEST_F(FilesTest, AListingIsRefusedWhereNoFolderIs) {
+  Write(folder_ + "\\a.txt", "a");
+  EXPECT_TRUE(files_.CanList(folder_));
+  EXPECT_TRUE(files_.CanList("C:\\"));
+  EXPECT_FALSE(files_.CanList(folder_ + "\\a.txt"));
+  EXPECT_FALSE(files_.CanList(folder_ + "\\none"));
+}
+
 TEST_F(FilesTest, StatTellsFileFolderRootAndNothing) {
   Write(folder_ + "\\a.txt", "12345");
   const auto file = files_.Stat(folder_ + "\\A.TXT");
