@@ -48,9 +48,11 @@ enum class PageRole {
   kBackupOptions,
   kBackupMedia,
   kBackupReview,
+  kBackupRun,
   kRestoreJob,
   kRestoreItems,
   kRestoreReview,
+  kRestoreRun,
   kSchedule,
   kScheduleList,
 };
@@ -59,8 +61,9 @@ enum class PageRole {
 struct PageRow {
   PageRole role;
   StepSide side;
-  int step;                           // as PageHost::MarkStep counts
-  WizardPage& (*page)(Application&);  // made and loaded if it is not there
+  int step;                             // as PageHost::MarkStep counts
+  WizardPage& (*page)(Application&);    // made and loaded if it is not there
+  WizardPage* (*loaded)(Application&);  // null if it is not there
 };
 
 // What the main room tells the pages.

@@ -167,7 +167,6 @@ TEST_F(MediaPage, TheTestedServerIsCommittedToTheJob) {
   EXPECT_EQ(server.password, "pw");
   EXPECT_EQ(server.folder, "/in");
   EXPECT_FALSE(server.anonymous);
-  EXPECT_EQ(app_.session().upload_name, "Backup file.obk");
 }
 
 TEST_F(MediaPage, TheChosenDriveIsCommittedToTheJob) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "backup/fake_media.h"
+#include "backup/format/job_kinds.h"
 #include "backup/format/settings_file.h"
 #include "backup/pages/frmFinish.h"
 #include "backup/run/disc_folder.h"
@@ -40,7 +41,8 @@ class Delivery : public testing::Test {
     machine_.ui().loaded_forms = [this] { return app_.LoadedForms(); };
     machine_.ui().after_step = [this] { app_.CollectUnloaded(); };
     app_.Get<FrmWelcome>().Show();
-    app_.session().upload_name = "My job.obk";
+    app_.session().gBackupProcessName = kMainBackup;
+    app_.session().gBackupName = "My job";
   }
   ~Delivery() override {
     machine_.ui().loaded_forms = nullptr;
