@@ -54,6 +54,9 @@ WITHOUT_FORMS = ("backup/run", "restore/run", "schedule/run", "backup/format", "
 
 # Rooms whose pages know no other page: values go over the session, the way over the page table.
 PAGES = ("discovery/pages", "backup/pages", "restore/pages", "schedule/pages", "logs/pages")
+# The same holds for the forms of core/main, whose other files know every page.
+MAIN = "core/main"
+MAIN_WINDOW = "FrmWelcome"
 # But for these, each with its reason.
 NAMES_A_PAGE = {
     ("discovery/pages/selection_tree.cpp", "discovery/pages/FrmTwo.h"): "a part of FrmTwo",
@@ -101,10 +104,12 @@ def wrong_arrow(room, target):
 
 def named_page(file, included):
     """Why a file of a room of pages may not include a header, or None."""
-    if room_of(file) not in PAGES or (file, included) in NAMES_A_PAGE:
-        return None
-    page = pathlib.PurePosixPath(included).stem
-    if not page.lower().startswith("frm") or page == pathlib.PurePosixPath(file).stem:
+    own, page = pathlib.PurePosixPath(file).stem, pathlib.PurePosixPath(included).stem
+    if room_of(file) == MAIN:
+        holds = own.lower().startswith("frm") and own != MAIN_WINDOW
+    else:
+        holds = room_of(file) in PAGES and (file, included) not in NAMES_A_PAGE
+    if not holds or not page.lower().startswith("frm") or page == own:
         return None
     return f"names the page {page}"
 

@@ -6,6 +6,8 @@
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
 #include "core/main/FrmWelcome.h"
+#include "core/main/frmSettings.h"
+#include "core/main/frmStartUp.h"
 #include "core/main/quick_backup.h"
 #include "discovery/pages/FrmTwo.h"
 #include "restore/pages/frmRFinish.h"
@@ -55,7 +57,9 @@ const PageTable& ProgramPages() {
                RowFor<frmRfour>(PageRole::kRestoreReview, StepSide::kRestore, 2),
                RowFor<frmRFinish>(PageRole::kRestoreRun, StepSide::kRestore, 3),
                RowFor<frmSchedule>(PageRole::kSchedule, StepSide::kSchedule, 0),
-               RowFor<frmSchedTwo>(PageRole::kScheduleList, StepSide::kSchedule, 1)},
+               RowFor<frmSchedTwo>(PageRole::kScheduleList, StepSide::kSchedule, 1),
+               RowFor<frmSettings>(PageRole::kSettings, StepSide::kSettings, 0),
+               RowFor<frmStartUp>(PageRole::kStartUp, StepSide::kSettings, 1)},
       .commit_complete_backup = CommitCompleteBackup};
   return pages;
 }

@@ -23,6 +23,8 @@ class PageHost {
 
   // The control that pages lie over.
   virtual ui::Control& panel() = 0;
+  // Shows the window, if it is hidden, as the one that is worked with.
+  virtual void Show() = 0;
   // Bold on that step's label, plain on the others, the arrow beside it. Steps count from 0.
   virtual void MarkStep(StepSide side, int step) = 0;
   // Home, support, website, other products, about.
@@ -55,6 +57,8 @@ enum class PageRole {
   kRestoreRun,
   kSchedule,
   kScheduleList,
+  kSettings,
+  kStartUp,
 };
 
 // Where a page stands in its wizard.

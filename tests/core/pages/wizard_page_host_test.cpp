@@ -18,6 +18,7 @@ class Window : public PageHost {
  public:
   explicit Window(ui::Ui& ui) : form_(ui, "Window") {}
   ui::Control& panel() override { return panel_; }
+  void Show() override {}
   void MarkStep(StepSide side, int step) override {
     const char* name = side == StepSide::kBackup ? "backup" : "restore";
     lines.push_back(std::string("mark ") + name + " " + std::to_string(step));
