@@ -3,7 +3,7 @@
 
 A room may use rooms of a lower rank only. Every arrow that goes up, or to another room of the same
 rank, is printed with its file and line, and the exit status is 1. So is a header of forms and
-controls that an engine or a format reaches, on whatever way.
+controls that an engine or a format reaches, on whatever way, and a page that names another page.
 """
 import pathlib
 import re
@@ -52,6 +52,18 @@ NAME_BINDINGS = ("play", "app/desktop", "app/console")
 # Rooms that reach no form and no control.
 WITHOUT_FORMS = ("backup/run", "restore/run", "schedule/run", "backup/format", "logs/run")
 
+# Rooms whose pages know no other page: values go over the session, the way over the page table.
+PAGES = ("discovery/pages", "backup/pages", "restore/pages", "schedule/pages", "logs/pages")
+# The same holds for the forms of core/main, whose other files know every page.
+MAIN = "core/main"
+MAIN_WINDOW = "FrmWelcome"
+# But for these, each with its reason.
+NAMES_A_PAGE = {
+    ("discovery/pages/selection_tree.cpp", "discovery/pages/FrmTwo.h"): "a part of FrmTwo",
+    ("backup/pages/frmFinish.cpp", "backup/pages/FrmProcess.h"):
+        "the run's own dialog: shown inside the run, gone with it, in no wizard's order",
+}
+
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
 
 
@@ -90,6 +102,18 @@ def wrong_arrow(room, target):
     return f"{room} ({RANKS[room]}) reaches {way} to {target} ({RANKS[target]})"
 
 
+def named_page(file, included):
+    """Why a file of a room of pages may not include a header, or None."""
+    own, page = pathlib.PurePosixPath(file).stem, pathlib.PurePosixPath(included).stem
+    if room_of(file) == MAIN:
+        holds = own.lower().startswith("frm") and own != MAIN_WINDOW
+    else:
+        holds = room_of(file) in PAGES and (file, included) not in NAMES_A_PAGE
+    if not holds or not page.lower().startswith("frm") or page == own:
+        return None
+    return f"names the page {page}"
+
+
 def form_header_on_the_way(file, includes):
     """The chain of includes from a file to a header of forms, or None."""
     waiting, seen = [[file]], {file}
@@ -118,7 +142,7 @@ def main():
             target = room_of(included)
             if included not in includes:
                 continue  # made by the build
-            why = wrong_arrow(room, target)
+            why = wrong_arrow(room, target) or named_page(file, included)
             if why:
                 problems.append(f"src/{file}:{line}: {why} ({included})")
         if room in WITHOUT_FORMS:
@@ -128,7 +152,7 @@ def main():
     for problem in problems:
         print(problem)
     if problems:
-        print(f"{len(problems)} wrong arrows in {len(includes)} files")
+        print(f"{len(problems)} wrong includes in {len(includes)} files")
     return 1 if problems or not includes else 0
 
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "backup/pages/frmOne.h"
 #include "backup/run/ftp_delivery.h"
 #include "base/scoped_flag.h"
 #include "base/text.h"
@@ -268,7 +267,6 @@ bool FrmBackupMedia::CheckFtp() {
   }
   Session& session = app_.session();
   session.ftp_server = server;
-  session.upload_name = app_.Get<frmOne>().txtBackupname.text.get() + ".obk";
   session.gMediaFtp = true;
   session.gMediaDisc = false;
   return true;

@@ -114,7 +114,7 @@ FtpEvents FrmProcess::UploadEvents() {
 void FrmProcess::Upload() {
   Session& session = app_.session();
   const FtpDeliveryResult result =
-      upload_.Send(session.ftp_server, session.gDeliverySource, session.upload_name);
+      upload_.Send(session.ftp_server, session.gDeliverySource, session.gBackupName + ".obk");
   session.gDelivered = result.sent;
   if (!Going()) return;
   if (result.no_folder) app_.Inform("Folder name is invalid");

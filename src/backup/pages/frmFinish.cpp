@@ -4,9 +4,7 @@
 #include <iterator>
 
 #include "backup/pages/FrmProcess.h"
-#include "backup/pages/frmOne.h"
-#include "backup/pages/frmThree.h"
-#include "backup/pages/frmfour.h"
+#include "backup/format/job_kinds.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
@@ -65,7 +63,8 @@ RunEnd EndOf(BackupOutcome outcome) {
 
 }  // namespace
 
-frmFinish::frmFinish(Application& app) : ui::Form(app.ui(), kName), run(app, Events()), app_(app) {
+frmFinish::frmFinish(Application& app)
+    : WizardPage(app, kName, PageRole::kBackupRun), run(app, Events()) {
   PlaceControls();
   ConnectHandlers();
   ResetRunPage();
@@ -121,6 +120,13 @@ BackupEvents frmFinish::Events() {
 frmFinish::~frmFinish() { app_.EndRun(*this); }
 
 void frmFinish::Load() { page_layout::HostPage(app_, *this); }
+
+void frmFinish::Entered() {
+  ResetRunPage();
+  app_.Pump();
+  DisableInterface();
+  Timer1.enabled = true;
+}
 
 void frmFinish::Unload() {
   if (!app_.session().gBackupZipBusy) return;
@@ -182,8 +188,7 @@ void frmFinish::EnableInterface() {
   Command2.enabled = false;
   prbGlobalProgress.visible = false;
   LblCompressProgress.visible = false;
-  if (frmfour* review = app_.Loaded<frmfour>()) review->cmdNext.enabled = false;
-  if (frmThree* options = app_.Loaded<frmThree>()) options->Timer1.enabled = false;
+  TellPages(&WizardPage::RunOver);
   app_.ui().SetPointer(ui::Pointer::kDefault);
   Dir1.text = app_.session().gAppDataPath;
   Dir2.text = app_.session().gAppDataPath;
@@ -368,7 +373,7 @@ void frmFinish::EndArchiveStage(BackupResult* result) {
     ++attempts;
     ShowArchiveBars();
     *result = run.MakeArchive(WithBackslash(app_.settings().backup_folder()) +
-                              app_.Get<frmThree>().txtcurrent.text.get());
+                              WithoutLastFour(app_.session().gBackupFileName));
   }
   TellArchiveEnd(*result);
   ShowArchiveIsOver();
@@ -402,9 +407,7 @@ bool frmFinish::OfferOtherFolder() {
 
 void frmFinish::ShowArchiveIsOver() {
   ShowArchiveBars();
-  if (frmThree* options = app_.Loaded<frmThree>()) {
-    options->txtcurrent.text = frmThree::DefaultFileName(app_);
-  }
+  TellPages(&WizardPage::ArchiveOver);
 }
 
 void frmFinish::Deliver(const BackupResult& result) {

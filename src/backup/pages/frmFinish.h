@@ -7,17 +7,19 @@
 
 #include "backup/run/backup_run.h"
 #include "backup/run/disc_folder.h"
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmFinish : public ui::Form, public RunPage {
+class frmFinish : public WizardPage, public RunPage {
  public:
   static constexpr char kName[] = "frmFinish";
   explicit frmFinish(Application& app);
   ~frmFinish() override;
   void Load() override;
+  // Starts the run as soon as the page has painted.
+  void Entered() override;
   // Stops a run whose page goes away.
   void Unload() override;
   RunProgress Progress() const override;
@@ -121,7 +123,6 @@ class frmFinish : public ui::Form, public RunPage {
   void EndFailedRun(const BackupResult& result);
   void EndStoppedRun(const BackupResult& result);
 
-  Application& app_;
   std::string destination_;  // the backup folder of this run
   std::string doing_;        // what lblCurrent says that the run does
 };

@@ -104,6 +104,10 @@ void frmThree::Entered() {
   cmdNext.enabled = true;
 }
 
+void frmThree::ArchiveOver() { txtcurrent.text = DefaultFileName(app_); }
+
+void frmThree::RunOver() { Timer1.enabled = false; }
+
 std::string frmThree::DefaultFileName(Application& app) {
   return "BKP_" + DateStamp(app.platform().system.Now());
 }

@@ -19,6 +19,9 @@ class frmThree : public WizardPage {
   bool TakeOver() override;
   // The log box follows the session, and Next is to be had again.
   void Entered() override;
+  // The file name is a fresh default one.
+  void ArchiveOver() override;
+  void RunOver() override;
 
   // "BKP_" and the present moment.
   static std::string DefaultFileName(Application& app);

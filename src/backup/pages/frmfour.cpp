@@ -5,7 +5,6 @@
 
 #include "backup/format/log_writer.h"
 #include "backup/format/settings_file.h"
-#include "backup/pages/frmFinish.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
@@ -122,6 +121,8 @@ bool frmfour::TakeOver() {
   return !run_started_;
 }
 
+void frmfour::RunOver() { cmdNext.enabled = false; }
+
 void frmfour::FillReview() {
   RichTextBox1.text = ReviewText();
   FillGrid();
@@ -185,7 +186,7 @@ void frmfour::cmdNext_Click() {
   cmdNext.enabled = false;
   app_.page_host().EnableSideButtons(false);
   WriteFiles();
-  ShowRunPage();
+  GoOnTo(PageRole::kBackupRun);
 }
 
 bool frmfour::SpaceSuffices() {
@@ -204,17 +205,6 @@ void frmfour::WriteFiles() {
   WriteBackupSettings(app_, StagedSettingsPath(session.gBackupBasePath, app_));
   MakeDirectoryPath(app_, LogFolder(app_));
   if (session.gLogDetails == "True") WriteReviewLog(app_, BackupLogPath(app_));
-}
-
-void frmfour::ShowRunPage() {
-  frmFinish& run = app_.Get<frmFinish>();
-  run.Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kBackup, 5);
-  run.ResetRunPage();
-  app_.Pump();
-  run.DisableInterface();
-  run.Timer1.enabled = true;
 }
 
 void frmfour::Timer2_Timer() {

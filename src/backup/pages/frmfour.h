@@ -15,6 +15,8 @@ class frmfour : public WizardPage {
   void Load() override;
   // Fills the page. False if that has started the run.
   bool TakeOver() override;
+  // The run is not begun again from here.
+  void RunOver() override;
 
   // Fills the page from the session. In a run with the word "auto" it then goes on by itself if
   // anything is selected.
@@ -46,7 +48,6 @@ class frmfour : public WizardPage {
   // Step by step what cmdNext does; false where the page has to stay.
   bool SpaceSuffices();
   void WriteFiles();
-  void ShowRunPage();
 
   bool run_started_ = false;
 };

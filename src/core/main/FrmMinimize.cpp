@@ -1,7 +1,5 @@
 #include "core/main/FrmMinimize.h"
 
-#include "core/main/FrmWelcome.h"
-
 namespace quorvale {
 
 FrmMinimize::FrmMinimize(Application& app)
@@ -27,7 +25,7 @@ void FrmMinimize::Unload() { app_.End(); }
 
 void FrmMinimize::Command1_Click() {
   Hide();
-  app_.Get<FrmWelcome>().Show();
+  app_.page_host().Show();
 }
 
 }  // namespace quorvale

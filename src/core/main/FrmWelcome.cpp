@@ -9,6 +9,7 @@
 #include "core/main/frmAbout.h"
 #include "core/main/frmSettings.h"
 #include "core/main/frmStartUp.h"
+#include "core/main/maker.h"
 #include "core/main/page_sets.h"
 #include "core/main/quick_backup.h"
 #include "core/main/run_modes.h"
@@ -274,7 +275,7 @@ void FrmWelcome::OpenPages(StepSide side) {
   ShowStepPanel();
   MarkBackupStep(0);
   MarkRestoreStep(0);
-  MarkSettingsStep(0);
+  MarkStep(StepSide::kSettings, 0);
   MarkScheduleStep(0);
   MarkStep(StepSide::kLog, 0);
   ShowSide(side);

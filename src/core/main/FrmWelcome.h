@@ -10,11 +10,6 @@
 
 namespace quorvale {
 
-// The maker's addresses.
-inline constexpr char kMakerHomePage[] = "https://www.tarnwick.example/";
-inline constexpr char kMakerProductsPage[] = "https://www.tarnwick.example/products";
-inline constexpr char kMakerSupportMail[] = "mailto:support@tarnwick.example";
-
 // Of a quick link that the mouse is not over.
 inline constexpr ui::Color kQuickLinkColor = ui::Rgb(0, 45, 78);
 
@@ -74,6 +69,7 @@ class FrmWelcome : public ui::Form, public PageHost {
 
   // What the pages use.
   ui::Control& panel() override { return PicMainBackupBase; }
+  void Show() override { ui::Form::Show(); }
   void MarkStep(StepSide side, int step) override;
   void EnableSideButtons(bool enabled) override;
   void EnableHomeButton() override { CmdWC_Home.enabled = true; }
@@ -86,7 +82,6 @@ class FrmWelcome : public ui::Form, public PageHost {
   // The same as MarkStep, for one side each.
   void MarkBackupStep(int index) { MarkStep(StepSide::kBackup, index); }
   void MarkRestoreStep(int index) { MarkStep(StepSide::kRestore, index); }
-  void MarkSettingsStep(int index) { MarkStep(StepSide::kSettings, index); }
   void MarkScheduleStep(int index) { MarkStep(StepSide::kSchedule, index); }
   // Shows the host panel and the step panel at their places.
   void ShowStepPanel();

@@ -1,6 +1,6 @@
 #include "core/main/frmAbout.h"
 
-#include "core/main/FrmWelcome.h"
+#include "core/main/maker.h"
 #include "core/program/version.h"
 
 namespace quorvale {

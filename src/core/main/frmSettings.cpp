@@ -2,8 +2,6 @@
 
 #include "base/scoped_flag.h"
 #include "base/text.h"
-#include "core/main/FrmWelcome.h"
-#include "core/main/frmStartUp.h"
 #include "core/main/stored_boxes.h"
 #include "core/pages/folder_choice.h"
 #include "core/pages/page_layout.h"
@@ -20,7 +18,7 @@ constexpr char kHelpTopic[] = "qvlSettings.htm";
 }  // namespace
 
 frmSettings::frmSettings(Application& app)
-    : ui::Form(app.ui(), kName),
+    : WizardPage(app, kName, PageRole::kSettings),
       PicHeader(*this, "PicHeader", "SETTINGS_HEADER"),
       lblHeader(*this, "lblHeader", "Quorvale Settings and Configurations"),
       lblSubheading(*this, "lblSubheading", "Customize Quorvale Settings"),
@@ -43,8 +41,7 @@ frmSettings::frmSettings(Application& app)
       Command4(*this, "Command4", "&Save Settings"),
       cmdBack(*this, "cmdBack"),
       cmdOK(*this, "cmdOK", "OK"),
-      cmdCancel(*this, "cmdCancel"),
-      app_(app) {
+      cmdCancel(*this, "cmdCancel") {
   PlaceControls();
   ConnectHandlers();
 }
@@ -222,9 +219,8 @@ void frmSettings::SaveFolders() { app_.settings().Save(); }
 // --- Leaving ------------------------------------------------------------------------------------
 
 void frmSettings::LeavePage() {
-  FrmWelcome& welcome = app_.Get<FrmWelcome>();
-  welcome.HidePanels();
-  welcome.Show();
+  Cancel();
+  app_.page_host().Show();
 }
 
 void frmSettings::cmdBack_Click() {
@@ -242,10 +238,6 @@ void frmSettings::cmdCancel_Click() {
   app_.Unload(kName);
 }
 
-void frmSettings::SwitchToStartUp() {
-  app_.Get<frmStartUp>().Show();
-  app_.Get<FrmWelcome>().MarkSettingsStep(1);
-  Hide();
-}
+void frmSettings::SwitchToStartUp() { GoOnTo(PageRole::kStartUp); }
 
 }  // namespace quorvale

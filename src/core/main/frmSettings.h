@@ -1,12 +1,12 @@
 // The page "Settings and Configurations": a view of the program's settings.
 #pragma once
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
-class frmSettings : public ui::Form {
+class frmSettings : public WizardPage {
  public:
   static constexpr char kName[] = "frmSettings";
   explicit frmSettings(Application& app);
@@ -63,7 +63,6 @@ class frmSettings : public ui::Form {
   bool ChooseFolder(ui::TextBox& box);
   void LeavePage();
 
-  Application& app_;
   // While the page fills its own controls, their handlers do nothing.
   bool filling_ = false;
   ProgramSettings::Watch watch_;

@@ -1,8 +1,6 @@
 #include "core/main/frmStartUp.h"
 
 #include "base/scoped_flag.h"
-#include "core/main/FrmWelcome.h"
-#include "core/main/frmSettings.h"
 #include "core/main/stored_boxes.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
@@ -11,7 +9,7 @@
 namespace quorvale {
 
 frmStartUp::frmStartUp(Application& app)
-    : ui::Form(app.ui(), kName),
+    : WizardPage(app, kName, PageRole::kStartUp),
       PicHeader(*this, "PicHeader", "StartUpInstall"),
       lblHeader(*this, "lblHeader",
                 "Quorvale Startup Options( Settings will be applied as soon as you select them)"),
@@ -23,8 +21,7 @@ frmStartUp::frmStartUp(Application& app)
       CboLanguage(*this, "CboLanguage"),
       cmdBack(*this, "cmdBack"),
       cmdNext(*this, "cmdNext"),
-      cmdCancel(*this, "cmdCancel"),
-      app_(app) {
+      cmdCancel(*this, "cmdCancel") {
   PlaceControls();
   ConnectHandlers();
 }
@@ -77,12 +74,8 @@ void frmStartUp::ChkStartMenu_Click() {
   if (!filling_) ApplyShortcutBox(app_, kStartUpKey, ChkStartMenu, special_folder::kPrograms);
 }
 
-void frmStartUp::cmdBack_Click() {
-  app_.Get<frmSettings>().Show();
-  Hide();
-  app_.Get<FrmWelcome>().MarkSettingsStep(0);
-}
+void frmStartUp::cmdBack_Click() { Back(); }
 
-void frmStartUp::cmdCancel_Click() { app_.Get<FrmWelcome>().HomePage(); }
+void frmStartUp::cmdCancel_Click() { app_.page_host().HomePage(); }
 
 }  // namespace quorvale

@@ -2,14 +2,14 @@
 // the settings that the program reads at its start.
 #pragma once
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
 
 inline constexpr char kStartUpKey[] = "Software\\Tarnwick\\Quorvale\\StartUp\\Settings";
 
-class frmStartUp : public ui::Form {
+class frmStartUp : public WizardPage {
  public:
   static constexpr char kName[] = "frmStartUp";
   explicit frmStartUp(Application& app);
@@ -33,7 +33,6 @@ class frmStartUp : public ui::Form {
   void PlaceControls();
   void ConnectHandlers();
 
-  Application& app_;
   bool filling_ = false;
 };
 

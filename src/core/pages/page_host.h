@@ -23,6 +23,8 @@ class PageHost {
 
   // The control that pages lie over.
   virtual ui::Control& panel() = 0;
+  // Shows the window, if it is hidden, as the one that is worked with.
+  virtual void Show() = 0;
   // Bold on that step's label, plain on the others, the arrow beside it. Steps count from 0.
   virtual void MarkStep(StepSide side, int step) = 0;
   // Home, support, website, other products, about.
@@ -48,19 +50,24 @@ enum class PageRole {
   kBackupOptions,
   kBackupMedia,
   kBackupReview,
+  kBackupRun,
   kRestoreJob,
   kRestoreItems,
   kRestoreReview,
+  kRestoreRun,
   kSchedule,
   kScheduleList,
+  kSettings,
+  kStartUp,
 };
 
 // Where a page stands in its wizard.
 struct PageRow {
   PageRole role;
   StepSide side;
-  int step;                           // as PageHost::MarkStep counts
-  WizardPage& (*page)(Application&);  // made and loaded if it is not there
+  int step;                             // as PageHost::MarkStep counts
+  WizardPage& (*page)(Application&);    // made and loaded if it is not there
+  WizardPage* (*loaded)(Application&);  // null if it is not there
 };
 
 // What the main room tells the pages.

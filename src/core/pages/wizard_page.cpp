@@ -44,6 +44,14 @@ void WizardPage::SendBackTo(PageRole role) {
 // Rows of one wizard stand one behind the other; a first page has no Back.
 void WizardPage::Back() { Replace(*(&RowOf(app_, role_) - 1)); }
 
+void WizardPage::TellPages(void (WizardPage::*what)()) {
+  const StepSide side = RowOf(app_, role_).side;
+  for (const PageRow& row : app_.pages().rows) {
+    if (row.side != side) continue;
+    if (WizardPage* page = row.loaded(app_)) (page->*what)();
+  }
+}
+
 void WizardPage::Cancel() { app_.page_host().LeavePages(RowOf(app_, role_).side); }
 
 }  // namespace quorvale

@@ -22,6 +22,12 @@ class WizardPage : public ui::Form {
   virtual void SentBack() {}
   // Whether the page can be left by its Next.
   virtual void AllowNext(bool allowed);
+  // A later page has chosen a folder: one is wanted after all, whatever was said here.
+  virtual void FolderWanted() {}
+  // The run that this page led to is done with its archive, made or not.
+  virtual void ArchiveOver() {}
+  // The run that this page led to is over.
+  virtual void RunOver() {}
 
  protected:
   WizardPage(Application& app, const char* name, PageRole role);
@@ -34,6 +40,8 @@ class WizardPage : public ui::Form {
   void SendBackTo(PageRole role);
   // The page before this one, as it was left.
   void Back();
+  // Tells the loaded pages of this wizard what becomes of their run: one of the two above.
+  void TellPages(void (WizardPage::*what)());
   // Away from the wizard, with what was entered in it.
   void Cancel();
 
@@ -44,5 +52,12 @@ class WizardPage : public ui::Form {
 
   const PageRole role_;
 };
+
+// The row of a page class in the page table.
+template <class Page>
+PageRow RowFor(PageRole role, StepSide side, int step) {
+  return {role, side, step, [](Application& app) -> WizardPage& { return app.Get<Page>(); },
+          [](Application& app) -> WizardPage* { return app.Loaded<Page>(); }};
+}
 
 }  // namespace quorvale

@@ -85,6 +85,7 @@ struct FtpServer {
 struct BackupJob {
   std::string gBackupProcessName;
   std::string gBackupProcessDesc;
+  std::string gBackupName;                    // as typed; the backup's on a server, with ".obk"
   std::string gBackupFolder;                  // the restore's tree page commits its folder here too
   std::vector<std::string> gBackupItemPaths;  // the ticked nodes, in the order of the tree
   std::vector<std::string> gBackupItemKeys;   // parallel to gBackupItemPaths
@@ -97,9 +98,8 @@ struct BackupJob {
   bool gMediaFtp = false;
   bool gMediaDisc = false;
   int gMediaDiscCount = 0;
-  FtpServer ftp_server;     // while gMediaFtp is set
-  std::string upload_name;  // the name that the backup gets there
-  int disc_drive = -1;      // the disc writer's number of it, while gMediaDisc is set
+  FtpServer ftp_server;  // while gMediaFtp is set
+  int disc_drive = -1;   // the disc writer's number of it, while gMediaDisc is set
 };
 
 // What the program finds out and does for a backup: committed by FrmTwo (sizes), frmfour (where the
@@ -154,7 +154,6 @@ struct RestoreState {
 // Named by the design and kept up to date; nothing in the program reads them.
 struct UnreadFields {
   bool gStopRequested = false;
-  std::string gBackupName;
   bool gBackupTreeChanged = false;
   std::string gRestoreSettingsField;
   std::string gRestoreBackupFolder;

@@ -1,5 +1,6 @@
 #include "platform/windows/window_calls.h"
 
+#include "base/run_time_error.h"
 #include "platform/windows/text_calls.h"
 
 namespace quorvale::windows {
@@ -105,7 +106,11 @@ void Window::RegisterOwnClass() {
   static const ATOM registered =
       HasUnicode() ? RegisterWith(RegisterClassW, Wide(kOwnClass), Procedure)
                    : RegisterWith(RegisterClassA, std::string(kOwnClass), Procedure);
-  static_cast<void>(registered);
+  if (registered != 0) return;
+  throw RaisedError({.number = kFirstObjectError,
+                     .source = "Window",
+                     .description = "The class of the program's windows cannot be registered",
+                     .last_dll_error = static_cast<std::int32_t>(GetLastError())});
 }
 
 void Window::MakeOwn(DWORD extended_style, DWORD style, HWND parent, const RECT& place,

@@ -26,7 +26,8 @@ class Window {
   static Window* Of(HWND window);
 
  protected:
-  // Makes a window of the class that knows nothing but this object's Handle.
+  // Makes a window of the class that knows nothing but this object's Handle. A RaisedError if the
+  // system does not take the class.
   void MakeOwn(DWORD extended_style, DWORD style, HWND parent, const RECT& place,
                const std::string& text);
   // Makes a window of one of the system's classes and takes over its messages.
@@ -41,6 +42,8 @@ class Window {
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
+  // Once in the life of the program. Without its class it has no window at all: the error goes to
+  // the outermost level, which reports it and tells the user.
   static void RegisterOwnClass();
 
   HWND handle_ = nullptr;

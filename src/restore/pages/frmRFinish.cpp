@@ -54,7 +54,7 @@ bool IsMail(RestorePhase phase) {
 }  // namespace
 
 frmRFinish::frmRFinish(Application& app)
-    : ui::Form(app.ui(), kName), app_(app), run_(app, app.session(), EventsOfRun()) {
+    : WizardPage(app, kName, PageRole::kRestoreRun), run_(app, app.session(), EventsOfRun()) {
   PlaceControls();
   ConnectHandlers();
 }
@@ -70,6 +70,15 @@ void frmRFinish::Load() {
   page_layout::HostPage(app_, *this);
   cmdstop.enabled = false;
   cmdNext.enabled = false;
+}
+
+void frmRFinish::Entered() {
+  app_.page_host().EnableSideButtons(false);
+  cmdNext.enabled = false;
+  lblCurrent.caption = "Initializing...";
+  pbCurrent.value = 0;
+  prbGlobalProgress.value = 0;
+  Timer1.enabled = true;
 }
 
 frmRFinish::~frmRFinish() { app_.EndRun(*this); }

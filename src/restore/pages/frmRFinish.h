@@ -7,14 +7,14 @@
 #include <utility>
 #include <vector>
 
-#include "core/pages/application.h"
+#include "core/pages/wizard_page.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 #include "restore/run/restore_run.h"
 
 namespace quorvale {
 
-class frmRFinish : public ui::Form, public RunPage {
+class frmRFinish : public WizardPage, public RunPage {
  public:
   static constexpr char kName[] = "frmRFinish";
   explicit frmRFinish(Application& app);
@@ -44,6 +44,8 @@ class frmRFinish : public ui::Form, public RunPage {
   std::vector<std::pair<std::string, std::string>> DataFileTable;
 
   void Load() override;
+  // Starts the run as soon as the page has painted.
+  void Entered() override;
   void Unload() override;
 
   void Timer1_Timer();
@@ -111,7 +113,6 @@ class frmRFinish : public ui::Form, public RunPage {
   void AbortEnding();
   std::string EndMessage() const;
 
-  Application& app_;
   RestoreRun run_;
   RestorePhase phase_ = RestorePhase::kPrepare;
   bool running_ = false;

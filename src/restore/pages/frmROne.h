@@ -35,6 +35,8 @@ class frmROne : public WizardPage {
   ui::CommandButton cmdCancel{*this, "cmdCancel", "&Cancel"};
 
   void Load() override;
+  // Takes back that none was wanted.
+  void FolderWanted() override { Check1.value = 0; }
 
   // Lists the backup folder's files and selects the first one.
   void FillBackupList();

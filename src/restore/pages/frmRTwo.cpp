@@ -14,7 +14,6 @@
 #include "discovery/products/outlook_profile.h"
 #include "discovery/products/product_table.h"
 #include "discovery/products/watched_programs.h"
-#include "restore/pages/frmROne.h"
 #include "restore/pages/restore_tree.h"
 #include "restore/run/restore_places.h"
 #include "restore/run/restore_selection.h"
@@ -339,7 +338,7 @@ void frmRTwo::cmdselectfolder_Click() {
   if (folder.empty()) return;
   if (!FolderMayBeUsed(app_, folder)) return;
   // A chosen folder takes back that none was wanted.
-  if (app_.session().gNoRestoreFolder) app_.Get<frmROne>().Check1.value = 0;
+  if (app_.session().gNoRestoreFolder) PageOf(PageRole::kRestoreJob).FolderWanted();
   txtpath.text = folder;
 }
 

@@ -10,9 +10,6 @@
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
-#include "restore/pages/frmRFinish.h"
-#include "restore/pages/frmROne.h"
-#include "restore/pages/frmRTwo.h"
 #include "restore/run/restore_places.h"
 
 namespace quorvale {
@@ -104,7 +101,7 @@ void frmRfour::LoadDetails() {
 }
 
 void frmRfour::ReadArchive() {
-  const std::string path = app_.Get<frmROne>().txtpath.text;
+  const std::string path = app_.session().gRestoreFilePath;
   const std::optional<FileInfo> file = app_.platform().files.Stat(path);
   const std::string& first_name = app_.session().backup_stem;
   prefix_ = first_name.empty() ? WithoutLastFour(file ? file->name : FileNameOf(path)) : first_name;
@@ -212,21 +209,8 @@ void frmRfour::cmdNext_Click() {
                             WithoutLastFour(FileNameOf(session.gRestoreFilePath)) + "_" +
                             LogStamp(app_.platform().system.Now()) + ".xml");
   }
-  StartRun();
+  GoOnTo(PageRole::kRestoreRun);
   EnableButtons(true);
-}
-
-void frmRfour::StartRun() {
-  frmRFinish& run = app_.Get<frmRFinish>();
-  run.Show();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kRestore, 3);
-  app_.page_host().EnableSideButtons(false);
-  run.cmdNext.enabled = false;
-  run.lblCurrent.caption = "Initializing...";
-  run.pbCurrent.value = 0;
-  run.prbGlobalProgress.value = 0;
-  run.Timer1.enabled = true;
 }
 
 void frmRfour::cmdBack_Click() { Back(); }

@@ -72,7 +72,6 @@ class frmRfour : public WizardPage {
   std::string TargetOf(const RestoreItem& item) const;
   bool IsThere(const std::string& target) const;
   void AddNeed(const std::string& target, double bytes);
-  void StartRun();
 
   BackupMembers members_;
   std::string prefix_;

@@ -78,6 +78,15 @@ void frmSchedTwo::Load() {
   txttime.text = TimeBoxText(app_.platform().system.Now());
 }
 
+bool frmSchedTwo::TakeOver() {
+  cmdRefresh_Click();
+  return true;
+}
+
+void frmSchedTwo::Entered() {
+  if (!mJobs.empty()) FocusList();
+}
+
 // --- The list -----------------------------------------------------------------------------------
 
 void frmSchedTwo::cmdRefresh_Click() {
@@ -98,6 +107,10 @@ void frmSchedTwo::cmdRefresh_Click() {
 void frmSchedTwo::SelectFirstRow() {
   ListView1.selected = 0;
   Text1.text = ScheduleDetails(app_, mJobs.front());
+  FocusList();
+}
+
+void frmSchedTwo::FocusList() {
   if (Visible() && ListView1.enabled && ListView1.IsShown()) ListView1.SetFocus();
 }
 

@@ -16,6 +16,10 @@ class frmSchedTwo : public WizardPage {
   static constexpr char kName[] = "frmSchedTwo";
   explicit frmSchedTwo(Application& app);
   void Load() override;
+  // Reads the list anew.
+  bool TakeOver() override;
+  // The list has the focus.
+  void Entered() override;
 
   void cmdRefresh_Click();  // reads the list anew
   void cmdDelete_Click();
@@ -49,6 +53,8 @@ class frmSchedTwo : public WizardPage {
   void PlaceControls();
   void ConnectHandlers();
   void SelectFirstRow();
+  // If it can have it now.
+  void FocusList();
   // The job's name of a row, from the row's key; "" if there is no such row.
   std::string NameOfRow(int row) const;
   bool TaskExists(const std::string& name);

@@ -1,5 +1,7 @@
 #include "schedule/pages/frmSchedule.h"
 
+#include <algorithm>
+
 #include "backup/format/settings_file.h"
 #include "base/scoped_flag.h"
 #include "base/text.h"
@@ -9,7 +11,6 @@
 #include "core/program/ModGlobal.h"
 #include "core/program/command_words.h"
 #include "discovery/products/watched_programs.h"
-#include "schedule/pages/frmSchedTwo.h"
 #include "schedule/pages/refused_time.h"
 #include "schedule/run/schedule_jobs.h"
 
@@ -151,7 +152,9 @@ void frmSchedule::Command6_Click() {
         "schedule.");
     return;
   }
-  app_.Get<frmSchedTwo>().cmdRefresh_Click();
+  // The page of the list shows what this one goes by.
+  PageOf(PageRole::kScheduleList).TakeOver();
+  mJobs = OwnScheduleJobs(app_);
   const std::string name = Trim(txtSchedName.text.get());
   if (!MayCreate(name)) return;
   last_creation = CreateJob(name) ? Creation::kTaken : Creation::kRefused;
@@ -167,7 +170,7 @@ bool frmSchedule::MayCreate(const std::string& name) {
     txtSchedName.SetFocus();
     return false;
   }
-  if (app_.Get<frmSchedTwo>().checkAllReadyExist(name)) {
+  if (IsScheduled(name)) {
     app_.Inform("Schedule already exists. Please enter a new name");
     return false;
   }
@@ -181,6 +184,11 @@ bool frmSchedule::MayCreate(const std::string& name) {
     return false;
   }
   return true;
+}
+
+bool frmSchedule::IsScheduled(const std::string& name) const {
+  return std::any_of(mJobs.begin(), mJobs.end(),
+                     [&name](const ScheduledTask& job) { return job.name == name; });
 }
 
 bool frmSchedule::CreateJob(const std::string& name) {
@@ -199,7 +207,7 @@ bool frmSchedule::CreateJob(const std::string& name) {
 }
 
 void frmSchedule::cmdRefresh_Click() {
-  if (frmSchedTwo* manage = app_.Loaded<frmSchedTwo>()) manage->mJobs.clear();
+  mJobs.clear();
   txtSchedName.text = "";
   ShowPresentTime();
 }
@@ -219,11 +227,7 @@ void frmSchedule::cmdNext_Click() {
     SaveScheduleState(app_, HandOverPath(app_), {.kind = kScheduleWord});
   };
   if (!RaiseRights(app_, hand_over)) return;
-  frmSchedTwo& manage = app_.Get<frmSchedTwo>();
-  manage.Show();
-  manage.cmdRefresh_Click();
-  Hide();
-  app_.page_host().MarkStep(StepSide::kSchedule, 1);
+  GoOnTo(PageRole::kScheduleList);
 }
 
 void frmSchedule::cmdCancel_Click() { app_.page_host().HomePage(); }

@@ -5,38 +5,18 @@
 #include <string>
 #include <vector>
 
-#include "backup/fake_media.h"
+#include "backup/media_program.h"
 #include "backup/pages/frmFinish.h"
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
-#include "core/main/FrmWelcome.h"
-#include "core/main/page_sets.h"
 #include "core/program/ModGlobal.h"
-#include "support/test_machine.h"
 
 namespace quorvale {
 namespace {
 
-using backup_test::FakeDiscs;
-using backup_test::FakeFtp;
-
-// A program of its own on the machine, with an FTP client and a disc writer that obey.
-class MediaPage : public testing::Test {
+class MediaPage : public backup_test::MediaProgram {
  protected:
-  MediaPage()
-      : platform_{machine_.platform().registry,
-                  machine_.platform().files,
-                  machine_.platform().shell,
-                  machine_.platform().system,
-                  machine_.platform().processes,
-                  machine_.platform().services,
-                  ftp_,
-                  discs_,
-                  machine_.platform().scheduler,
-                  machine_.platform().threads,
-                  machine_.platform().ui},
-        app_(platform_, ProgramPages()) {
-    app_.Get<FrmWelcome>().Show();
+  MediaPage() {
     app_.session().gBackupItemPaths = {"Other Files", "Other Files\\My Documents"};
     app_.session().gBackupItemKeys = {"Other Files", "C:\\Nothing\\"};
     app_.session().gBackupFolder = "C:\\Out";
@@ -62,11 +42,6 @@ class MediaPage : public testing::Test {
     page_->TxtRemoteDir.text = "/in";
   }
 
-  TestMachine machine_;
-  FakeFtp ftp_;
-  FakeDiscs discs_;
-  Platform platform_;
-  Application app_;
   FrmBackupMedia* page_ = nullptr;
 };
 
@@ -167,7 +142,6 @@ TEST_F(MediaPage, TheTestedServerIsCommittedToTheJob) {
   EXPECT_EQ(server.password, "pw");
   EXPECT_EQ(server.folder, "/in");
   EXPECT_FALSE(server.anonymous);
-  EXPECT_EQ(app_.session().upload_name, "Backup file.obk");
 }
 
 TEST_F(MediaPage, TheChosenDriveIsCommittedToTheJob) {

@@ -2,50 +2,27 @@
 
 #include <gtest/gtest.h>
 
-#include "backup/fake_media.h"
+#include "backup/format/job_kinds.h"
 #include "backup/format/settings_file.h"
+#include "backup/media_program.h"
 #include "backup/pages/frmFinish.h"
 #include "backup/run/disc_folder.h"
-#include "core/main/FrmWelcome.h"
-#include "core/main/page_sets.h"
 #include "discovery/pages/FrmTwo.h"
-#include "support/test_machine.h"
 
 namespace quorvale {
 namespace {
 
-using backup_test::FakeDiscs;
-using backup_test::FakeFtp;
 using Strings = std::vector<std::string>;
 
 constexpr char kParts[] = "C:\\Out\\CDbackup";
 constexpr char kAnotherMedium[] = "Please enter a writable CD/DVD. Do you want to continue..";
 constexpr char kNoDrives[] = "Drives Cannot be initialized...Contact support!";
 
-class Delivery : public testing::Test {
+class Delivery : public backup_test::MediaProgram {
  protected:
-  Delivery()
-      : platform_{machine_.platform().registry,
-                  machine_.platform().files,
-                  machine_.platform().shell,
-                  machine_.platform().system,
-                  machine_.platform().processes,
-                  machine_.platform().services,
-                  ftp_,
-                  discs_,
-                  machine_.platform().scheduler,
-                  machine_.platform().threads,
-                  machine_.platform().ui},
-        app_(platform_, ProgramPages()) {
-    machine_.ui().loaded_forms = [this] { return app_.LoadedForms(); };
-    machine_.ui().after_step = [this] { app_.CollectUnloaded(); };
-    app_.Get<FrmWelcome>().Show();
-    app_.session().upload_name = "My job.obk";
-  }
-  ~Delivery() override {
-    machine_.ui().loaded_forms = nullptr;
-    machine_.ui().after_step = nullptr;
-    machine_.ui().on_pump = nullptr;
+  Delivery() {
+    app_.session().gBackupProcessName = kMainBackup;
+    app_.session().gBackupName = "My job";
   }
 
   void ForDiscs(const Strings& parts) {
@@ -84,12 +61,6 @@ class Delivery : public testing::Test {
   static std::string Burnt(const std::string& part) {
     return std::string(kParts) + "\\" + part + " as " + part;
   }
-
-  TestMachine machine_;
-  FakeFtp ftp_;
-  FakeDiscs discs_;
-  Platform platform_;
-  Application app_;
 };
 
 // --- Discs --------------------------------------------------------------------------------------

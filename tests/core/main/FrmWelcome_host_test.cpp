@@ -11,6 +11,7 @@
 #include "core/main/FrmMinimize.h"
 #include "core/main/frmAbout.h"
 #include "core/main/frmSettings.h"
+#include "core/main/maker.h"
 #include "core/main/run_modes.h"
 #include "core/program/ModGlobal.h"
 #include "core/program/version.h"

@@ -1,9 +1,12 @@
-// The preparation of a quick backup.
+// The quick backup: its preparation, and what it makes.
 #include <gtest/gtest.h>
 
+#include "backup/format/archive_layout.h"
+#include "backup/format/backup_file.h"
 #include "backup/pages/frmOne.h"
 #include "backup/pages/frmThree.h"
 #include "backup/pages/frmfour.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "core/main/FrmQuickSteps.h"
 #include "core/main/FrmWelcome.h"
@@ -25,6 +28,12 @@ class QuickBackupTest : public testing::Test {
   bool Shows(const std::string& name) {
     const ui::Form* page = machine_.app().FindLoaded(name);
     return page != nullptr && page->Visible();
+  }
+
+  std::vector<std::string> BackupsIn(const std::string& folder) {
+    std::vector<std::string> backups = machine_.AllBelow(folder);
+    std::erase_if(backups, [](const std::string& path) { return !EndsWithNoCase(path, ".obk"); });
+    return backups;
   }
 
   TestMachine machine_;
@@ -131,11 +140,23 @@ TEST_F(QuickBackupTest, AChangedBackupFolderIsUsedByTheNextRun) {
   machine_.Expect(ui::Answer::kOk, "Backup successfully completed");
   machine_.Do([&] { SubMain(machine_.app()); });
   machine_.RunUntilIdle();
-  size_t archives = 0;
-  for (const std::string& path : machine_.AllBelow("C:\\Elsewhere")) {
-    if (EndsWithNoCase(path, ".obk")) ++archives;
-  }
-  EXPECT_EQ(archives, 1u);
+  EXPECT_EQ(BackupsIn("C:\\Elsewhere").size(), 1u);
+}
+
+TEST_F(QuickBackupTest, TheSettingsInsideSayQuick) {
+  ClickQuickLink();
+  machine_.Expect(ui::Answer::kOk, "Backup successfully completed");
+  machine_.Click(machine_.app().Get<frmfour>().cmdNext);
+  const std::vector<std::string> backups =
+      BackupsIn(machine_.AppData() + "\\Tarnwick\\Quorvale\\Backup");
+  ASSERT_EQ(backups.size(), 1u);
+  const std::string stem = WithoutLastFour(FileNameOf(backups[0]));
+  BackupFile backup(machine_.app(), backups[0], "");
+  ASSERT_EQ(backup.ExtractAs(SettingsEntryName(stem), "C:\\settings.xml"), zip::Result::kDone);
+  EXPECT_TRUE(Contains(machine_.ReadFile("C:\\settings.xml"), "<Main Process='Quick Backup'>"));
+  const std::string letter = stem + "\\Other Files\\My Documents\\letter.txt";
+  EXPECT_EQ(backup.ExtractAs(letter, "C:\\letter.txt"), zip::Result::kDone);
+  EXPECT_EQ(machine_.session().gBackupProcessName, kMainBackup);
 }
 
 TEST_F(QuickBackupTest, WithAnEmptyTreeTheReviewPageSaysSoAndAutoStopsThere) {

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
+#include "core/main/maker.h"
 #include "core/program/ModGlobal.h"
 #include "discovery/pages/FrmTwo.h"
 #include "discovery/products/watched_programs.h"

@@ -18,6 +18,7 @@ class Window : public PageHost {
  public:
   explicit Window(ui::Ui& ui) : form_(ui, "Window") {}
   ui::Control& panel() override { return panel_; }
+  void Show() override {}
   void MarkStep(StepSide side, int step) override {
     const char* name = side == StepSide::kBackup ? "backup" : "restore";
     lines.push_back(std::string("mark ") + name + " " + std::to_string(step));
@@ -53,12 +54,14 @@ class Page : public WizardPage {
   void Entered() override { Tell(Visible() ? "is entered" : "is entered unseen"); }
   void SentBack() override { Tell(Visible() ? "is sent back" : "is sent back unseen"); }
   void Load() override { Tell("is loaded"); }
+  void RunOver() override { Tell("hears that the run is over"); }
 
   using WizardPage::Back;
   using WizardPage::Cancel;
   using WizardPage::GoOnTo;
   using WizardPage::PageOf;
   using WizardPage::SendBackTo;
+  using WizardPage::TellPages;
 
   ui::CommandButton cmdNext{*this, "cmdNext"};
 
@@ -71,19 +74,14 @@ using Items = Page<PageRole::kBackupItems, 'I'>;
 using Review = Page<PageRole::kBackupReview, 'R'>;
 using OtherJob = Page<PageRole::kRestoreJob, 'O'>;
 
-template <class T>
-WizardPage& Made(Application& app) {
-  return app.Get<T>();
-}
-
 class WizardPageTest : public testing::Test {
  protected:
   WizardPageTest() {
     pages_.host = [this](Application&) -> PageHost& { return window_; };
-    pages_.rows = {{PageRole::kBackupJob, StepSide::kBackup, 0, Made<Job>},
-                   {PageRole::kBackupItems, StepSide::kBackup, 1, Made<Items>},
-                   {PageRole::kBackupReview, StepSide::kBackup, 4, Made<Review>},
-                   {PageRole::kRestoreJob, StepSide::kRestore, 0, Made<OtherJob>}};
+    pages_.rows = {RowFor<Job>(PageRole::kBackupJob, StepSide::kBackup, 0),
+                   RowFor<Items>(PageRole::kBackupItems, StepSide::kBackup, 1),
+                   RowFor<Review>(PageRole::kBackupReview, StepSide::kBackup, 4),
+                   RowFor<OtherJob>(PageRole::kRestoreJob, StepSide::kRestore, 0)};
   }
   // What the pages and the window have said since.
   Lines Said() {
@@ -145,6 +143,15 @@ TEST_F(WizardPageTest, CancelLeavesTheWizardThatThePageStandsIn) {
   EXPECT_EQ(Said(), (Lines{"O is loaded", "leave restore", "I is loaded", "leave backup"}));
 }
 
+TEST_F(WizardPageTest, ARunTellsTheLoadedPagesOfItsWizardAndMakesNone) {
+  Review& review = app_.Get<Review>();
+  app_.Get<Job>();
+  app_.Get<OtherJob>();
+  Said();
+  review.TellPages(&WizardPage::RunOver);
+  EXPECT_EQ(Said(), (Lines{"J hears that the run is over", "R hears that the run is over"}));
+}
+
 TEST_F(WizardPageTest, AnotherPageIsMadeOnceAndKeepsItsState) {
   Job& job = app_.Get<Job>();
   Items& items = app_.Get<Items>();
@@ -168,6 +175,9 @@ TEST_F(WizardPageTest, APageWithoutWishesTakesOverAndMayBeUsed) {
   plain.AllowNext(false);  // it has no such button
   plain.Entered();
   plain.SentBack();
+  plain.FolderWanted();
+  plain.ArchiveOver();
+  plain.RunOver();
   EXPECT_EQ(Said(), Lines{});
 }
 

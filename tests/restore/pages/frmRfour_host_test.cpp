@@ -76,7 +76,7 @@ TEST(FrmRfour, AnArchiveWithoutTheMembersNeedsNoSpace) {
   wizard.ToReview();
   // As after a rename: the prefix of the names is the file's name.
   machine.WriteFile("C:\\Backups\\Renamed.obk", machine.ReadFile("C:\\Backups\\Job.obk"));
-  wizard.one().txtpath.text = "C:\\Backups\\Renamed.obk";
+  machine.session().gRestoreFilePath = "C:\\Backups\\Renamed.obk";
   machine.computer().SetFreeSpace("D", 0);
   EXPECT_TRUE(wizard.review().ComputeRestoreSpace());
   EXPECT_EQ(wizard.review().SizeOfItem("Renamed\\Added More Files\\a.txt"), 0);
