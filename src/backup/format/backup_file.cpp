@@ -71,8 +71,10 @@ FoundTable BackupFile::Table() {
   const bool is_ours = program_.files().FolderExists(folder);
   program_.files().MakeFolderChain(folder);
   const std::string copy = folder + "\\" + FileNameOf(entry->name);
-  if (ExtractAs(entry->name, copy) == zip::Result::kDone)
-    found.table = ReadMemberTable(files, copy);
+  const zip::Result result = ExtractAs(entry->name, copy);
+  if (result == zip::Result::kDone) found.table = ReadMemberTable(files, copy);
+  // A full disk says nothing about the table: the backup is looked at as one without.
+  if (result == zip::Result::kNoSpace) found.is_there = false;
   // What stays here is overwritten by the next one.
   files.RemoveFile(copy, true);
   if (!is_ours) files.RemoveFolder(folder, true);
