@@ -9,6 +9,7 @@
 // entry_reader.h for the way out, zip_format.h for the bytes.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -108,6 +109,8 @@ class Archive {
   std::function<void(int percent)> on_file_progress;   // within the present file
   std::function<void(int percent)> on_total_progress;  // of all bytes of the operation
   std::function<void(const std::string& name, const std::string& reason)> on_warning;
+  // Testing: the bytes of the entries, in their order, before their check values are compared.
+  std::function<void(const std::uint8_t* data, std::size_t count)> on_tested;
   // Zipping: once for each entry, in the order of the archive.
   std::function<void(const StoredFile&)> on_stored;
   // Zipping: makes one more file when everything else is stored, since it may tell of it, and gives

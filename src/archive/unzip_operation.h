@@ -52,7 +52,10 @@ class TestOperation : private EntrySink {
 
  private:
   bool Wants(const Record&) override { return true; }
-  bool Take(const Record&, const std::uint8_t*, std::size_t) override { return true; }
+  bool Take(const Record&, const std::uint8_t* data, std::size_t count) override {
+    if (archive_.on_tested) archive_.on_tested(data, count);
+    return true;
+  }
   bool Done(const Record& record, EntryStatus status) override;
 
   Archive& archive_;

@@ -62,6 +62,22 @@ TEST_F(ArchiveTest, EachEntryIsToldAsItIsStored) {
   EXPECT_EQ(crcs, (std::vector<std::uint32_t>{0xCBF43926, entries[1].crc}));
 }
 
+TEST_F(ArchiveTest, ATestHandsOverWhatItReads) {
+  AddSource("C:\\a.txt", "first");
+  AddSource("C:\\b.txt", Prose(2'000'000));
+  ASSERT_EQ(archive.Zip(), Result::kDone);
+  std::string read;
+  archive.on_tested = [&read](const std::uint8_t* data, std::size_t count) {
+    read.append(reinterpret_cast<const char*>(data), count);
+  };
+  archive.files_to_process = {"a.txt"};
+  EXPECT_EQ(archive.Test(), Result::kDone);
+  EXPECT_EQ(read, "first");
+  read.clear();
+  EXPECT_EQ(TestAll(), Result::kDone);
+  EXPECT_TRUE(read == "first" + Prose(2'000'000));
+}
+
 TEST_F(ArchiveTest, TheLastSourceIsMadeWhenAllElseIsStored) {
   AddSource("C:\\a.txt", "first");
   AddSource("C:\\b.txt", Prose(2'000'000));

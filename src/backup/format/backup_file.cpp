@@ -3,16 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/paths.h"
-#include "core/program/ModGlobal.h"
-
 namespace quorvale {
 
 BackupFile::BackupFile(Program& program, std::string path, std::string password)
-    : program_(program),
-      path_(std::move(path)),
-      password_(std::move(password)),
-      archive_(program.platform()) {}
+    : path_(std::move(path)), password_(std::move(password)), archive_(program.platform()) {}
 
 void BackupFile::SetUp() {
   archive_.ResetDefaults();
@@ -66,18 +60,15 @@ FoundTable BackupFile::Table() {
   });
   if (entry == entries.end()) return found;
   found.is_there = true;
-  Files& files = program_.platform().files;
-  const std::string folder = TempXmlFolder(program_);
-  const bool is_ours = program_.files().FolderExists(folder);
-  program_.files().MakeFolderChain(folder);
-  const std::string copy = folder + "\\" + FileNameOf(entry->name);
-  const zip::Result result = ExtractAs(entry->name, copy);
-  if (result == zip::Result::kDone) found.table = ReadMemberTable(files, copy);
-  // A full disk says nothing about the table: the backup is looked at as one without.
-  if (result == zip::Result::kNoSpace) found.is_there = false;
-  // What stays here is overwritten by the next one.
-  files.RemoveFile(copy, true);
-  if (!is_ours) files.RemoveFolder(folder, true);
+  SetUp();
+  archive_.files_to_process = {entry->name};
+  MemberTableReader reader;
+  archive_.on_tested = [&reader](const std::uint8_t* data, std::size_t count) {
+    reader.Feed({reinterpret_cast<const char*>(data), count});
+  };
+  const zip::Result result = archive_.Test();
+  archive_.on_tested = nullptr;
+  if (result == zip::Result::kDone) found.table = reader.Finish();
   return found;
 }
 

@@ -38,8 +38,7 @@ class BackupFile {
   // Writes one member to this very path, whatever letters its name has in the archive. kFailed if
   // there is no such member.
   zip::Result ExtractAs(const std::string& member, const std::string& target);
-  // The member table, whatever the file is called now. It is unpacked to the program's own folder
-  // for temporary files, read and removed.
+  // The member table, whatever the file is called now. Nothing is written for it.
   FoundTable Table();
   // The component, set up to unzip below a folder: the caller names the members, sets the events
   // and calls Unzip. It is the file's own and lives as long.
@@ -48,7 +47,6 @@ class BackupFile {
  private:
   void SetUp();
 
-  Program& program_;
   std::string path_;
   std::string password_;
   zip::Archive archive_;

@@ -198,16 +198,4 @@ std::shared_ptr<const MemberTable> MemberTableReader::Finish() {
   return table_;
 }
 
-std::shared_ptr<const MemberTable> ReadMemberTable(Files& files, const std::string& path) {
-  const std::unique_ptr<InputFile> file = files.OpenRead(path);
-  if (file == nullptr) return nullptr;
-  MemberTableReader reader;
-  std::string piece(kWrittenAtOnce, '\0');
-  std::ptrdiff_t got = 0;
-  while ((got = file->Read(piece.data(), piece.size())) > 0) {
-    if (!reader.Feed(std::string_view(piece).substr(0, static_cast<size_t>(got)))) return nullptr;
-  }
-  return got < 0 ? nullptr : reader.Finish();
-}
-
 }  // namespace quorvale

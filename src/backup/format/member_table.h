@@ -98,7 +98,4 @@ class MemberTableReader {
   bool ended_ = false;
 };
 
-// The same from a file.
-std::shared_ptr<const MemberTable> ReadMemberTable(Files& files, const std::string& path);
-
 }  // namespace quorvale

@@ -148,6 +148,8 @@ struct RestoreJob {
 struct RestoreState {
   bool gDefaultProfileSkipped = false;
   bool gRestoreFileBad = false;
+  // The name that the refused backup was made under; "" if that is not known.
+  std::string refused_first_name;
   bool gOutlookProfileEdited = false;
 };
 

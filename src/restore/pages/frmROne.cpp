@@ -19,6 +19,8 @@ frmROne::frmROne(Application& app) : WizardPage(app, kName, PageRole::kRestoreJo
   txtDefaultPassword.password = true;
   Label32.is_link = true;
   LblDelete.is_link = true;
+  LblFirstName.is_link = true;
+  LblFirstName.visible = false;
   PlaceControls();
   ConnectHandlers();
 }
@@ -32,6 +34,7 @@ void frmROne::ConnectHandlers() {
   txtpath.on_lost_focus = [this] { EnablePassword(); };
   txtRestore.text.on_change = [this] { txtRestore_Change(); };
   cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
+  LblFirstName.on_click = [this] { LblFirstName_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
   OpenHelpOnF1(app_, *this, "Restoration.htm");
@@ -61,15 +64,19 @@ void frmROne::PlaceControls() {
   txtpath.bounds = ContentRow(6, kContentLeft, kContentWidth - 104);
   Command1.bounds = ButtonInRow(6, kContentRight - 96, 96);
   lblPassword.bounds = ContentRow(7);
-  txtDefaultPassword.bounds = ContentRow(8, kContentLeft, 260);
+  constexpr int kPasswordWidth = 260;
+  txtDefaultPassword.bounds = ContentRow(8, kContentLeft, kPasswordWidth);
+  LblFirstName.bounds =
+      ContentRow(8, kContentLeft + kPasswordWidth + 8, kContentWidth - kPasswordWidth - 8);
   lblRestore.bounds = ContentRow(9);
   txtRestore.bounds = ContentRow(10, kContentLeft, kContentWidth - 104);
   cmdselectfolder.bounds = ButtonInRow(10, kContentRight - 96, 96);
   Check1.bounds = ContentRow(11, kContentLeft, 260);
   // A heading stands just before what it names, so that its access key leads there.
-  SetTabOrder({&Label32, &LblDelete, &lblJobs, &File1, &txtpath, &Command1, &lblPassword,
-               &txtDefaultPassword, &lblRestore, &txtRestore, &cmdselectfolder, &Check1},
-              0);
+  SetTabOrder(
+      {&Label32, &LblDelete, &lblJobs, &File1, &txtpath, &Command1, &lblPassword,
+       &txtDefaultPassword, &LblFirstName, &lblRestore, &txtRestore, &cmdselectfolder, &Check1},
+      0);
 }
 
 void frmROne::FillBackupList() {
@@ -96,6 +103,7 @@ bool frmROne::CheckArchiveEncrypted() {
 void frmROne::EnablePassword() { txtDefaultPassword.enabled = CheckArchiveEncrypted(); }
 
 void frmROne::UseArchivePath(const std::string& path) {
+  LblFirstName.visible = false;
   txtpath.text = path;
   EnablePassword();
 }
@@ -175,6 +183,7 @@ void frmROne::SaveRestoreSession() {
   Session& session = app_.session();
   session.gRestoreFilePath = txtpath.text;
   session.backup_stem.clear();
+  session.refused_first_name.clear();
   session.gBackupFileName = txtpath.text;
   session.gRestorePassword = txtDefaultPassword.text;
   session.gRestoreFolder = txtRestore.text;
@@ -233,8 +242,23 @@ void frmROne::cmdNext_Click() {
   cmdNext.enabled = true;
   txtRestore.text = TypedFolder(app_, txtRestore.text);
   SaveRestoreSession();
+  OpenItems();
+}
+
+void frmROne::OpenItems() {
   GoOnTo(PageRole::kRestoreItems);
+  const std::string& first_name = app_.session().refused_first_name;
+  LblFirstName.visible = !first_name.empty();
+  LblFirstName.caption = "It was made as \"" + first_name + "\". Go on with it";
   app_.ui().SetPointer(ui::Pointer::kDefault);
+}
+
+void frmROne::LblFirstName_Click() {
+  Session& session = app_.session();
+  session.backup_stem = session.refused_first_name;
+  session.refused_first_name.clear();
+  app_.ui().SetPointer(ui::Pointer::kHourglass);
+  OpenItems();
 }
 
 void frmROne::cmdCancel_Click() { Cancel(); }

@@ -27,6 +27,8 @@ class frmROne : public WizardPage {
   ui::Label LblDelete{*this, "LblDelete", "Delete Selected Backup"};
   ui::Label lblPassword{*this, "lblPassword", "Enter &password to restore files"};
   ui::TextBox txtDefaultPassword{*this, "txtDefaultPassword"};
+  ui::Label LblFirstName{*this, "LblFirstName",
+                         ""};  // shown behind the refusal of a renamed backup
   ui::Label lblRestore{*this, "lblRestore", "Select a &folder to restore files"};
   ui::TextBox txtRestore{*this, "txtRestore"};
   ui::CommandButton cmdselectfolder{*this, "cmdselectfolder", "&Select Folder"};
@@ -52,6 +54,8 @@ class frmROne : public WizardPage {
   void Check1_Click();
   void txtRestore_Change();
   void cmdselectfolder_Click();
+  // Goes on with a renamed backup under the name that it was made under.
+  void LblFirstName_Click();
   void cmdNext_Click();
   void cmdCancel_Click();
 
@@ -65,6 +69,7 @@ class frmROne : public WizardPage {
   // The backup that the program was opened with, by a double click on it, is the chosen one.
   void UseOpenedFile();
   void EnablePassword();
+  void OpenItems();
   zip::Result TestArchive();
   void RefusePassword();
   void EnableButtons();

@@ -121,12 +121,10 @@ void frmRTwo::Command2_Click() {
     app_.Inform("No backup file is selected for Restore, please select an obk file to restore");
     return;
   }
-  BackupFile backup(app_, session.gRestoreFilePath, session.gRestorePassword);
-  const FoundTable found = backup.Table();
-  table_ = found.table;
-  const std::string base = BackupBaseName(session);
-  if (found.is_there && table_ == nullptr) return Refuse(zip::Result::kFailed);
-  if (!ExtractSettingsFile(SettingsEntryName(base), session.gRestoreFilePath)) return;
+  if (!ExtractSettingsFile(SettingsEntryName(BackupBaseName(session)), session.gRestoreFilePath)) {
+    return;
+  }
+  if (!ReadTable(session.gRestoreFilePath)) return Refuse(zip::Result::kFailed);
   LoadRestoreTree(BackupBaseName(session));
   cmdNext.enabled = true;
 }
@@ -135,7 +133,8 @@ bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& 
   const zip::Result result = UnpackSettings(member, archive);
   if (result == zip::Result::kDone) return true;
   Refuse(result);
-  return result != zip::Result::kWrongPassword && OfferFirstName(archive);
+  if (result != zip::Result::kWrongPassword) TellFirstName(archive);
+  return false;
 }
 
 zip::Result frmRTwo::UnpackSettings(const std::string& member, const std::string& archive) {
@@ -153,6 +152,13 @@ zip::Result frmRTwo::UnpackSettings(const std::string& member, const std::string
   return result;
 }
 
+// False for a table that cannot be read.
+bool frmRTwo::ReadTable(const std::string& archive) {
+  const FoundTable found = BackupFile(app_, archive, app_.session().gRestorePassword).Table();
+  table_ = found.table;
+  return table_ != nullptr || !found.is_there;
+}
+
 void frmRTwo::Refuse(zip::Result result) {
   if (result == zip::Result::kWrongPassword) {
     app_.Inform("Please enter the correct password");
@@ -164,19 +170,11 @@ void frmRTwo::Refuse(zip::Result result) {
 }
 
 // A renamed backup is refused. One whose table tells its first name can be gone on with.
-bool frmRTwo::OfferFirstName(const std::string& archive) {
+void frmRTwo::TellFirstName(const std::string& archive) {
   Session& session = app_.session();
-  if (table_ == nullptr || EqualsNoCase(table_->stem, BackupBaseName(session))) return false;
-  if (!app_.Ask("This backup was made under the name \"" + table_->stem +
-                "\". Do you want to go on with it?")) {
-    return false;
-  }
-  session.backup_stem = table_->stem;
-  const zip::Result result = UnpackSettings(SettingsEntryName(table_->stem), archive);
-  if (result == zip::Result::kDone) return true;
-  session.backup_stem.clear();
-  Refuse(result);
-  return false;
+  const bool is_known = ReadTable(archive) && table_ != nullptr &&
+                        !EqualsNoCase(table_->stem, BackupBaseName(session));
+  session.refused_first_name = is_known ? table_->stem : "";
 }
 
 void frmRTwo::LoadRestoreTree(const std::string& base) {

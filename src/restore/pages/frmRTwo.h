@@ -89,7 +89,8 @@ class frmRTwo : public WizardPage {
   zip::Result UnpackSettings(const std::string& member, const std::string& archive);
   // Says why the backup cannot be used and goes back to the page before.
   void Refuse(zip::Result result);
-  bool OfferFirstName(const std::string& archive);
+  bool ReadTable(const std::string& archive);
+  void TellFirstName(const std::string& archive);
   void ReadOptions(const SettingsFile& settings);
   bool AnythingTicked() const;
 

@@ -75,12 +75,6 @@ TEST_F(MemberTableTest, EachLineIsOneRowWhateverItsNames) {
   EXPECT_TRUE(text.ends_with("end\t9\r\n"));
 }
 
-TEST_F(MemberTableTest, AFileInPiecesIsReadAsWell) {
-  Written(Sample());
-  EXPECT_NE(ReadMemberTable(files_, "C:\\table"), nullptr);
-  EXPECT_EQ(ReadMemberTable(files_, "C:\\none"), nullptr);
-}
-
 TEST_F(MemberTableTest, ATableThatIsCutIsNone) {
   const std::string text = Written(Sample());
   for (size_t length = 0; length < text.size() - 1; ++length) {
