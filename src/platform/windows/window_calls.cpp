@@ -107,10 +107,12 @@ void Window::RegisterOwnClass() {
       HasUnicode() ? RegisterWith(RegisterClassW, Wide(kOwnClass), Procedure)
                    : RegisterWith(RegisterClassA, std::string(kOwnClass), Procedure);
   if (registered != 0) return;
-  throw RaisedError({.number = kFirstObjectError,
-                     .source = "Window",
-                     .description = "The class of the program's windows cannot be registered",
-                     .last_dll_error = static_cast<std::int32_t>(GetLastError())});
+  RunTimeError error;
+  error.number = kFirstObjectError;
+  error.source = "Window";
+  error.description = "The class of the program's windows cannot be registered";
+  error.last_dll_error = static_cast<std::int32_t>(GetLastError());
+  throw RaisedError(error);
 }
 
 void Window::MakeOwn(DWORD extended_style, DWORD style, HWND parent, const RECT& place,
