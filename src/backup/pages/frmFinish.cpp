@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "backup/pages/FrmProcess.h"
 #include "backup/format/job_kinds.h"
+#include "backup/pages/FrmProcess.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
