@@ -12,7 +12,8 @@ wine_use_prefix() {
   # Where a folder of the computer's user is missing, Wine makes a link to that of whoever runs
   # this: it is told of no home, so that nothing there is read or written.
   export XDG_CACHE_HOME=${XDG_CACHE_HOME:-$HOME/.cache} HOME=$1/no-home
-  export WINEPREFIX=$1 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+  # Nobody answers a debugger: a program of Wine that crashes is to end, not to wait for one.
+  export WINEPREFIX=$1 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe="
   [ "$(windows_target)" = i686 ] && export WINEARCH=win32 || export WINEARCH=win64
   if [ ! -f "$WINEPREFIX/system.reg" ]; then
     mkdir -p "$(dirname "$WINEPREFIX")"
