@@ -34,6 +34,7 @@ exception() {
     backup_no_space) echo "a full disk" ;;
     restore_no_space) echo "a full disk" ;;
     restore_share_silent) echo "a network share that falls silent" ;;
+    backup_to_share_*) echo "a network share: Wine has none" ;;
     media_disc_*) echo "a disc writer: Wine has none" ;;
     schedule_service_stopped) echo "a stopped scheduler: Wine starts it with its first use" ;;
   esac
