@@ -201,7 +201,8 @@ void Session::Leave() {
     task_.file.reset();
   }
   // Where the system allows it, this ends the call that the other thread is in. It may itself wait.
-  StartThread(true);
+  // A log-in is left to itself: a library may not bear that what it still opens is closed under it.
+  if (connection() != nullptr) StartThread(true);
 }
 
 std::vector<std::string> Session::TakeReplies() {
