@@ -8,6 +8,7 @@
 #include "platform/disc_writer.h"
 #include "platform/files.h"
 #include "platform/ftp_client.h"
+#include "platform/platform.h"
 
 namespace quorvale::backup_test {
 
@@ -118,5 +119,11 @@ class FakeDiscs : public DiscWriter {
     if (look) look();
   }
 };
+
+// A computer's platform with these in place of its own.
+inline Platform WithMedia(const Platform& own, FtpClient& ftp, DiscWriter& discs) {
+  return {own.registry, own.files, own.shell,     own.system,  own.processes, own.services,
+          ftp,          discs,     own.scheduler, own.threads, own.ui};
+}
 
 }  // namespace quorvale::backup_test

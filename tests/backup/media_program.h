@@ -14,18 +14,7 @@ namespace quorvale::backup_test {
 class MediaProgram : public testing::Test {
  protected:
   MediaProgram()
-      : platform_{machine_.platform().registry,
-                  machine_.platform().files,
-                  machine_.platform().shell,
-                  machine_.platform().system,
-                  machine_.platform().processes,
-                  machine_.platform().services,
-                  ftp_,
-                  discs_,
-                  machine_.platform().scheduler,
-                  machine_.platform().threads,
-                  machine_.platform().ui},
-        app_(platform_, ProgramPages()) {
+      : platform_{WithMedia(machine_.platform(), ftp_, discs_)}, app_(platform_, ProgramPages()) {
     machine_.ui().loaded_forms = [this] { return app_.LoadedForms(); };
     machine_.ui().after_step = [this] { app_.CollectUnloaded(); };
     app_.Get<FrmWelcome>().Show();

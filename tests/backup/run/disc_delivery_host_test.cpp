@@ -25,17 +25,7 @@ class DiscDeliveryTest : public testing::Test {
   TestMachine machine_;
   backup_test::FakeFtp ftp_;
   backup_test::FakeDiscs discs_;
-  Platform platform_{machine_.platform().registry,
-                     machine_.platform().files,
-                     machine_.platform().shell,
-                     machine_.platform().system,
-                     machine_.platform().processes,
-                     machine_.platform().services,
-                     ftp_,
-                     discs_,
-                     machine_.platform().scheduler,
-                     machine_.platform().threads,
-                     machine_.platform().ui};
+  Platform platform_{backup_test::WithMedia(machine_.platform(), ftp_, discs_)};
   Program program_{platform_};
   DiscDelivery delivery_{program_};
 };
