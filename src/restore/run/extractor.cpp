@@ -72,7 +72,10 @@ ItemEntry Extractor::EntryOf(const RestoreOrigin& origin) const {
   ItemEntry entry = EntryOfItem(origin.path, origin.key, program_.session().gOSName);
   if (const TableMember* member = members_.Single(origin)) {
     entry.name = member->entry.substr(member->entry.find('\\') + 1);
-    if (!IsSafeBelow(entry.name)) entry.name = "Exports\\" + std::to_string(member->item) + ".reg";
+    // A name that no file can have, of a profile "Acme Inc.", is left to the archive.
+    if (!IsSafeBelow(entry.name)) {
+      entry.name = "Unnamed\\" + std::to_string(member->item) + "\\" + FileNameOf(entry.name);
+    }
   }
   return entry;
 }

@@ -10,6 +10,14 @@ namespace {
 
 constexpr char kPath[] = "C:\\Backups\\Job.obk";
 
+// As the table has it.
+std::string Crc(const std::string& bytes) {
+  char text[9];
+  std::snprintf(text, sizeof text, "%08lx",
+                crc32_z(0, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
+  return text;
+}
+
 // A backup with two added files, and a table with these lines behind its items.
 class TableBench : public testing::Test {
  protected:
@@ -42,12 +50,6 @@ class TableBench : public testing::Test {
     wizard_.ToReview();
     wizard_.Run();
     return true;
-  }
-  static std::string Crc(const std::string& bytes) {
-    char text[9];
-    std::snprintf(text, sizeof text, "%08lx",
-                  crc32_z(0, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
-    return text;
   }
   static std::string Row(const std::string& item, const std::string& bytes,
                          const std::string& entry, const std::string& inner) {
@@ -115,6 +117,25 @@ TEST_F(TableBench, ATableThatCannotBeReadIsADamagedBackup) {
   machine_.Expect(ui::Answer::kOk, "Either the file is Corrupt or Renamed");
   EXPECT_FALSE(Restore());
   EXPECT_FALSE(machine_.Exists("C:\\One\\x.txt"));
+}
+
+TEST(MemberTable, AProfileWhoseNameNoFolderCanHaveComesBack) {
+  TestMachine machine("xp");
+  RestoreWizard wizard(machine);
+  const std::string key =
+      "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging "
+      "Subsystem\\Profiles\\Acme Inc.";
+  const std::string folder = "Microsoft Outlook\\Identities\\Acme Inc.\\";
+  const std::string text = RegText(key, "Kept", "yes");
+  JobArchive job;
+  job.Item(folder + "Account Settings", key)
+      .Member(folder + "Account_Settings.reg", text)
+      .Member("Members.txt", "Quorvale members\t1\r\nstem\tJob\r\nitem\t" + folder +
+                                 "Account Settings\t" + key + "\r\nmember\tr\t1\t" +
+                                 std::to_string(text.size()) + "\t" + Crc(text) + "\tJob\\" +
+                                 folder + "Account_Settings.reg\t\r\nend\t4\r\n");
+  wizard.RestoreAll(job.Write(machine, kPath));
+  EXPECT_TRUE(machine.GetValue(key, "Kept"));
 }
 
 // --- Backups without a table ---------------------------------------------------------------------
