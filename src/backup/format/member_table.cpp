@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/escaped_text.h"
 #include "base/paths.h"
 #include "base/text.h"
 
@@ -18,47 +19,11 @@ constexpr size_t kWrittenAtOnce = 64 * 1024;
 // More has no line: an entry's name has 65,535 bytes at most.
 constexpr size_t kLongestLine = 1024 * 1024;
 
-bool NeedsEscape(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte < 0x20 || byte == 0x7F || c == '%';
-}
-
-std::string Escaped(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    if (!NeedsEscape(c)) {
-      escaped += c;
-      continue;
-    }
-    char code[4];
-    std::snprintf(code, sizeof code, "%%%02X",
-                  static_cast<unsigned>(static_cast<unsigned char>(c)));
-    escaped += code;
-  }
-  return escaped;
-}
-
 template <typename Number>
 bool ReadNumber(std::string_view text, Number* number, int base = 10) {
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, *number, base);
   return error == std::errc() && stop == end;
-}
-
-// False for a "%" that no two digits follow.
-bool Unescape(std::string_view text, std::string* plain) {
-  plain->clear();
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '%') {
-      *plain += text[i];
-      continue;
-    }
-    unsigned code = 0;
-    if (i + 2 >= text.size() || !ReadNumber(text.substr(i + 1, 2), &code, 16)) return false;
-    *plain += static_cast<char>(code);
-    i += 2;
-  }
-  return IsUtf8(*plain);
 }
 
 std::string Hex(std::uint32_t value) {
@@ -86,7 +51,7 @@ std::string StemOfTableEntry(const std::string& entry_name) {
 
 FileStatus MemberTableWriter::Line(std::string_view word, const std::vector<std::string>& fields) {
   waiting_ += word;
-  for (const std::string& field : fields) waiting_ += "\t" + Escaped(field);
+  waiting_ += "\t" + TabbedLine(fields);
   waiting_ += kLineEnd;
   ++lines_;
   return waiting_.size() < kWrittenAtOnce ? FileStatus::kOk : Flush();
@@ -137,12 +102,11 @@ bool MemberTableReader::Feed(std::string_view piece) {
 
 bool MemberTableReader::TakeLine(std::string_view line) {
   if (ended_) return false;
-  const std::vector<std::string> parts = Split(line, "\t");
-  std::vector<std::string> fields(parts.size() - 1);
-  for (size_t i = 1; i < parts.size(); ++i) {
-    if (!Unescape(parts[i], &fields[i - 1])) return false;
-  }
-  if (!TakeFields(parts[0], fields)) return false;
+  std::vector<std::string> fields;
+  if (!ReadTabbedLine(line, &fields)) return false;
+  const std::string word = fields.front();
+  fields.erase(fields.begin());
+  if (!TakeFields(word, fields)) return false;
   ++lines_;
   return true;
 }

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "core/program/account.h"
 #include "core/program/program_settings.h"
 #include "core/program/session.h"
 #include "platform/file_toolkit.h"
@@ -26,6 +27,8 @@ class Program {
   Session& session() { return session_; }
   const Session& session() const { return session_; }
   ProgramSettings& settings() { return settings_; }
+  // Of the run at work, or of the last one.
+  Account& account() { return account_; }
   Registry& registry() { return registry_; }
   FileToolkit& files() { return files_; }
   RegistryEditor& registry_editor() { return registry_editor_; }
@@ -45,6 +48,7 @@ class Program {
   Registry registry_;
   FileToolkit files_;
   ProgramSettings settings_;
+  Account account_;
   RegistryEditor registry_editor_;
   bool ended_ = false;
 };
