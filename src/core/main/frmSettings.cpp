@@ -36,6 +36,7 @@ frmSettings::frmSettings(Application& app)
       chkGUpdate(*this, "chkGUpdate", "Check for updates on Startup"),
       chkShortcut(*this, "chkShortcut", "Show a Shortcut on Desktop"),
       ChkStartMenu(*this, "ChkStartMenu", "Show in Start Menu"),
+      chkNoExtension(*this, kFilesWithoutExtension, "Also save files without an extension"),
       lblLanguage(*this, "lblLanguage", "Set Program Language"),
       CboLanguage(*this, "CboLanguage"),
       Command4(*this, "Command4", "&Save Settings"),
@@ -70,6 +71,7 @@ void frmSettings::PlaceControls() {
   chkGUpdate.bounds = ContentRow(6, kSecondColumn, 270);
   chkShortcut.bounds = ContentRow(7, kSecondColumn, 270);
   ChkStartMenu.bounds = ContentRow(8, kSecondColumn, 270);
+  chkNoExtension.bounds = ContentRow(9, kContentLeft, 270);
   lblLanguage.bounds = ContentRow(10, kContentLeft, 150);
   CboLanguage.bounds = ContentRow(10, kContentLeft + 156, 114);
   Command4.bounds = ContentRow(10, kSecondColumn, 120, 25);
@@ -77,7 +79,8 @@ void frmSettings::PlaceControls() {
 
   SetTabOrder({&lblBackupFolder, &txtBackup, &cmdselectfolder, &Command2, &lblRestoreFolder,
                &txtRestore, &Command1, &Command3, &chkSound, &chkLog, &chkSetting, &chkGUpdate,
-               &chkShortcut, &ChkStartMenu, &lblLanguage, &CboLanguage, &Command4});
+               &chkShortcut, &ChkStartMenu, &chkNoExtension, &lblLanguage, &CboLanguage,
+               &Command4});
 }
 
 void frmSettings::ConnectHandlers() {
@@ -94,6 +97,7 @@ void frmSettings::ConnectHandlers() {
   chkGUpdate.on_click = [this] { chkGUpdate_Click(); };
   chkShortcut.on_click = [this] { chkShortcut_Click(); };
   ChkStartMenu.on_click = [this] { ChkStartMenu_Click(); };
+  chkNoExtension.on_click = [this] { chkNoExtension_Click(); };
   for (ui::CheckBox* box : {&chkLog, &chkSetting, &chkSound}) {
     box->on_mouse_down = [this](int, int) { SaveFolders(); };
   }
@@ -135,6 +139,7 @@ void frmSettings::Fill() {
   chkLog.value = settings.log();
   chkSound.value = settings.Switch("chkSound");
   chkGUpdate.value = settings.Switch("chkGUpdate");
+  chkNoExtension.value = settings.files_without_extension() ? 1 : 0;
   ShortcutOnDesktop();
 }
 
@@ -164,6 +169,10 @@ void frmSettings::chkSound_Click() {
 
 void frmSettings::chkGUpdate_Click() {
   if (!filling_) SaveBox(app_, kSettingsKey, chkGUpdate);
+}
+
+void frmSettings::chkNoExtension_Click() {
+  if (!filling_) SaveBox(app_, kSettingsKey, chkNoExtension);
 }
 
 void frmSettings::chkLog_Click() {

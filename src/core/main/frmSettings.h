@@ -27,6 +27,7 @@ class frmSettings : public WizardPage {
   ui::TextBox txtRestore;
   ui::CommandButton Command1, Command3;
   ui::CheckBox chkSound, chkLog, chkSetting, chkGUpdate, chkShortcut, ChkStartMenu;
+  ui::CheckBox chkNoExtension;
   ui::Label lblLanguage;
   ui::ComboBox CboLanguage;
   ui::CommandButton Command4;
@@ -44,6 +45,7 @@ class frmSettings : public WizardPage {
   void chkGUpdate_Click();
   void chkShortcut_Click();
   void ChkStartMenu_Click();
+  void chkNoExtension_Click();
   void cmdBack_Click();
   void cmdOK_Click();
   void cmdCancel_Click();

@@ -77,6 +77,10 @@ bool ProgramSettings::EndSoundIsOff() const {
   return off != "0" && !off.empty();
 }
 
+bool ProgramSettings::files_without_extension() const {
+  return Switch(kFilesWithoutExtension) == 1;
+}
+
 // --- Writing ------------------------------------------------------------------------------------
 
 void ProgramSettings::SaveText(const std::string& name, const std::string& text) {

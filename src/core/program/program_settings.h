@@ -21,6 +21,8 @@
 namespace quorvale {
 
 inline constexpr char kSettingsKey[] = "Software\\Tarnwick\\Quorvale\\Settings\\";
+// The switch of files_without_extension().
+inline constexpr char kFilesWithoutExtension[] = "chkNoExtension";
 
 class ProgramSettings {
  public:
@@ -47,6 +49,8 @@ class ProgramSettings {
   int Switch(const std::string& name) const;
   // True if the end of a run is to be silent.
   bool EndSoundIsOff() const;
+  // True if a backup is to take files without a dot in their name too.
+  bool files_without_extension() const;
 
   // Makes the key if there is none, reads all and sets gLogDetails.
   void Load();

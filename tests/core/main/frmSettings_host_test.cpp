@@ -53,7 +53,7 @@ class VistaSettingsTest : public SettingsTest {
 TEST_F(SettingsTest, AFreshUserHasClearBoxesAndTheDefaultFolders) {
   frmSettings& page = Open();
   for (const ui::CheckBox* box : {&page.chkSound, &page.chkLog, &page.chkSetting, &page.chkGUpdate,
-                                  &page.chkShortcut, &page.ChkStartMenu}) {
+                                  &page.chkShortcut, &page.ChkStartMenu, &page.chkNoExtension}) {
     EXPECT_EQ(box->value.get(), 0) << box->name();
   }
   EXPECT_EQ(page.txtBackup.text.get(), Data() + "\\Backup");
@@ -137,8 +137,25 @@ TEST_F(SettingsTest, EveryControlHasItsWords) {
   EXPECT_EQ(page.chkGUpdate.caption.get(), "Check for updates on Startup");
   EXPECT_EQ(page.chkShortcut.caption.get(), "Show a Shortcut on Desktop");
   EXPECT_EQ(page.ChkStartMenu.caption.get(), "Show in Start Menu");
+  EXPECT_EQ(page.chkNoExtension.caption.get(), "Also save files without an extension");
   EXPECT_EQ(page.lblLanguage.caption.get(), "Set Program Language");
   EXPECT_EQ(page.Command4.caption.get(), "&Save Settings");
+}
+
+TEST_F(SettingsTest, TheBoxOfFilesWithoutAnExtensionIsStoredAndCountsAtOnce) {
+  frmSettings& page = Open();
+  ProgramSettings& settings = machine_.app().settings();
+  EXPECT_FALSE(settings.files_without_extension());
+  EXPECT_EQ(machine_.GetValue(kKey, "chkNoExtension"), std::nullopt);
+  machine_.Click(page.chkNoExtension);
+  EXPECT_TRUE(settings.files_without_extension());
+  EXPECT_EQ(machine_.GetValue(kKey, "chkNoExtension"), Value("1"));
+  machine_.Restart();
+  EXPECT_EQ(Open().chkNoExtension.value.get(), 1);
+  EXPECT_TRUE(machine_.app().settings().files_without_extension());
+  machine_.Click(machine_.app().Get<frmSettings>().chkNoExtension);
+  EXPECT_FALSE(machine_.app().settings().files_without_extension());
+  EXPECT_EQ(machine_.GetValue(kKey, "chkNoExtension"), Value("0"));
 }
 
 TEST_F(SettingsTest, ABrowserOpensAtTheStartOnlyForTheNumberOne) {
