@@ -69,6 +69,35 @@ struct StoredFile {
   std::uint32_t crc;   // CRC-32 of them
 };
 
+// What was just put at its place.
+struct UnzippedFile {
+  const std::string& entry_name;
+  const std::string& destination;
+  bool is_folder;
+};
+
+// Why something was left out, or is not what it was.
+enum class WarningReason {
+  kMissing,      // it is not there
+  kUnreadable,   // it cannot be opened: in use, or no rights
+  kCutShort,     // reading it failed before its end
+  kChanged,      // it became shorter while it was read; the rest of it is stored
+  kNoName,       // no name that an entry can have
+  kDamaged,      // the archive's bytes of it are not what they were
+  kUnsupported,  // packed or encrypted in a way that is not known here
+  kUnsafe,       // a name that leads out of the folder, or that no file can have
+  kPlaceTaken,   // a folder stands where the file belongs, or the other way round
+  kNoPlace,      // the drive or share where it belongs is not there
+  kNoRights,     // its place cannot be written: in use, or no rights
+  kNoRoom,       // the disk is full
+};
+
+struct Warning {
+  std::string name;  // zipping: the source path. Else the entry's name, or the path of a part.
+  WarningReason reason = WarningReason::kMissing;
+  std::string text;  // the reason in words
+};
+
 class Archive {
  public:
   explicit Archive(const Platform& platform);
@@ -108,11 +137,13 @@ class Archive {
   std::function<void(BeforeFile&)> on_before_file;
   std::function<void(int percent)> on_file_progress;   // within the present file
   std::function<void(int percent)> on_total_progress;  // of all bytes of the operation
-  std::function<void(const std::string& name, const std::string& reason)> on_warning;
+  std::function<void(const Warning&)> on_warning;
   // Testing: the bytes of the entries, in their order, before their check values are compared.
   std::function<void(const std::uint8_t* data, std::size_t count)> on_tested;
   // Zipping: once for each entry, in the order of the archive.
   std::function<void(const StoredFile&)> on_stored;
+  // Unzipping: once for each entry, when it stands whole at its place.
+  std::function<void(const UnzippedFile&)> on_unzipped;
   // Zipping: makes one more file when everything else is stored, since it may tell of it, and gives
   // its path. There is no archive without it: any other status than kOk ends the operation.
   std::function<FileStatus(std::string* path)> last_source;
@@ -132,7 +163,9 @@ class Archive {
   // folder, is absolute, or is no name a file can have, is left out with a warning. A file that
   // is replaced is either the whole old or the whole new one. Of two entries of one name the last
   // counts. A damaged entry is left out, the others are written, and the result is kFailed; so it
-  // is if no entry has one of the names, or if none could be written.
+  // is if no entry has one of the names, or if none could be written. A full disk ends it, with a
+  // warning of the entry that did not fit. Each entry that was not excluded is told by on_unzipped
+  // or on_warning, unless the operation ended before.
   Result Unzip();
   // Reads every named entry and compares its check value; writes nothing. The classic cipher lets
   // one wrong password of 256 pass; where then no data unpacks, it is taken for a wrong password,

@@ -71,9 +71,14 @@ bool OperationMonitor::BeforeFile(zip::BeforeFile* file) {
   return !Aborted();
 }
 
-void OperationMonitor::Warn(const std::string& name, const std::string& reason) {
+void OperationMonitor::Warn(const std::string& name, WarningReason reason,
+                            const std::string& text) {
   warned_ = true;
-  if (archive_.on_warning) archive_.on_warning(name, reason);
+  if (archive_.on_warning) archive_.on_warning({name, reason, text});
+}
+
+void OperationMonitor::Unzipped(const UnzippedFile& file) {
+  if (archive_.on_unzipped) archive_.on_unzipped(file);
 }
 
 }  // namespace quorvale::zip

@@ -31,7 +31,8 @@ class OperationMonitor {
   void Finish();
 
   bool BeforeFile(BeforeFile* file);
-  void Warn(const std::string& name, const std::string& reason);
+  void Warn(const std::string& name, WarningReason reason, const std::string& text);
+  void Unzipped(const UnzippedFile& file);
 
   bool Aborted() const { return archive_.abort; }
   bool Warned() const { return warned_; }

@@ -40,9 +40,13 @@ std::vector<std::string> PasswordForms(const std::string& password, SystemInfo& 
   return forms;
 }
 
-std::string ReasonOf(EntryStatus status) {
-  return status == EntryStatus::kUnsupported ? "it is packed in a way that is not known here"
-                                             : "it is damaged";
+void WarnOfEntry(OperationMonitor& monitor, const Record& record, EntryStatus status) {
+  if (status == EntryStatus::kUnsupported) {
+    monitor.Warn(record.name, WarningReason::kUnsupported,
+                 "it is packed in a way that is not known here");
+  } else {
+    monitor.Warn(record.name, WarningReason::kDamaged, "it is damaged");
+  }
 }
 
 }  // namespace
@@ -61,7 +65,8 @@ Result Selection::Open(Archive& archive, Files& files, SystemInfo& system,
   archive.known_directory_.reset();
   std::string missing_part;
   if (!ReadDirectory(files, system, archive.archive_name, &directory_, &missing_part)) {
-    if (!missing_part.empty()) monitor.Warn(missing_part, "this part of the archive is missing");
+    if (!missing_part.empty())
+      monitor.Warn(missing_part, WarningReason::kMissing, "this part of the archive is missing");
     return Result::kFailed;
   }
   known_ = std::make_shared<KnownDirectory>();
@@ -148,7 +153,7 @@ bool TestOperation::Done(const Record& record, EntryStatus status) {
     result_ = Result::kWrongPassword;
   } else {
     result_ = Result::kFailed;
-    monitor_.Warn(record.name, ReasonOf(status));
+    WarnOfEntry(monitor_, record, status);
   }
   return false;
 }
@@ -195,7 +200,7 @@ bool UnzipOperation::Exists(const std::string& path) { return files_.Stat(path).
 bool UnzipOperation::Wants(const Record& record) {
   const std::string reason = WhyUnsafe(record.name);
   const auto refuse = [this, &record, &reason] {
-    monitor_.Warn(record.name, "not a safe name: " + reason);
+    monitor_.Warn(record.name, WarningReason::kUnsafe, "not a safe name: " + reason);
     return false;
   };
   const bool offered = archive_.offer_unusual_names && WhyHostileName(record.name).empty();
@@ -330,14 +335,29 @@ void UnzipOperation::SetFolderTimes() {
   }
 }
 
+WarningReason UnzipOperation::WhyUnwritten(const Record& record, const Target& target,
+                                           FileStatus status) {
+  if (status == FileStatus::kNoSpace) return WarningReason::kNoRoom;
+  const std::optional<FileInfo> there = files_.Stat(target.destination);
+  if (there && there->IsFolder() != record.IsFolder()) return WarningReason::kPlaceTaken;
+  // A file in the place of one of its folders?
+  for (std::string folder = ParentFolder(target.destination);
+       !there && ParentFolder(folder).size() < folder.size(); folder = ParentFolder(folder)) {
+    const std::optional<FileInfo> above = files_.Stat(folder);
+    if (above && !above->IsFolder()) return WarningReason::kPlaceTaken;
+    if (above) return WarningReason::kNoRights;
+  }
+  return there ? WarningReason::kNoRights : WarningReason::kNoPlace;
+}
+
 bool UnzipOperation::Done(const Record& record, EntryStatus status) {
-  Target& target = targets_.front();
+  Target target = std::move(targets_.front());
+  targets_.pop_front();
   FileStatus written = FileStatus::kOk;
   if (status == EntryStatus::kGood) {
     written = record.IsFolder() ? FinishFolder(record, target) : FinishTarget(record, &target);
   }
   DiscardTarget(&target);
-  targets_.pop_front();
   switch (status) {
     case EntryStatus::kWrongPassword:
       wrong_password_ = true;
@@ -345,21 +365,28 @@ bool UnzipOperation::Done(const Record& record, EntryStatus status) {
     case EntryStatus::kDamaged:
     case EntryStatus::kUnsupported:
       damaged_ = true;
-      monitor_.Warn(record.name, ReasonOf(status));
+      WarnOfEntry(monitor_, record, status);
       return true;
     case EntryStatus::kGood:
       break;
   }
-  if (written == FileStatus::kOk) {
+  return Written(record, target, written);
+}
+
+bool UnzipOperation::Written(const Record& record, const Target& target, FileStatus status) {
+  if (status == FileStatus::kOk) {
     ++written_;
+    monitor_.Unzipped({record.name, target.destination, record.IsFolder()});
     return true;
   }
-  if (written == FileStatus::kNoSpace) {
+  const WarningReason reason = WhyUnwritten(record, target, status);
+  if (status == FileStatus::kNoSpace) {
     no_space_ = true;
+    monitor_.Warn(record.name, reason, "the disk is full");
     return false;
   }
   ++unwritten_;
-  monitor_.Warn(record.name, "it cannot be written");
+  monitor_.Warn(record.name, reason, "it cannot be written");
   return true;
 }
 

@@ -96,6 +96,9 @@ class UnzipOperation : private EntrySink {
   FileStatus OpenTarget(Target* target);
   FileStatus FinishTarget(const Record& record, Target* target);
   FileStatus PutInPlace(const Target& target);
+  // Counts and tells what became of an entry whose data was good. False: the operation ends.
+  bool Written(const Record& record, const Target& target, FileStatus status);
+  WarningReason WhyUnwritten(const Record& record, const Target& target, FileStatus status);
   FileStatus FinishFolder(const Record& record, const Target& target);
   void DiscardTarget(Target* target);
   void SetFolderTimes();

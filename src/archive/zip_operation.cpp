@@ -140,7 +140,7 @@ std::vector<ZipOperation::Source> ZipOperation::FindSources() {
     if (path.ends_with("\\*.*")) path.resize(path.size() - 3);
     const std::optional<FileInfo> info = files_.Stat(path);
     if (!info) {
-      monitor_.Warn(path, "it is not there");
+      monitor_.Warn(path, WarningReason::kMissing, "it is not there");
       continue;
     }
     if (!PassesAttributes(*info)) continue;
@@ -173,7 +173,7 @@ bool ZipOperation::AddSource(const Source& source) {
   std::string name = file.entry_name;
   name.erase(0, std::min(name.find_first_not_of('\\'), name.size()));
   if (name.empty() || name.size() > kLongestName) {
-    monitor_.Warn(source.path, "no name that an entry can have");
+    monitor_.Warn(source.path, WarningReason::kNoName, "no name that an entry can have");
     return monitor_.Advance(source.info.size);
   }
   return source.info.IsFolder() ? AddFolder(source, name) : AddFile(source, name);
@@ -204,7 +204,7 @@ bool ZipOperation::AddFolder(Source source, const std::string& name) {
 bool ZipOperation::AddFile(const Source& source, const std::string& name) {
   const std::unique_ptr<InputFile> file = files_.OpenRead(source.path);
   if (file == nullptr) {
-    monitor_.Warn(source.path, "it cannot be opened");
+    monitor_.Warn(source.path, WarningReason::kUnreadable, "it cannot be opened");
     return monitor_.Advance(source.info.size);
   }
   std::shared_ptr<Member> member =
@@ -213,7 +213,8 @@ bool ZipOperation::AddFile(const Source& source, const std::string& name) {
     member->record.flags |= kFlagEncrypted;
     member->encryptor = NewEncryptor();
     if (member->encryptor == nullptr) {
-      monitor_.Warn(source.path, "the system gives no random bytes to protect it with");
+      monitor_.Warn(source.path, WarningReason::kUnreadable,
+                    "the system gives no random bytes to protect it with");
       return Check(FileStatus::kFailed);
     }
   }
@@ -228,10 +229,11 @@ bool ZipOperation::AddSmallFile(std::shared_ptr<Member> member, InputFile& file,
   auto block = std::make_shared<Block>();
   block->data = Bytes(size);
   if (!ReadFully(file, &block->data)) {
-    monitor_.Warn(member->source, "it cannot be read");
+    monitor_.Warn(member->source, WarningReason::kCutShort, "it cannot be read");
     return monitor_.Advance(size);
   }
-  if (block->data.size < size) monitor_.Warn(member->source, "it became shorter meanwhile");
+  if (block->data.size < size)
+    monitor_.Warn(member->source, WarningReason::kChanged, "it became shorter meanwhile");
   block->encryptor = std::move(member->encryptor);
   block->member = std::move(member);
   block->whole = true;
@@ -254,13 +256,14 @@ bool ZipOperation::AddLargeFile(std::shared_ptr<Member> member, InputFile& file,
     block->member = member;
     block->data = Bytes(static_cast<std::size_t>(std::min<std::uint64_t>(left, kBlockSize)));
     if (!ReadFully(file, &block->data)) {
-      monitor_.Warn(member->source, "it cannot be read");
+      monitor_.Warn(member->source, WarningReason::kCutShort, "it cannot be read");
       last->failed = true;
       break;
     }
     left -= block->data.capacity;
     const bool shorter = block->data.size < block->data.capacity;
-    if (shorter) monitor_.Warn(member->source, "it became shorter meanwhile");
+    if (shorter)
+      monitor_.Warn(member->source, WarningReason::kChanged, "it became shorter meanwhile");
     if (block->data.size > 0 && !Enqueue(std::move(block))) return false;
     if (shorter) break;
   }

@@ -29,6 +29,7 @@ TEST_F(ArchiveFaultTest, AFileThatVanishesAfterItWasListedIsLeftOut) {
   };
   EXPECT_EQ(archive.Zip(), Result::kWarnings);
   EXPECT_EQ(warnings, (Names{"C:\\a"}));
+  EXPECT_EQ(kinds, (Reasons{WarningReason::kUnreadable}));
   EXPECT_EQ(ListNames(), (Names{"b"}));
 }
 
@@ -38,6 +39,7 @@ TEST_F(ArchiveFaultTest, AFileThatIsInUseIsLeftOut) {
   faulty_files.SetInUse("C:\\a", true);
   EXPECT_EQ(archive.Zip(), Result::kWarnings);
   EXPECT_EQ(warnings, (Names{"C:\\a"}));
+  EXPECT_EQ(kinds, (Reasons{WarningReason::kUnreadable}));
   EXPECT_EQ(ListNames(), (Names{"b"}));
 }
 
@@ -51,12 +53,14 @@ TEST_F(ArchiveFaultTest, AFileThatShrinksIsStoredAsFarAsItGoes) {
       AddSource("C:\\a", prose.substr(0, size));
       AddSource("C:\\b", "b");
       warnings.clear();
+      kinds.clear();
       files.before_read = [&](const std::string& path, std::uint64_t) {
         if (path == "C:\\a" && files.Bytes(path).size() > kept) files.Resize(path, kept);
       };
       EXPECT_EQ(archive.Zip(), Result::kWarnings);
       files.before_read = nullptr;
       EXPECT_EQ(warnings, (Names{"C:\\a"}));
+      EXPECT_EQ(kinds, (Reasons{WarningReason::kChanged}));
       ASSERT_EQ(UnzipAll(), Result::kDone);
       EXPECT_TRUE(files.Bytes("C:\\Back\\a") == prose.substr(0, kept));
       EXPECT_EQ(files.Bytes("C:\\Back\\b"), "b");
@@ -93,6 +97,7 @@ TEST_F(ArchiveFaultTest, AFileThatCannotBeReadToItsEndIsLeftOut) {
       archive.password = "p";
       EXPECT_EQ(archive.Zip(), Result::kWarnings);
       EXPECT_EQ(warnings, (Names{"C:\\bad"}));
+      EXPECT_EQ(kinds.back(), WarningReason::kCutShort);
       EXPECT_EQ(ListNames(), (Names{"first", "last"}));
       EXPECT_EQ(TestAll(), Result::kDone);
       ASSERT_EQ(UnzipAll(), Result::kDone);

@@ -21,6 +21,9 @@ using zip::Archive;
 using zip::BeforeFile;
 using zip::Entry;
 using zip::Result;
+using zip::UnzippedFile;
+using zip::Warning;
+using zip::WarningReason;
 
 inline constexpr FileTime kModified = 128'000'000'123'456'789;
 
@@ -37,9 +40,13 @@ class ArchiveFixture : public testing::Test {
       if (archive.current_operation() != zip::Operation::kZipping) return;
       WitnessArchive(files.Bytes(path), archive.encrypt ? archive.password : "");
     };
-    archive.on_warning = [this](const std::string& name, const std::string& reason) {
-      warnings.push_back(name);
-      reasons.push_back(reason);
+    archive.on_warning = [this](const Warning& warning) {
+      warnings.push_back(warning.name);
+      reasons.push_back(warning.text);
+      kinds.push_back(warning.reason);
+    };
+    archive.on_unzipped = [this](const UnzippedFile& file) {
+      unzipped.push_back(file.destination);
     };
   }
 
@@ -111,8 +118,11 @@ class ArchiveFixture : public testing::Test {
   Archive archive;
   std::vector<std::string> warnings;
   std::vector<std::string> reasons;
+  std::vector<WarningReason> kinds;
+  std::vector<std::string> unzipped;  // destinations
 };
 
 using Names = std::vector<std::string>;
+using Reasons = std::vector<WarningReason>;
 
 }  // namespace quorvale::zip_test

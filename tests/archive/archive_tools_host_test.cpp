@@ -294,7 +294,7 @@ TEST_F(ArchiveToolsTest, AMethodThatIsNotKnownIsAFailure) {
   ASSERT_TRUE(Run("cd tree && 7z a -bd -tzip -mm=LZMA ../b.zip ."));
   archive.archive_name = Machine("b.zip");
   std::string reason;
-  archive.on_warning = [&](const std::string&, const std::string& text) { reason = text; };
+  archive.on_warning = [&](const zip::Warning& warning) { reason = warning.text; };
   EXPECT_EQ(archive.Test(), Result::kFailed);
   EXPECT_EQ(reason, "it is packed in a way that is not known here");
 }

@@ -119,6 +119,8 @@ TEST_F(ArchiveUnzipTest, AFileInUseStaysAndTheOthersAreWritten) {
   faulty_files.SetInUse("C:\\Back\\a", true);
   EXPECT_EQ(archive.Unzip(), Result::kWarnings);
   EXPECT_EQ(warnings, (Names{"a"}));
+  EXPECT_EQ(kinds, (Reasons{WarningReason::kNoRights}));
+  EXPECT_EQ(unzipped, (Names{"C:\\Back\\b"}));
   EXPECT_EQ(files.Bytes("C:\\Back\\a"), "in use");
   EXPECT_EQ(files.Stat("C:\\Back\\a")->attributes, file_attribute::kReadOnly);
   EXPECT_EQ(files.Bytes("C:\\Back\\b"), "content of b");
@@ -224,8 +226,26 @@ TEST_F(ArchiveUnzipTest, AFullDriveEndsItAndLeavesNoHalfFile) {
   files.Put("C:\\Back\\large", "the old one");
   files.room = files.UsedBytes() + 3'000'000;
   EXPECT_EQ(UnzipAll(), Result::kNoSpace);
+  EXPECT_EQ(warnings, (Names{"large"}));
+  EXPECT_EQ(kinds, (Reasons{WarningReason::kNoRoom}));
   EXPECT_EQ(files.Bytes("C:\\Back\\large"), "the old one");
   EXPECT_EQ(Below("C:\\Back"), (Names{"large", "small"}));
+}
+
+TEST_F(ArchiveUnzipTest, WhatStandsInTheWayOfAnEntryIsTold) {
+  ASSERT_EQ(ZipNames({"a", "b\\c", "d"}), Result::kDone);
+  files.PutFolder("C:\\Back\\a");
+  files.Put("C:\\Back\\b", "a file in the folder's place");
+  EXPECT_EQ(archive.Unzip(), Result::kWarnings);
+  EXPECT_EQ(warnings, (Names{"a", "b\\c"}));
+  EXPECT_EQ(kinds, (Reasons{WarningReason::kPlaceTaken, WarningReason::kPlaceTaken}));
+  EXPECT_EQ(unzipped, (Names{"C:\\Back\\d"}));
+  EXPECT_EQ(Below("C:\\Back"), (Names{"b", "d"}));
+  archive.files_to_process = {"d"};
+  archive.unzip_folder = "Q:\\Back";
+  kinds.clear();
+  EXPECT_EQ(archive.Unzip(), Result::kFailed);
+  EXPECT_EQ(kinds, (Reasons{WarningReason::kNoPlace}));
 }
 
 TEST_F(ArchiveUnzipTest, ADamagedEntryIsLeftOutAndTheOthersAreWritten) {
@@ -242,6 +262,8 @@ TEST_F(ArchiveUnzipTest, ADamagedEntryIsLeftOutAndTheOthersAreWritten) {
   files.Put("C:\\Back\\b", "the old one");
   EXPECT_EQ(UnzipAll(), Result::kFailed);
   EXPECT_EQ(warnings, (Names{"b", "c"}));
+  EXPECT_EQ(kinds, (Reasons{WarningReason::kDamaged, WarningReason::kDamaged}));
+  EXPECT_EQ(unzipped, (Names{"C:\\Back\\a", "C:\\Back\\d"}));
   EXPECT_EQ(Below("C:\\Back"), (Names{"a", "b", "d"}));
   EXPECT_EQ(files.Bytes("C:\\Back\\b"), "the old one");
   EXPECT_EQ(TestAll(), Result::kFailed);
