@@ -18,8 +18,9 @@ std::string RepairedFolder(const std::string& folder) {
   return WithBackslash(folder);
 }
 
-// A name without a dot matches nothing.
+// A name without a dot matches "*" alone.
 bool Matches(const std::string& name, const std::string& pattern) {
+  if (pattern == "*") return true;
   const std::size_t dot = name.rfind('.');
   if (dot == std::string::npos) return false;
   if (pattern == "*.*") return true;
@@ -76,11 +77,21 @@ std::string FileToolkit::ListFiles(const std::string& folder, const std::string&
 
 std::vector<DeepEntry> FileToolkit::ListFilesDeep(const std::string& folder,
                                                   const std::string& pattern,
-                                                  const std::function<bool()>& stop) {
+                                                  const std::function<bool()>& stop,
+                                                  const TellPassedOver& passed_over) {
   std::vector<DeepEntry> entries;
-  Walk walk{pattern, stop, &entries};
+  Walk walk{pattern, stop, passed_over, &entries};
   WalkFolder(RepairedFolder(folder), walk);
   return entries;
+}
+
+// A folder that cannot be read gives nothing, as an empty one does.
+std::vector<FileInfo> FileToolkit::ListForWalk(const std::string& folder, const Walk& walk) {
+  std::vector<FileInfo> list = files_.List(folder);
+  if (list.empty() && walk.passed_over && !files_.CanList(folder)) {
+    walk.passed_over(WithoutBackslash(folder), PassedOver::kUnreadable);
+  }
+  return list;
 }
 
 // Appends what is below a folder and then the folder itself. False when the walk was stopped.
@@ -89,7 +100,7 @@ bool FileToolkit::WalkFolder(const std::string& folder, const Walk& walk) {
   const std::size_t before = walk.entries->size();
   bool holds_files = false;
   int since_pump = 0;
-  for (const FileInfo& entry : files_.List(folder)) {
+  for (const FileInfo& entry : ListForWalk(folder, walk)) {
     if (++since_pump % 64 == 0) pump_();
     if (walk.stop && walk.stop()) return false;
     if (entry.IsFolder()) {
@@ -97,7 +108,11 @@ bool FileToolkit::WalkFolder(const std::string& folder, const Walk& walk) {
       continue;
     }
     holds_files = true;
-    if (Matches(entry.name, walk.pattern)) walk.entries->push_back({folder + entry.name, false});
+    if (Matches(entry.name, walk.pattern)) {
+      walk.entries->push_back({folder + entry.name, false});
+    } else if (walk.passed_over && !Contains(entry.name, ".")) {
+      walk.passed_over(folder + entry.name, PassedOver::kNoDot);
+    }
   }
   const bool has_listing = walk.entries->size() > before;
   if (has_listing || (!holds_files && FolderExists(folder))) {

@@ -18,6 +18,13 @@ struct DeepEntry {
   bool is_folder = false;
 };
 
+// Why a deep listing has no entries for something that stands there.
+enum class PassedOver {
+  kNoDot,       // a file without a dot in its name, which the pattern leaves out
+  kUnreadable,  // a folder whose entries cannot be read
+};
+using TellPassedOver = std::function<void(const std::string& path, PassedOver why)>;
+
 class FileToolkit {
  public:
   // `pump` is called on entry of each listing and while it runs.
@@ -29,15 +36,16 @@ class FileToolkit {
   bool MakeFolderChain(const std::string& path);
 
   // The names of the plain files of a folder that match the pattern, each followed by "|", in the
-  // file system's order. "*.ext" compares the extension in lower case; "*.*" takes all; a file
-  // without a dot in its name is never listed.
+  // file system's order. "*.ext" compares the extension in lower case; "*.*" takes all that have a
+  // dot in their name, "*" all.
   std::string ListFiles(const std::string& folder, const std::string& pattern);
   // The same, cut at the separators.
   std::vector<std::string> ListFileNames(const std::string& folder, const std::string& pattern);
   // The files of the whole tree below a folder. A folder follows the entries below it; empty
   // folders are listed too. Folders have no trailing "\". A listing that `stop` ends is cut short.
   std::vector<DeepEntry> ListFilesDeep(const std::string& folder, const std::string& pattern,
-                                       const std::function<bool()>& stop = nullptr);
+                                       const std::function<bool()>& stop = nullptr,
+                                       const TellPassedOver& passed_over = nullptr);
   // Deletes the matching files of the whole tree; what cannot be deleted stays. True when the walk
   // ended.
   bool DeleteMatching(const std::string& folder, const std::string& pattern);
@@ -62,9 +70,11 @@ class FileToolkit {
   struct Walk {
     const std::string& pattern;
     const std::function<bool()>& stop;
+    const TellPassedOver& passed_over;
     std::vector<DeepEntry>* entries;
   };
   bool WalkFolder(const std::string& folder, const Walk& walk);
+  std::vector<FileInfo> ListForWalk(const std::string& folder, const Walk& walk);
   FileStatus Finish(std::unique_ptr<OutputFile> output, FileStatus status, const std::string& fresh,
                     const std::string& target, const FileInfo* like);
 

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <optional>
 
+#include "app/console/account_lines.h"
 #include "app/console/console_options.h"
 #include "app/console/console_screen.h"
 #include "app/console/demo.h"
@@ -314,6 +315,9 @@ ExitStatus Console::RunOnMachine(const std::string& folder) {
   ExitStatus status = ExitStatus::kFailed;
   try {
     status = RunCommand(*computer);
+    if (computer->app() != nullptr) {
+      status = TellAccount(computer->app()->account(), status, terminal_);
+    }
   } catch (...) {
     HuntERR errors(computer->platform().system, kApplicationTitle, kProgramVersion);
     errors.Take(std::current_exception());

@@ -13,6 +13,7 @@ enum class ExitStatus {
   kFailed = 1,  // refused or failed; the last message says why
   kWrongUsage = 2,
   kStopped = 3,
+  kIncomplete = 4,  // done, and something was left out
 };
 
 // Where a command reads and writes.

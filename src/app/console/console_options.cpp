@@ -330,7 +330,9 @@ const char* ConsoleUsage() {
          "quorvale demo [DIR]\n"
          "    a backup and a restore of sample computers, with a verdict\n"
          "Every command takes --yes or --no as the answer to all questions.\n"
-         "Exit status: 0 done, 1 refused or failed, 2 wrong usage, 3 stopped.\n";
+         "Exit status: 0 done, 1 refused or failed, 2 wrong usage, 3 stopped, 4 done, and "
+         "something was\n"
+         "left out.\n";
 }
 
 }  // namespace quorvale

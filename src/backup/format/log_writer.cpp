@@ -83,14 +83,14 @@ std::string BackupLogPath(const Program& program) {
          ".xml";
 }
 
-void WriteReviewLog(Program& program, const std::string& path) {
+FileStatus WriteReviewLog(Program& program, const std::string& path) {
   Lines lines = BackupLog(program, ">");
   lines.End();
-  lines.WriteWithFullText(program, path);
+  return lines.WriteWithFullText(program, path);
 }
 
-void WriteRunLog(Program& program, const std::string& path,
-                 const std::vector<std::string>& skipped) {
+FileStatus WriteRunLog(Program& program, const std::string& path,
+                       const std::vector<std::string>& skipped) {
   Lines lines = BackupLog(program, kAttributeEnd);
   lines.Add("<Skipped File/Folders>");
   for (const std::string& source : skipped) {
@@ -98,10 +98,10 @@ void WriteRunLog(Program& program, const std::string& path,
   }
   lines.Add("</Skipped File/Folder>");
   lines.End();
-  lines.WriteWithFullText(program, path);
+  return lines.WriteWithFullText(program, path);
 }
 
-void WriteRestoreLog(Program& program, const std::string& path) {
+FileStatus WriteRestoreLog(Program& program, const std::string& path) {
   const RestoreJob& job = program.session();
   Lines lines = LogHead(program, job.gRestoreProcessName, job.gRestoreProcessDesc);
   AddItemsStart("Restore Folder", job.gRestoreFolder, &lines);
@@ -112,7 +112,7 @@ void WriteRestoreLog(Program& program, const std::string& path) {
   AddOptions(job.gRestoreUseCompression, job.gRestoreProtectWithPassword,
              FileNameOf(job.gRestoreFilePath), &lines);
   lines.End();
-  lines.WriteWithFullText(program, path);
+  return lines.WriteWithFullText(program, path);
 }
 
 }  // namespace quorvale

@@ -40,6 +40,7 @@ namespace gap_reason {
 inline constexpr char kMissing[] = "missing";             // it was not there
 inline constexpr char kUnreadable[] = "unreadable";       // in use, no rights, or a disk that fails
 inline constexpr char kNoName[] = "no-name";              // no name that an entry can have
+inline constexpr char kNoDot[] = "no-dot";                // a file without a dot in its name
 inline constexpr char kNotInstalled[] = "not-installed";  // its program is not on this computer
 }  // namespace gap_reason
 

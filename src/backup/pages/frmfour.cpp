@@ -204,6 +204,7 @@ void frmfour::WriteFiles() {
   MakeDirectoryPath(app_, session.gBackupBasePath + "\\");
   WriteBackupSettings(app_, StagedSettingsPath(session.gBackupBasePath, app_));
   MakeDirectoryPath(app_, LogFolder(app_));
+  // The run looks whether it is there.
   if (session.gLogDetails == "True") WriteReviewLog(app_, BackupLogPath(app_));
 }
 

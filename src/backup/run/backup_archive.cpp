@@ -1,6 +1,7 @@
 // The archive of a backup: its name and options, its settings file, and which source gets which
 // entry name.
 #include "backup/format/settings_file.h"
+#include "backup/run/backup_account.h"
 #include "backup/run/backup_run.h"
 #include "backup/run/disc_folder.h"
 #include "base/paths.h"
@@ -18,7 +19,7 @@ constexpr char kSearchService[] = "WSearch";
 BackupResult BackupRun::MakeArchive(const std::string& stage_path) {
   ApplyArchiveSettings(stage_path);
   AddSettingsFile(stage_path);
-  stored_.clear();
+  fates_.Clear();
   // What was not planned, the table could not tell of.
   if (plan_) archive.last_source = [this](std::string* path) { return WriteTable(path); };
   component_ = Zip();
@@ -33,9 +34,7 @@ void BackupRun::ApplyArchiveSettings(const std::string& stage_path) {
   if (archive.archive_name.empty()) {
     if (job().gMediaDisc) {
       const std::string folder = DiscFolderBelow(ParentFolder(stage_path));
-      if (!DiscFolder(program_, folder).Make() && events_.folder_refused) {
-        events_.folder_refused(folder + "\\");
-      }
+      if (!DiscFolder(program_, folder).Make()) TellRefused(folder + "\\");
       archive.archive_name = folder + "\\" + FileNameOf(stage_path) + ".obk";
       archive.split_size = disc_part_size;
     } else {
@@ -58,12 +57,18 @@ void BackupRun::AddSettingsFile(const std::string& stage_path) {
   archive.files_to_process.push_back(source);
 }
 
+std::optional<size_t> BackupRun::PlaceOf(const std::string& source) {
+  return state().gFileCollection.Find(source.ends_with('\\') ? source + "*.*" : source);
+}
+
 void BackupRun::NoteStored(const zip::StoredFile& file) {
-  const std::string key = file.source.ends_with('\\') ? file.source + "*.*" : file.source;
-  const std::optional<size_t> place = state().gFileCollection.Find(key);
-  if (!place) return;
-  if (stored_.size() <= *place) stored_.resize(*place + 1);
-  stored_[*place] = {.is_stored = true, .crc = file.crc, .size = file.size};
+  if (const auto place = PlaceOf(file.source)) fates_.NoteStored(*place, file);
+}
+
+void BackupRun::NoteWarning(const zip::Warning& warning) {
+  if (const auto place = PlaceOf(warning.name)) {
+    fates_.NoteReason(*place, ReasonOfWarning(warning.reason));
+  }
 }
 
 FileStatus BackupRun::WriteTable(std::string* path) {
@@ -99,16 +104,14 @@ FileStatus BackupRun::WriteItemRows(MemberTableWriter& writer, std::uint32_t num
   FileStatus status = FileStatus::kOk;
   for (const PlannedMember& member : item.members) {
     const FileArr& file = state().gFileCollection.At(member.file);
-    const Stored stored = member.file < stored_.size() ? stored_[member.file] : Stored();
-    if (stored.is_stored) {
+    const MemberFate fate = fates_.Of(member.file);
+    if (fate.is_stored) {
       std::string entry = file.DestFilePath;
       if (entry.ends_with("\\*.*")) entry.resize(entry.size() - 4);
-      status = writer.Member({member.kind, number, stored.size, stored.crc, entry, member.inner});
+      status = writer.Member({member.kind, number, fate.size, fate.crc, entry, member.inner});
     } else {
-      const std::string& source = member.original.empty() ? file.SourceFilePath : member.original;
-      const bool is_there = program_.platform().files.Stat(source).has_value();
-      status = writer.Gap(
-          {number, is_there ? gap_reason::kUnreadable : gap_reason::kMissing, member.inner});
+      const AccountReason why = WhyNotStored(program_, item, member, fates_);
+      status = writer.Gap({number, GapReason(why), member.inner});
     }
     if (status != FileStatus::kOk) return status;
   }
@@ -116,17 +119,15 @@ FileStatus BackupRun::WriteItemRows(MemberTableWriter& writer, std::uint32_t num
     status = writer.Gap({number, gap.reason, gap.inner});
     if (status != FileStatus::kOk) return status;
   }
-  const bool is_lost = item.kind != ItemEntry::Kind::kNone && item.members.empty() &&
-                       item.gaps.empty() && (!item.is_taken || !item.is_there);
-  if (!is_lost) return FileStatus::kOk;
+  if (!IsLost(item)) return FileStatus::kOk;
   return writer.Gap({number, item.is_taken ? gap_reason::kMissing : gap_reason::kNotInstalled, ""});
 }
 
 zip::Result BackupRun::Zip() {
   // Without its settings file no restore can read an archive.
-  if (!program_.files().FileExists(StagedSettingsPath(state().gBackupBasePath, program_))) {
-    return zip::Result::kFailed;
-  }
+  settings_staged_ =
+      program_.files().FileExists(StagedSettingsPath(state().gBackupBasePath, program_));
+  if (!settings_staged_) return zip::Result::kFailed;
   Services& services = program_.platform().services;
   // The search service must not hold the mail stores open.
   const bool searching = ServiceIsRunning(services, kSearchService);

@@ -79,7 +79,9 @@ void BackupRun::CheckAddedFile(const std::string& path) {
 void BackupRun::TakeItem(const PlannedItem& item) {
   mTargetFolder = item.target;
   MakeFolder(mTargetFolder);
-  for (const PlannedGap& gap : item.gaps) mSkipped.push_back(gap.source);
+  for (const PlannedGap& gap : item.gaps) {
+    if (gap.reason == gap_reason::kNoName) mSkipped.push_back(gap.source);
+  }
   for (const PlannedMember& member : item.members) {
     if (!KeepGoing()) return;
     TakeMember(item, member);
@@ -109,8 +111,13 @@ void BackupRun::TakeMember(const PlannedItem& item, const PlannedMember& member)
 bool BackupRun::MakeFolder(const std::string& path) {
   const std::string folder = ParentFolder(path);
   if (!folder.empty() && program_.files().MakeFolderChain(folder)) return true;
-  if (events_.folder_refused) events_.folder_refused(path);
+  TellRefused(path);
   return false;
+}
+
+void BackupRun::TellRefused(const std::string& folder) {
+  refused_folder_ = WithoutBackslash(folder);
+  if (events_.folder_refused) events_.folder_refused(folder);
 }
 
 void BackupRun::ExportRegistryKey(const std::string& folder, const std::string& leaf,

@@ -16,6 +16,7 @@ namespace {
 // A Zip entry's name has a length field of 16 bits.
 constexpr size_t kLongestEntryName = 65535;
 constexpr char kAllFiles[] = "*.*";
+constexpr char kAlsoWithoutDot[] = "*";
 
 bool CanBeEntryName(const std::string& name) {
   return name.size() <= kLongestEntryName && IsUtf8(name);
@@ -128,7 +129,13 @@ class Planner {
     }
     const std::string folder = WithBackslash(CollapseBackslashes(item.key));
     const auto stopping = [this] { return !keep_going_(); };
-    for (const DeepEntry& element : program_.files().ListFilesDeep(folder, kAllFiles, stopping)) {
+    const auto passed_over = [&](const std::string& path, PassedOver why) {
+      NotePassedOver(number, folder, path, why);
+    };
+    const char* pattern =
+        program_.settings().files_without_extension() ? kAlsoWithoutDot : kAllFiles;
+    for (const DeepEntry& element :
+         program_.files().ListFilesDeep(folder, pattern, stopping, passed_over)) {
       if (!keep_going_()) return;
       // The staging folder may lie inside of what is backed up.
       if (IsInStage(element.path)) continue;
@@ -140,6 +147,15 @@ class Planner {
         AddFile(number, element.path, plan_.items[number].target + inner, inner);
       }
     }
+  }
+
+  void NotePassedOver(size_t number, const std::string& folder, const std::string& path,
+                      PassedOver why) {
+    if (IsInStage(path)) return;
+    const bool has_dot = why == PassedOver::kUnreadable;
+    const std::string inner = path.size() > folder.size() ? path.substr(folder.size()) : "";
+    plan_.items[number].gaps.push_back(
+        {path, inner, has_dot ? gap_reason::kUnreadable : gap_reason::kNoDot, has_dot});
   }
 
   bool IsInStage(const std::string& path) const {

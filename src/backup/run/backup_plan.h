@@ -47,6 +47,7 @@ struct PlannedGap {
   std::string source;
   std::string inner;
   const char* reason;
+  bool is_folder = false;
 };
 
 struct PlannedItem {

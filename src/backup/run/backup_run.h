@@ -14,6 +14,7 @@
 #include "archive/archive.h"
 #include "backup/format/member_table.h"
 #include "backup/run/backup_plan.h"
+#include "backup/run/member_fates.h"
 #include "core/program/program.h"
 
 namespace quorvale {
@@ -70,6 +71,7 @@ class BackupRun {
   BackupResult MakeArchive(const std::string& stage_path);
   // The end of a run whose result has been told and whose archive is delivered: the staging folder
   // goes. A good run gets its log and its place in the history; a stopped one loses its archive.
+  // The account is complete then, and kept.
   void CleanUp(const BackupResult& result);
 
   // One loop for each kind of item.
@@ -118,6 +120,8 @@ class BackupRun {
   void ListenToArchive();
   void Begin();
   BackupResult Result();
+  void EndAccount(const BackupResult& result);
+  std::vector<std::string> LeftOut() const;
 
   bool HasWindowsMail() const;
   void RunOutlookPhase();
@@ -131,6 +135,7 @@ class BackupRun {
   void TakeItem(const PlannedItem& item);
   void TakeMember(const PlannedItem& item, const PlannedMember& member);
   bool MakeFolder(const std::string& path);
+  void TellRefused(const std::string& folder);  // it ends in "\"
   // Hands a planned source to the archive component.
   void Add(std::uint32_t file);
   std::string ModifiedText(const std::string& path);
@@ -142,22 +147,21 @@ class BackupRun {
   FileStatus WriteTable(std::string* path);
   FileStatus WriteTableRows(MemberTableWriter& writer);
   FileStatus WriteItemRows(MemberTableWriter& writer, std::uint32_t number);
+  std::optional<size_t> PlaceOf(const std::string& source);
   void NoteStored(const zip::StoredFile& file);
+  void NoteWarning(const zip::Warning& warning);
+  // The account's last words on a run that did not make its archive.
+  void TellFailure(const BackupResult& result);
   zip::Result Zip();
   void NameEntry(zip::BeforeFile& file);
   void RemoveStage();
 
-  // What became of a file of the collection.
-  struct Stored {
-    bool is_stored = false;
-    std::uint32_t crc = 0;
-    std::uint64_t size = 0;
-  };
-
   Program& program_;
   BackupEvents events_;
   std::optional<BackupPlan> plan_;
-  std::vector<Stored> stored_;            // by the place in gFileCollection
+  MemberFates fates_;
+  std::string refused_folder_;            // that could not be made
+  bool settings_staged_ = false;          // the settings file was there for the archive
   std::optional<zip::Result> component_;  // of the last attempt
   bool archive_made_ = false;             // an attempt of this run was good
 };

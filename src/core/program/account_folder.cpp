@@ -1,6 +1,7 @@
 #include "core/program/account_folder.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <functional>
 #include <optional>
 
@@ -43,9 +44,17 @@ void RemoveOldOnes(Program& program) {
 
 }  // namespace
 
+std::string AccountMoment(Program& program) {
+  const LocalTime now = program.platform().system.Now();
+  char text[64];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", now.year, now.month, now.day,
+                now.hour, now.minute, now.second);
+  return text;
+}
+
 std::string AccountFolder(const Program& program) { return LogFolder(program) + "Accounts\\"; }
 
-FileStatus KeepAccount(Program& program, const Account& account, std::string* path) {
+FileStatus WriteAccount(Program& program, const Account& account, std::string* path) {
   program.files().MakeFolderChain(WithoutBackslash(AccountFolder(program)));
   *path = FreePath(program, account);
   const FileStatus status =
@@ -57,6 +66,18 @@ FileStatus KeepAccount(Program& program, const Account& account, std::string* pa
                                      FileNameOf(*path));
   }
   return status;
+}
+
+void KeepAccount(Program& program) {
+  std::string path;
+  const FileStatus status = WriteAccount(program, program.account(), &path);
+  if (status == FileStatus::kOk) return;
+  program.account().Note(ReasonOfStatus(status), "This account could not be kept.", path);
+}
+
+AccountReason ReasonOfStatus(FileStatus status) {
+  if (status == FileStatus::kNoSpace) return AccountReason::kNoRoom;
+  return status == FileStatus::kNotFound ? AccountReason::kNoPlace : AccountReason::kNoRights;
 }
 
 std::vector<std::string> KeptAccounts(Program& program) {

@@ -420,8 +420,8 @@ TEST_F(FrmFinish, AnAddedFileThatIsGoneIsToldInTheRunLog) {
   machine_.Expect(ui::Answer::kOk, kDone);
   run_.Start();
   const std::string log = machine_.ReadFile(LogFolder(run_.app()) + "Settings_Job.xml");
-  EXPECT_NE(log.find("<Skipped File/Folders>\r\nC:\\Extra\\one.dat\r\nC:\\Extra\\Work\r\n"
-                     "</Skipped File/Folder>\r\n"),
+  EXPECT_NE(log.find("<Skipped File/Folders>\r\nC:\\Extra\\one.dat\r\nC:\\Extra\\Work\r\n" +
+                     machine_.Documents() + "\\README\r\n</Skipped File/Folder>\r\n"),
             std::string::npos)
       << log;
   EXPECT_FALSE(run_.HasEntry("Job\\Added More Files\\one.dat"));
@@ -429,6 +429,7 @@ TEST_F(FrmFinish, AnAddedFileThatIsGoneIsToldInTheRunLog) {
 
 TEST_F(FrmFinish, WithNothingSkippedTheReviewLogStays) {
   machine_.SetString(kSettings, "chklog", "1");
+  machine_.RemoveFile(machine_.Documents() + "\\README");
   run_.OpenItems();
   run_.Tick("Other Files\\My Documents");
   RunToTheEnd();

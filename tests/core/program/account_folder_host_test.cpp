@@ -23,7 +23,7 @@ class AccountFolderTest : public ::testing::Test {
     }
     account.End(AccountEnd::kDone, began);
     std::string path;
-    EXPECT_EQ(KeepAccount(program_, account, &path), FileStatus::kOk);
+    EXPECT_EQ(WriteAccount(program_, account, &path), FileStatus::kOk);
     return path;
   }
 
