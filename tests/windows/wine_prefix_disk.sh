@@ -19,6 +19,9 @@ fail() {
   exit 1
 }
 
+# A user's folder of Wine may hold files without a dot in their name: they are told, and left out.
+told_or_done() { "$@" || [ $? = 4 ]; }
+
 wine_use_prefix "$place/prefix"
 cat > "$place/accounts.reg" << 'REG'
 Windows Registry Editor Version 5.00
@@ -46,7 +49,7 @@ inventory() { (cd "$WINEPREFIX" && find . -printf '%p %s %T@ %l\n' | sort); }
 inventory > "$place/before"
 "$quorvale" machine users "$WINEPREFIX" | tee "$place/users"
 grep -qP "^$user\tC:\\\\users\\\\$user\t" "$place/users" || fail "the user of the prefix is not listed"
-"$quorvale" --disk "$WINEPREFIX" backup "Mine" --all --to "$place"
+told_or_done "$quorvale" --disk "$WINEPREFIX" backup "Mine" --all --to "$place"
 inventory | cmp "$place/before" - || fail "the prefix was changed"
 
 unzip -q -d "$place/out" "$place/Mine.obk"
@@ -66,7 +69,7 @@ grep -qF '"Default Mail Account"="account{11111111-2222-3333-4444-555555555555}.
 
 # Restored onto a machine folder, and compared.
 "$quorvale" machine new "$place/new" --like vista --user Dora
-"$quorvale" --machine "$place/new" restore "$place/Mine.obk" --all --yes
+told_or_done "$quorvale" --machine "$place/new" restore "$place/Mine.obk" --all --yes
 cmp "$profile/Favorites/Example.url" "$place/new/drive_c/Users/Dora/Favorites/Example.url"
 cmp "$profile/Documents/letter.txt" "$place/new/drive_c/Users/Dora/Documents/letter.txt"
 echo "ok: a Wine prefix is an old disk"

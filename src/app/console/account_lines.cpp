@@ -39,9 +39,13 @@ std::string LineOf(const AccountEntry& entry) {
 
 }  // namespace
 
+void PrintEntries(const Account& account, std::ostream& out, const char* indent) {
+  for (const AccountEntry& entry : account.entries()) out << indent << LineOf(entry) << "\n";
+}
+
 ExitStatus TellAccount(const Account& account, ExitStatus status, Terminal& terminal) {
   if (account.end() == AccountEnd::kNotEnded || !account.HasToTell()) return status;
-  for (const AccountEntry& entry : account.entries()) terminal.error << LineOf(entry) << "\n";
+  PrintEntries(account, terminal.error);
   if (account.end() == AccountEnd::kFailed || !account.entries().empty()) {
     terminal.error << account.Sentence() << "\n";
   }

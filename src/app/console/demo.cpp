@@ -8,6 +8,7 @@
 #include <ostream>
 #include <vector>
 
+#include "app/console/account_lines.h"
 #include "app/console/console_screen.h"
 #include "app/console/demo_part.h"
 #include "app/console/disk_demo.h"
@@ -111,7 +112,9 @@ class Demo : private DemoPart {
     const MemberTable& table = *found.table;
     out() << "Its member table, " << TableEntryName(table.stem) << ", says for "
           << table.members.size() << " entries to which of " << table.items.size()
-          << " items they belong; " << table.gaps.size() << " could not be saved.\n";
+          << " items they belong.\nThe account of the run: " << source_->app()->account().Sentence()
+          << "\n";
+    PrintEntries(source_->app()->account(), out(), "  ");
     return true;
   }
 

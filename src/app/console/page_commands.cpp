@@ -18,6 +18,7 @@ constexpr SettingName kSettings[] = {{"txtBackup", "cmdselectfolder"},
                                      {"txtRestore", "Command1"},
                                      {"chkSound", nullptr},
                                      {"chkLog", nullptr},
+                                     {"chkNoExtension", nullptr},
                                      {"chkGUpdate", nullptr},
                                      {"chkShortcut", nullptr},
                                      {"ChkStartMenu", nullptr}};

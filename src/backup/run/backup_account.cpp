@@ -98,6 +98,7 @@ const char* GapReason(AccountReason reason) {
 void FillBackupAccount(Program& program, const BackupPlan& plan, const MemberFates& fates,
                        Account* account) {
   for (const PlannedItem& item : plan.items) {
+    if (item.kind == ItemEntry::Kind::kNone) continue;
     account->BeginItem(item.path, item.key);
     for (const PlannedMember& member : item.members) {
       const AccountReason why = WhyNotStored(program, item, member, fates);

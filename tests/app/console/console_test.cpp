@@ -232,7 +232,8 @@ TEST_F(Console, LogsAreListedShownAndDeleted) {
 TEST_F(Console, SettingsAreListedReadAndChanged) {
   const std::string data = "C:\\Documents and Settings\\Anna\\Application Data\\Tarnwick\\Quorvale";
   EXPECT_EQ(OnMachine({"settings"}).out, "txtBackup\t" + data + "\\Backup\ntxtRestore\t" + data +
-                                             "\\Restore\nchkSound\t0\nchkLog\t0\nchkGUpdate\t0\n"
+                                             "\\Restore\nchkSound\t0\nchkLog\t0\n"
+                                             "chkNoExtension\t0\nchkGUpdate\t0\n"
                                              "chkShortcut\t0\nChkStartMenu\t0\n");
   EXPECT_EQ(OnMachine({"settings", "set", "chklog", "1"}).status, ExitStatus::kDone);
   EXPECT_EQ(OnMachine({"settings", "get", "chkLog"}).out, "1\n");
@@ -383,9 +384,21 @@ TEST_F(Console, APasswordIsNeededAgain) {
 
 TEST_F(Console, QuickBacksUpWhatWasFound) {
   const Answer answer = OnMachine({"quick"});
-  EXPECT_EQ(answer.status, ExitStatus::kDone) << answer.out << answer.error;
+  EXPECT_EQ(answer.status, ExitStatus::kIncomplete) << answer.out << answer.error;
   EXPECT_NE(answer.out.find("Backup successfully completed"), std::string::npos);
   EXPECT_NE(answer.out.find("\\BKP_"), std::string::npos);
+}
+
+TEST_F(Console, WhatWasLeftOutIsALineAmongTheErrorsAndExitFour) {
+  const Answer all = OnMachine({"backup", "All", "--tick", "Other Files"});
+  EXPECT_EQ(all.status, ExitStatus::kIncomplete);
+  EXPECT_EQ(all.error,
+            "left out: C:\\Documents and Settings\\Anna\\My Documents\\Letters\\README: no dot in "
+            "its name\n1 file is not in this backup.\n");
+  EXPECT_EQ(OnMachine({"settings", "set", "chkNoExtension", "1"}).status, ExitStatus::kDone);
+  const Answer more = OnMachine({"backup", "More", "--tick", "Other Files"});
+  EXPECT_EQ(more.status, ExitStatus::kDone) << more.error;
+  EXPECT_EQ(more.error, "");
 }
 
 TEST_F(Console, NoRestoreFolderAndKeepReachThePages) {
@@ -431,11 +444,11 @@ TEST_F(Console, ProgressIsDrawnOnATerminal) {
   Terminal terminal{in, out, error};
   terminal.shows_progress = true;
   EXPECT_EQ(RunConsole({"--machine", machine_, "backup", "Bar", "--all"}, terminal),
-            ExitStatus::kDone);
+            ExitStatus::kIncomplete);
   EXPECT_NE(error.str().find("\r["), std::string::npos) << error.str();
   EXPECT_NE(error.str().find("% "), std::string::npos);
   // Nothing of it is left on the line.
-  EXPECT_TRUE(error.str().ends_with("\r\x1b[K")) << error.str();
+  EXPECT_NE(error.str().find("\r\x1b[Kleft out: "), std::string::npos) << error.str();
 }
 
 TEST(ConsoleProgress, TheLineSaysWhatIsDoneAndItsShare) {
