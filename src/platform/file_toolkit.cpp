@@ -81,21 +81,23 @@ std::vector<DeepEntry> FileToolkit::ListFilesDeep(const std::string& folder,
                                                   const TellPassedOver& passed_over) {
   std::vector<DeepEntry> entries;
   Walk walk{pattern, stop, passed_over, &entries};
-  WalkFolder(RepairedFolder(folder), walk);
+  WalkFolder(RepairedFolder(folder), walk, false);
   return entries;
 }
 
-// A folder that cannot be read gives nothing, as an empty one does.
+// A folder that cannot be read gives nothing, as an empty one does. One that can be read now, and
+// perhaps could not a moment ago, is read once more.
 std::vector<FileInfo> FileToolkit::ListForWalk(const std::string& folder, const Walk& walk) {
   std::vector<FileInfo> list = files_.List(folder);
-  if (list.empty() && walk.passed_over && !files_.CanList(folder)) {
-    walk.passed_over(WithoutBackslash(folder), PassedOver::kUnreadable);
-  }
+  if (!list.empty() || !walk.passed_over) return list;
+  if (files_.CanList(folder)) return files_.List(folder);
+  walk.passed_over(WithoutBackslash(folder), PassedOver::kUnreadable);
   return list;
 }
 
-// Appends what is below a folder and then the folder itself. False when the walk was stopped.
-bool FileToolkit::WalkFolder(const std::string& folder, const Walk& walk) {
+// Appends what is below a folder and then the folder itself. `is_there`: a listing told of it.
+// False when the walk was stopped.
+bool FileToolkit::WalkFolder(const std::string& folder, const Walk& walk, bool is_there) {
   pump_();
   const std::size_t before = walk.entries->size();
   bool holds_files = false;
@@ -104,7 +106,7 @@ bool FileToolkit::WalkFolder(const std::string& folder, const Walk& walk) {
     if (++since_pump % 64 == 0) pump_();
     if (walk.stop && walk.stop()) return false;
     if (entry.IsFolder()) {
-      if (!WalkFolder(folder + entry.name + "\\", walk)) return false;
+      if (!WalkFolder(folder + entry.name + "\\", walk, true)) return false;
       continue;
     }
     holds_files = true;
@@ -115,7 +117,7 @@ bool FileToolkit::WalkFolder(const std::string& folder, const Walk& walk) {
     }
   }
   const bool has_listing = walk.entries->size() > before;
-  if (has_listing || (!holds_files && FolderExists(folder))) {
+  if (has_listing || (!holds_files && (is_there || FolderExists(folder)))) {
     walk.entries->push_back({WithoutBackslash(folder), true});
   }
   return true;

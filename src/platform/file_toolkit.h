@@ -73,7 +73,7 @@ class FileToolkit {
     const TellPassedOver& passed_over;
     std::vector<DeepEntry>* entries;
   };
-  bool WalkFolder(const std::string& folder, const Walk& walk);
+  bool WalkFolder(const std::string& folder, const Walk& walk, bool is_there);
   std::vector<FileInfo> ListForWalk(const std::string& folder, const Walk& walk);
   FileStatus Finish(std::unique_ptr<OutputFile> output, FileStatus status, const std::string& fresh,
                     const std::string& target, const FileInfo* like);

@@ -36,6 +36,25 @@ TEST_F(FileToolkitTest, ExtensionIsComparedInLowerCase) {
   EXPECT_EQ("a.LNK|", toolkit_.ListFiles("C:\\d\\", "*.Lnk"));
 }
 
+// Whatever call of the listing of a tree fails, once: what is not listed is told.
+TEST_F(FileToolkitTest, AFaultInADeepListingLeavesNothingOutInSilence) {
+  files_.Put("C:\\d\\a.txt");
+  files_.Put("C:\\d\\in\\b.txt");
+  files_.PutFolder("C:\\d\\empty");
+  const Lines all = Deep("C:\\d");
+  Lines told;
+  const auto passed_over = [&told](const std::string& path, PassedOver) { told.push_back(path); };
+  toolkit_.ListFilesDeep("C:\\d", "*.*", nullptr, passed_over);
+  const std::uint64_t calls = calls_.calls();
+  EXPECT_TRUE(told.empty());
+  for (std::uint64_t number = 1; number <= calls; ++number) {
+    calls_.FailCall(number);
+    told.clear();
+    const auto entries = toolkit_.ListFilesDeep("C:\\d", "*.*", nullptr, passed_over);
+    EXPECT_TRUE(entries.size() == all.size() || !told.empty()) << calls_.failed_call();
+  }
+}
+
 TEST_F(FileToolkitTest, ExtensionIsWhatStandsBehindTheLastDot) {
   files_.Put("C:\\d\\a.htm");
   files_.Put("C:\\d\\b.html");

@@ -73,6 +73,11 @@ void BackupRun::NoteWarning(const zip::Warning& warning) {
 
 FileStatus BackupRun::WriteTable(std::string* path) {
   const std::string& stage = state().gBackupBasePath;
+  // Without its settings file no restore can read an archive.
+  const auto settings = PlaceOf(StagedSettingsPath(stage, program_));
+  settings_staged_ = settings && fates_.Of(*settings).is_stored &&
+                     fates_.ReasonOf(*settings) == AccountReason::kNone;
+  if (!settings_staged_) return FileStatus::kFailed;
   const std::string stem = WithoutBackslash(EntryNameBelow(job().gBackupFolder, stage));
   *path = TableEntryName(stage);
   FileStatus status = FileStatus::kOk;
@@ -124,7 +129,6 @@ FileStatus BackupRun::WriteItemRows(MemberTableWriter& writer, std::uint32_t num
 }
 
 zip::Result BackupRun::Zip() {
-  // Without its settings file no restore can read an archive.
   settings_staged_ =
       program_.files().FileExists(StagedSettingsPath(state().gBackupBasePath, program_));
   if (!settings_staged_) return zip::Result::kFailed;
