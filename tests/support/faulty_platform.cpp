@@ -19,11 +19,23 @@ std::string ProgramOf(const std::string& command_line) {
 
 std::string KeyOf(const std::string& path) { return FoldCase(WithoutBackslash(path)); }
 
+// One more file is open for as long as this is there.
+class OpenMark {
+ public:
+  explicit OpenMark(std::atomic<int>& open) : open_(open) { ++open_; }
+  ~OpenMark() { --open_; }
+  OpenMark(const OpenMark&) = delete;
+  OpenMark& operator=(const OpenMark&) = delete;
+
+ private:
+  std::atomic<int>& open_;
+};
+
 class FaultyInput : public InputFile {
  public:
   FaultyInput(std::unique_ptr<InputFile> real, std::string path, const FaultyFiles& files,
-              CallCount& count)
-      : real_(std::move(real)), path_(std::move(path)), files_(files), count_(count) {}
+              std::atomic<int>& open, CallCount& count)
+      : real_(std::move(real)), path_(std::move(path)), files_(files), count_(count), mark_(open) {}
 
   std::ptrdiff_t Read(void* buffer, std::size_t count) override {
     if (count_.Fails("InputFile::Read", path_)) return -1;
@@ -47,13 +59,15 @@ class FaultyInput : public InputFile {
   const std::string path_;
   const FaultyFiles& files_;
   CallCount& count_;
+  const OpenMark mark_;
   std::uint64_t at_ = 0;
 };
 
 class FaultyOutput : public OutputFile {
  public:
-  FaultyOutput(std::unique_ptr<OutputFile> real, std::string path, CallCount& count)
-      : real_(std::move(real)), path_(std::move(path)), count_(count) {}
+  FaultyOutput(std::unique_ptr<OutputFile> real, std::string path, std::atomic<int>& open,
+               CallCount& count)
+      : real_(std::move(real)), path_(std::move(path)), count_(count), mark_(open) {}
 
   FileStatus Write(const void* buffer, std::size_t size) override {
     if (count_.Fails("OutputFile::Write", path_)) return FileStatus::kFailed;
@@ -66,6 +80,7 @@ class FaultyOutput : public OutputFile {
   FileStatus Close() override {
     // A close that fails closes all the same.
     const std::unique_ptr<OutputFile> closing = std::move(real_);
+    mark_.reset();
     if (count_.Fails("OutputFile::Close", path_)) return FileStatus::kFailed;
     return closing == nullptr ? FileStatus::kFailed : closing->Close();
   }
@@ -74,6 +89,7 @@ class FaultyOutput : public OutputFile {
   std::unique_ptr<OutputFile> real_;  // null once closed
   const std::string path_;
   CallCount& count_;
+  std::optional<OpenMark> mark_;  // likewise
 };
 
 }  // namespace
@@ -143,7 +159,7 @@ std::unique_ptr<InputFile> FaultyFiles::OpenRead(const std::string& path) {
   if (count_.Fails("Files::OpenRead", path) || IsInUse(path)) return nullptr;
   std::unique_ptr<InputFile> file = real_.OpenRead(path);
   if (file == nullptr) return nullptr;
-  return std::make_unique<FaultyInput>(std::move(file), path, *this, count_);
+  return std::make_unique<FaultyInput>(std::move(file), path, *this, open_files_, count_);
 }
 
 std::unique_ptr<OutputFile> FaultyFiles::Create(const std::string& path, FileStatus* status) {
@@ -154,7 +170,7 @@ std::unique_ptr<OutputFile> FaultyFiles::Create(const std::string& path, FileSta
   }
   std::unique_ptr<OutputFile> file = real_.Create(path, status);
   if (file == nullptr) return nullptr;
-  return std::make_unique<FaultyOutput>(std::move(file), path, count_);
+  return std::make_unique<FaultyOutput>(std::move(file), path, open_files_, count_);
 }
 
 FileStatus FaultyFiles::MakeFolder(const std::string& path) {

@@ -89,12 +89,15 @@ class FaultyFiles : public Files {
 
   // For the files that are open: the offset from which reads of this one fail, if they do.
   std::optional<std::uint64_t> ReadFault(const std::string& path) const;
+  // Files that were opened, by OpenRead or Create, and are not closed yet.
+  int open_files() const { return open_files_; }
 
  private:
   bool IsInUse(const std::string& path) const;
 
   Files& real_;
   CallCount& count_;
+  std::atomic<int> open_files_{0};
   std::set<std::string> in_use_;  // the keys of all four: folded paths
   std::set<std::string> closed_;
   std::map<std::string, std::uint64_t> read_faults_;

@@ -449,6 +449,13 @@ int MemoryShell::Execute(const std::string& verb, const std::string& file,
   return kStarted;
 }
 
+bool MemoryShell::IsRunning(RunId run) {
+  const int left_now = --left[run];
+  if (left_now >= 0) return true;
+  if (left_now == -1 && on_end && run > 0 && run <= commands.size()) on_end(commands[run - 1]);
+  return false;
+}
+
 bool MemoryShell::CreateLink(const ShellLink& link) {
   links.push_back(link);
   return true;

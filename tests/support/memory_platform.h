@@ -159,14 +159,15 @@ class MemorySystem : public SystemInfo {
   std::minstd_rand random_{2006};
 };
 
-// Keeps what was started. A run does nothing; it ends after `polls` questions.
+// Keeps what was started. A run ends after `polls` questions; what it does then, if anything, is
+// `on_end`'s part.
 class MemoryShell : public Shell {
  public:
   std::string SpecialFolder(int folder) override;
   RunId Run(const std::string& command_line, WindowStyle style) override;
   int Execute(const std::string& verb, const std::string& file, const std::string& parameters,
               const std::string& folder, int show, RunId* run) override;
-  bool IsRunning(RunId run) override { return --left[run] >= 0; }
+  bool IsRunning(RunId run) override;
   bool CreateLink(const ShellLink& link) override;
   bool Operate(FileOperation operation, const std::string& source, const std::string& target,
                int flags) override;
@@ -178,7 +179,8 @@ class MemoryShell : public Shell {
   std::map<RunId, int> left;  // questions until each run ends
   // The command line of Run; "verb|file|parameters|folder|show" of Execute.
   std::vector<std::string> commands;
-  std::vector<WindowStyle> styles;  // of Run
+  std::vector<WindowStyle> styles;                         // of Run
+  std::function<void(const std::string& command)> on_end;  // once, with what `commands` has of it
   // "code|source|target|flags" of each file operation; what it does, if anything.
   std::vector<std::string> operations;
   std::function<bool(FileOperation, const std::string&, const std::string&)> on_operation;
