@@ -17,8 +17,8 @@ using Act = std::string(ScenarioPlayer& player, const ScenarioAct& act);
 Act Machine, Process, Service, Free, Drive, Share, Elevation, Clock, Disc, Environment, Screen;
 // Its files, registry and scheduled jobs (scenario_file_acts.cpp).
 Act Bring, Seed, SeedBytes, SeedFolder, SeedValue, SeedKey, Remove, RemoveValues, Rename, Task;
-Act ExpectFile, ExpectNoFile, ExpectSame, ExpectFolder, ExpectEntry, ExpectNoEntry, ExpectRegistry,
-    ExpectNoRegistry, ExpectTask, ExpectNoTask;
+Act ExpectFile, ExpectNoFile, ExpectAccount, ExpectSame, ExpectFolder, ExpectEntry, ExpectNoEntry,
+    ExpectRegistry, ExpectNoRegistry, ExpectTask, ExpectNoTask;
 // The person (scenario_person_acts.cpp).
 Act Start, StartBeside, Click, DoubleClick, Close, Set, Check, Uncheck, Choose, Tick, Untick,
     Select, Wait;

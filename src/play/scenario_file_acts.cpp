@@ -8,6 +8,9 @@
 #include "archive/archive.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
+#include "core/program/program.h"
 #include "platform/file_toolkit.h"
 #include "platform/registry.h"
 #include "platform/registry_text.h"
@@ -200,6 +203,18 @@ std::string ExpectFile(ScenarioPlayer& player, const ScenarioAct& act) {
 
 std::string ExpectNoFile(ScenarioPlayer& player, const ScenarioAct& act) {
   return PlatformOf(player).files.Stat(act.text) ? "there is a " + act.text : "";
+}
+
+std::string ExpectAccount(ScenarioPlayer& player, const ScenarioAct& act) {
+  Program program(PlatformOf(player));
+  program.session().gAppDataPath = DataFolder(program);
+  const std::vector<std::string> kept = KeptAccounts(program);
+  if (kept.empty()) return "there is no account";
+  std::string bytes;
+  const std::string problem = ReadFile(player, kept.front(), &bytes);
+  if (!problem.empty()) return problem;
+  if (Contains(bytes, act.text)) return "";
+  return "the newest account does not say \"" + act.text + "\":\n" + bytes;
 }
 
 std::string ExpectSame(ScenarioPlayer& player, const ScenarioAct& act) {

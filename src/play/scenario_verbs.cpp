@@ -93,6 +93,8 @@ constexpr ScenarioVerb kVerbs[] = {
     {"expect-file", ActShape::kPathText, ActWay::kMustBe, acts::ExpectFile},
     // neither file nor folder
     {"expect-no-file", ActShape::kText, ActWay::kMustNotBe, acts::ExpectNoFile},
+    // the text stands somewhere in the newest account of a run
+    {"expect-account", ActShape::kText, ActWay::kMustBe, acts::ExpectAccount},
     // two files with the same bytes
     {"expect-same", ActShape::kTwoPaths, ActWay::kMustBe, acts::ExpectSame},
     {"expect-folder", ActShape::kText, ActWay::kMustBe, acts::ExpectFolder},

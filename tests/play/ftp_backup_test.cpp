@@ -35,13 +35,15 @@ class FtpBackup : public testing::Test {
     ASSERT_EQ(source->SaveRegistry(), "");
   }
 
-  // Runs the shell's words with these servers at hand; $BACKUP is a backup of all to "--ftp". The
-  // status, and what was printed in printed_.
+  // Runs the shell's words with these servers at hand; $BACKUP is a backup of all to "--ftp", files
+  // without an extension among it. The status, and what was printed in printed_.
   int WithServers(const std::string& servers, const std::string& words) {
     const std::string script = scratch_.path() + "/script";
     const std::string output = scratch_.path() + "/output";
     std::ofstream(script) << "BACKUP=\"" << QUORVALE_CONSOLE << " --machine " << source_folder_
-                          << " backup Mail --all --ftp\"\nmkdir -p "
+                          << " backup Mail --all --ftp\"\n"
+                          << QUORVALE_CONSOLE << " --machine " << source_folder_
+                          << " settings set chkNoExtension 1\nmkdir -p "
                           << fs::path(Copy()).parent_path().string() << "\ncopy=" << Copy() << "\n"
                           << words << "\n";
     const std::string command = std::string(QUORVALE_TESTS_FOLDER) +

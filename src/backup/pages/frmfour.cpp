@@ -11,6 +11,7 @@
 #include "core/pages/page_procedures.h"
 #include "core/pages/selection_space.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
 #include "core/program/command_words.h"
 #include "discovery/products/product_table.h"
 
@@ -90,9 +91,12 @@ void frmfour::PlaceControls() {
   constexpr int kHalf = 148;
   lblHeader.fore_color = kHeaderColor;
   RichTextBox1.bounds = ui::Bounds{kContentLeft, kContentTop, kContentWidth, kHalf};
-  Ms.bounds = ui::Bounds{kContentLeft, kContentTop + kHalf + 6, kContentWidth, kHalf - 12};
+  Ms.bounds = ui::Bounds{kContentLeft, kContentTop + kHalf + 6, kContentWidth, kHalf - 24};
   lblnoitem.bounds =
       ui::Bounds{kContentLeft, kContentBottom - kLineHeight, kContentWidth, kLineHeight};
+  lblRefused.bounds =
+      ui::Bounds{kContentLeft, kContentBottom - 2 * kLineHeight, kContentWidth, kLineHeight};
+  lblRefused.fore_color = kRed;
   RichTextBox1.tab_index = 1;
   Ms.tab_index = 2;
   PlaceHeader(&PicHeader, &lblHeader);
@@ -129,6 +133,7 @@ void frmfour::FillReview() {
   const bool selected = SomethingSelected();
   lblnoitem.caption = selected ? "Press next to begin Backup" : "No items selected for backup";
   lblnoitem.fore_color = selected ? kGreen : kRed;
+  lblRefused.caption = "";
   cmdNext.enabled = selected;
   if (selected && FoldCase(app_.CommandLine()) == kAutoWord) cmdNext.Click();
 }
@@ -180,7 +185,7 @@ void frmfour::FillGrid() {
 
 void frmfour::cmdNext_Click() {
   if (!PageOf(PageRole::kBackupItems).MayBeUsed()) return;
-  if (!ReadFreeSpace(app_, DriveOf(Trim(app_.session().gBackupFolder)))) return;
+  if (!FolderIsThere()) return;
   if (!SpaceSuffices()) return SendBackTo(PageRole::kBackupItems);
   run_started_ = true;
   cmdNext.enabled = false;
@@ -189,9 +194,32 @@ void frmfour::cmdNext_Click() {
   GoOnTo(PageRole::kBackupRun);
 }
 
+// No box tells of it: the page does, and the account, since nobody may be there.
+bool frmfour::FolderIsThere() {
+  const std::string folder = Trim(app_.session().gBackupFolder);
+  if (ReadFreeSpace(app_, DriveOf(folder))) {
+    lblRefused.caption = "";
+    return true;
+  }
+  // Where no folder could be chosen, the one of the settings was meant.
+  const std::string meant = folder.empty() ? app_.settings().backup_folder() : folder;
+  AccountFor(AccountReason::kNone, "the folder " + meant + " is not there");
+  lblRefused.caption = app_.account().Sentence();
+  return false;
+}
+
+void frmfour::AccountFor(AccountReason why, const std::string& detail) {
+  const std::string moment = AccountMoment(app_);
+  Account& account = app_.account();
+  account.Begin(AccountRun::kBackup, WithoutLastFour(app_.session().gBackupFileName), moment);
+  account.End(AccountEnd::kFailed, moment, why, detail);
+  KeepAccount(app_);
+}
+
 bool frmfour::SpaceSuffices() {
   const double needed = SizeOfSelection(app_) / 1024;
   if (app_.session().gFreeBytes / 1024 >= needed) return true;
+  AccountFor(AccountReason::kNoRoom, app_.session().gBackupFolder);
   app_.Inform(
       "There is not sufficient space on disk. Please customize backup items or change backup "
       "location");

@@ -34,6 +34,7 @@ class frmfour : public WizardPage {
   ui::RichTextBox RichTextBox1{*this, "RichTextBox1"};
   ui::Grid Ms{*this, "Ms"};
   ui::Label lblnoitem{*this, "lblnoitem"};
+  ui::Label lblRefused{*this, "lblRefused"};  // why Next has not begun the backup
   ui::CommandButton cmdBack{*this, "cmdBack"};
   ui::CommandButton cmdNext{*this, "cmdNext"};
   ui::CommandButton cmdCancel{*this, "cmdCancel"};
@@ -46,7 +47,10 @@ class frmfour : public WizardPage {
   void FillGrid();
   bool SomethingSelected() const;
   // Step by step what cmdNext does; false where the page has to stay.
+  bool FolderIsThere();
   bool SpaceSuffices();
+  // The account of a backup that was not begun.
+  void AccountFor(AccountReason why, const std::string& detail);
   void WriteFiles();
 
   bool run_started_ = false;

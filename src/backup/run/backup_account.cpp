@@ -103,7 +103,7 @@ void FillBackupAccount(Program& program, const BackupPlan& plan, const MemberFat
     for (const PlannedMember& member : item.members) {
       const AccountReason why = WhyNotStored(program, item, member, fates);
       if (why == AccountReason::kNone) {
-        account->CountGood();
+        if (member.kind != TableMember::Kind::kFolder) account->CountGood();
       } else {
         AddGap(item, ThingOf(member), SourceOf(program, item, member), why, account);
       }
