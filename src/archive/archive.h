@@ -81,7 +81,7 @@ enum class WarningReason {
   kMissing,      // it is not there
   kUnreadable,   // it cannot be opened: in use, or no rights
   kCutShort,     // reading it failed before its end
-  kChanged,      // it became shorter while it was read; the rest of it is stored
+  kChanged,      // it changed while it was read; what was read of it is stored
   kNoName,       // no name that an entry can have
   kDamaged,      // the archive's bytes of it are not what they were
   kUnsupported,  // packed or encrypted in a way that is not known here
@@ -155,7 +155,8 @@ class Archive {
 
   // Makes the archive. It is written under a temporary name beside its target and takes its name
   // only when it is complete and has been read back. A source that is missing or cannot be read
-  // is left out with a warning; so is the unread rest of one that shrinks meanwhile. kFailed if
+  // is left out with a warning; so is the unread rest of one that shrinks meanwhile. A large file
+  // that changes while it is read is stored with a warning. kFailed if
   // nothing at all could be stored. kNoTemporarySpace: the new archive does not fit beside the old
   // one of its name. A split archive "x.obk" has its first parts in "x.z01", "x.z02", ...
   Result Zip();

@@ -265,9 +265,17 @@ bool ZipOperation::AddLargeFile(std::shared_ptr<Member> member, InputFile& file,
     if (shorter)
       monitor_.Warn(member->source, WarningReason::kChanged, "it became shorter meanwhile");
     if (block->data.size > 0 && !Enqueue(std::move(block))) return false;
-    if (shorter) break;
+    if (shorter) return Enqueue(std::move(last));
   }
+  if (!last->failed) WarnIfChanged(*member, size);
   return Enqueue(std::move(last));
+}
+
+// What was read in many steps may be of several moments.
+void ZipOperation::WarnIfChanged(const Member& member, std::uint64_t size) {
+  const std::optional<FileInfo> now = files_.Stat(member.source);
+  if (now && now->size == size && now->modified == member.record.modified) return;
+  monitor_.Warn(member.source, WarningReason::kChanged, "it changed while it was read");
 }
 
 std::string ZipOperation::TakeRandom(std::size_t count) {

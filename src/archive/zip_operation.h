@@ -42,6 +42,7 @@ class ZipOperation {
   bool AddFolder(Source source, const std::string& name);
   bool AddFile(const Source& source, const std::string& name);
   bool AddLargeFile(std::shared_ptr<Member> member, InputFile& file, std::uint64_t size);
+  void WarnIfChanged(const Member& member, std::uint64_t size);
   bool AddSmallFile(std::shared_ptr<Member> member, InputFile& file, std::size_t size);
   std::shared_ptr<Member> NewMember(const Source& source, const std::string& name);
 

@@ -56,9 +56,9 @@ std::string SourceOf(Program& program, const PlannedItem& item, const PlannedMem
 }
 
 void AddGap(const PlannedItem& item, AccountThing thing, std::string source, AccountReason reason,
-            Account* account) {
+            Account* account, AccountFate fate = AccountFate::kLeftOut) {
   AccountEntry entry;
-  entry.fate = AccountFate::kLeftOut;
+  entry.fate = fate;
   entry.reason = reason;
   entry.thing = thing;
   entry.item = item.path;
@@ -102,11 +102,11 @@ void FillBackupAccount(Program& program, const BackupPlan& plan, const MemberFat
     account->BeginItem(item.path, item.key);
     for (const PlannedMember& member : item.members) {
       const AccountReason why = WhyNotStored(program, item, member, fates);
-      if (why == AccountReason::kNone) {
-        if (member.kind != TableMember::Kind::kFolder) account->CountGood();
-      } else {
-        AddGap(item, ThingOf(member), SourceOf(program, item, member), why, account);
-      }
+      const bool is_stored = fates.Of(member.file).is_stored;
+      if (is_stored && member.kind != TableMember::Kind::kFolder) account->CountGood();
+      if (why == AccountReason::kNone) continue;
+      AddGap(item, ThingOf(member), SourceOf(program, item, member), why, account,
+             is_stored ? AccountFate::kNote : AccountFate::kLeftOut);
     }
     for (const PlannedGap& gap : item.gaps) {
       AddGap(item, gap.is_folder ? AccountThing::kFolder : AccountThing::kFile, gap.source,

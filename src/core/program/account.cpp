@@ -100,7 +100,9 @@ std::string Account::Sentence() const {
   add(AccountFate::kPutElsewhere, " put elsewhere.");
   if (!sentence.empty()) return sentence;
   for (const AccountEntry& entry : entries_) {
-    if (entry.fate == AccountFate::kNote) return entry.source;
+    if (entry.fate != AccountFate::kNote) continue;
+    if (entry.thing == AccountThing::kOther) return entry.source;
+    return entry.source + ": " + ReasonText(entry.reason) + ".";
   }
   return run_ == AccountRun::kBackup ? "Everything is in this backup." : "Everything was restored.";
 }
