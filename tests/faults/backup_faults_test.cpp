@@ -2,6 +2,8 @@
 // account names.
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "faults/fault_backup.h"
 
 namespace quorvale::fault_test {
@@ -41,57 +43,66 @@ std::vector<std::string> CheckBackup(FaultComputer& computer, const BackupResult
   return problems;
 }
 
-class BackupFaults : public testing::Test {
- protected:
-  BackupFaults() {
-    FaultComputer computer;
-    computer.FillForBackup();
-    everything_ = ContentOfEverything(computer);
-  }
-
-  // `prepare` stands for what the pages do before the review page's Next.
-  FaultOutcome Run(std::uint64_t number, bool over_an_earlier_one) {
-    FaultComputer computer;
-    computer.FillForBackup();
-    computer.memory.files.Put(kOtherArchive, Noise(5000, 99));
-    if (over_an_earlier_one) computer.memory.files.Put(kArchive, Noise(3000, 98));
-    Contents before = computer.Now();
-    FaultOutcome outcome;
-    {
-      Program program(computer.faults.platform());
-      CommitBackup(program);
-      computer.faults.FailCall(number);
-      // What the first page does when the person agreed to overwrite it.
-      if (over_an_earlier_one) program.platform().files.RemoveFile(kArchive, true);
-      const BackupResult result = RunBackup(program);
-      outcome.failed_call = computer.faults.failed_call();
-      computer.faults.FailCall(0);
-      outcome.problems = CheckBackup(computer, result, before, everything_, program.account());
-      if (number == 0 && !program.account().entries().empty()) {
-        outcome.problems.push_back("a sound run has something to tell: " +
-                                   program.account().Sentence());
-      }
-    }
-    if (computer.memory.files.Bytes(kOtherArchive) != before.files.at(kOtherArchive)) {
-      outcome.problems.push_back("another backup was touched");
-    }
-    if (computer.faults.files.open_files() != 0) outcome.problems.push_back("a file stays open");
-    return outcome;
-  }
-
-  BackupContent everything_;
+struct Case {
+  const char* what;
+  BackupWay way;
+  bool over_an_earlier_one = false;
+  int processors = 1;
 };
 
-TEST_F(BackupFaults, ABackupWithAFaultIsWholeOrTellsWhatItLacks) {
-  ASSERT_TRUE(everything_.is_whole);
-  ASSERT_GT(everything_.members.size(), 20u);
-  TryEveryFault("a backup", [this](std::uint64_t number) { return Run(number, false); });
+void PrintTo(const Case& wanted, std::ostream* out) { *out << wanted.what; }
+
+FaultOutcome BackUpWithFault(std::uint64_t number, const Case& wanted,
+                             const BackupContent& everything) {
+  FaultComputer computer(wanted.processors);
+  computer.FillForBackup();
+  computer.memory.files.Put(kOtherArchive, Noise(5000, 99));
+  if (wanted.over_an_earlier_one) computer.memory.files.Put(kArchive, Noise(3000, 98));
+  const Contents before = computer.Now();
+  FaultOutcome outcome;
+  {
+    Program program(computer.faults.platform());
+    CommitBackup(program, wanted.way);
+    computer.faults.FailCall(number);
+    // What the first page does when the person agreed to overwrite it.
+    if (wanted.over_an_earlier_one) program.platform().files.RemoveFile(kArchive, true);
+    const BackupResult result = RunBackup(program);
+    outcome.failed_call = computer.faults.failed_call();
+    computer.faults.FailCall(0);
+    outcome.problems = CheckBackup(computer, result, before, everything, program.account());
+    if (number == 0 && !program.account().entries().empty()) {
+      outcome.problems.push_back("a sound run has something to tell: " +
+                                 program.account().Sentence());
+    }
+  }
+  if (computer.memory.files.Bytes(kOtherArchive) != before.files.at(kOtherArchive)) {
+    outcome.problems.push_back("another backup was touched");
+  }
+  if (computer.faults.files.open_files() != 0) outcome.problems.push_back("a file stays open");
+  return outcome;
 }
 
-TEST_F(BackupFaults, ABackupOverAnEarlierOneLosesNothingElse) {
-  TryEveryFault("an overwriting backup",
-                [this](std::uint64_t number) { return Run(number, true); });
+class BackupFaults : public testing::TestWithParam<Case> {};
+
+TEST_P(BackupFaults, AreNamedByTheAccountOrTheBackupIsWhole) {
+  FaultComputer sound;
+  sound.FillForBackup();
+  const BackupContent everything = ContentOfEverything(sound);
+  ASSERT_TRUE(everything.is_whole);
+  ASSERT_GT(everything.members.size(), 20u);
+  TryEveryFault(GetParam().what, [&everything](std::uint64_t number) {
+    return BackUpWithFault(number, GetParam(), everything);
+  });
 }
+
+INSTANTIATE_TEST_SUITE_P(Ways, BackupFaults,
+                         testing::Values(Case{"a backup", {}},
+                                         Case{"an overwriting backup", {}, true},
+                                         Case{"a backup with a password", {.with_password = true}},
+                                         Case{"a backup for discs", {.for_discs = true}},
+                                         Case{"a backup with a log", {.with_log = true}},
+                                         Case{"a backup on Windows Vista", {.on_vista = true}},
+                                         Case{"a backup by four processors", {}, false, 4}));
 
 }  // namespace
 }  // namespace quorvale::fault_test

@@ -5,12 +5,16 @@
 #include <algorithm>
 
 #include "backup/format/backup_file.h"
+#include "backup/format/log_writer.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
 
 namespace quorvale::fault_test {
 namespace {
+
+constexpr char kPassword[] = "Sesame";
+constexpr std::uint64_t kPartSize = 40'000;
 
 std::uint32_t Crc(const std::string& bytes) {
   return static_cast<std::uint32_t>(
@@ -46,21 +50,27 @@ std::map<std::string, MemberContent> EntriesOf(BackupFile& file) {
   std::vector<zip::Entry> listed;
   file.Members(&listed);
   for (const zip::Entry& entry : listed) {
-    entries[WithoutBackslash(entry.name)] = {entry.size, entry.crc};
+    MemberContent& content = entries[WithoutBackslash(entry.name)];
+    content.size = entry.size;
+    // The test of the archive has shown that an encrypted entry is whole; it tells no check value.
+    if (!entry.encrypted) content.crc = entry.crc;
   }
   return entries;
 }
 
 }  // namespace
 
-void CommitBackup(Program& program) {
+void CommitBackup(Program& program, const BackupWay& way) {
   CommitFacts(program);
+  if (way.on_vista) program.session().gOSName = kWindowsVista;
   BackupJob job;
   job.gBackupFolder = kBackupFolder;
   job.gBackupFileName = "Job.obk";
   job.gCompressionLevel = "6";
-  job.gLogDetails = "False";
-  job.gProtectWithPassword = "False";
+  job.gLogDetails = BoolWord(way.with_log);
+  job.gProtectWithPassword = BoolWord(way.with_password);
+  if (way.with_password) job.gArchivePassword = kPassword;
+  job.gMediaDisc = way.for_discs;
   for (const SettingsItem& item : FaultComputer::Items()) {
     job.gBackupItemPaths.push_back(item.path);
     job.gBackupItemKeys.push_back(item.key);
@@ -73,7 +83,10 @@ BackupResult RunBackup(Program& program) {
   session.gUniqueSuffix = UniqueBackupName(program, kBackupFolder);
   program.files().MakeFolderChain(session.gBackupBasePath);
   WriteBackupSettings(program, StagedSettingsPath(session.gBackupBasePath, program));
+  program.files().MakeFolderChain(WithoutBackslash(LogFolder(program)));
+  if (session.gLogDetails == "True") WriteReviewLog(program, BackupLogPath(program));
   BackupRun run(program, {});
+  run.disc_part_size = kPartSize;
   const BackupResult result = run.Run();
   run.CleanUp(result);
   return result;
@@ -82,7 +95,7 @@ BackupResult RunBackup(Program& program) {
 BackupContent ReadBackup(FaultComputer& computer, const std::string& path) {
   BackupContent content;
   Program program(computer.memory.platform());
-  BackupFile file(program, path, "");
+  BackupFile file(program, path, kPassword);
   if (file.Test() != zip::Result::kDone) return content;
   const std::map<std::string, MemberContent> entries = EntriesOf(file);
   const FoundTable found = file.Table();
@@ -98,7 +111,10 @@ BackupContent ReadBackup(FaultComputer& computer, const std::string& path) {
   for (const TableMember& member : found.table->members) {
     const auto entry = entries.find(member.entry);
     const MemberContent told{member.size, member.crc};
-    if (entry == entries.end() || !(entry->second == told)) content.is_whole = false;
+    if (entry == entries.end() || entry->second.size != told.size ||
+        (entry->second.crc != 0 && entry->second.crc != told.crc)) {
+      content.is_whole = false;
+    }
     content.members[{found.table->items.at(member.item).path, member.inner}] = told;
   }
   return content;

@@ -15,10 +15,18 @@ namespace quorvale::fault_test {
 
 inline constexpr char kArchive[] = "C:\\Backups\\Job.obk";
 
+// How a backup is made.
+struct BackupWay {
+  bool with_password = false;
+  bool for_discs = false;  // in parts, which wait for their discs
+  bool with_log = false;
+  bool on_vista = false;  // exports ask for raised rights
+};
+
 // The job of all items: what the pages commit, up to the review page's Next.
-void CommitBackup(Program& program);
-// The archive's name is settled and the settings file is staged; then the engine runs to its end.
-// The account is the program's.
+void CommitBackup(Program& program, const BackupWay& way = {});
+// The archive's name is settled, settings file and log are written; then the engine runs to its
+// end. The account is the program's.
 BackupResult RunBackup(Program& program);
 
 // A member of a backup, by the tree path of its item and its path below the item.

@@ -53,10 +53,10 @@ void CommitFacts(Program& program) {
   program.session().gAppDataPath = kAppData;
 }
 
-FaultComputer::FaultComputer()
-    : one_thread_{memory.registry,  memory.files,    memory.shell, memory.system,
-                  memory.processes, memory.services, memory.ftp,   memory.discs,
-                  memory.scheduler, threads_,        memory.ui} {
+FaultComputer::FaultComputer(int processors)
+    : threads_(processors), real_{memory.registry,  memory.files,    memory.shell, memory.system,
+                                  memory.processes, memory.services, memory.ftp,   memory.discs,
+                                  memory.scheduler, threads_,        memory.ui} {
   memory.system.environment = {{"UserProfile", kProfile}, {"appdata", Home("Application Data")}};
   memory.shell.folders = {{special_folder::kPrograms, Home("Start Menu\\Programs")},
                           {special_folder::kDocuments, Home("My Documents")},

@@ -29,8 +29,9 @@ struct Contents {
 
 class FaultComputer {
  public:
-  // A new system. What a person has on it comes from the two below.
-  FaultComputer();
+  // A new system. What a person has on it comes from the two below. With one processor all work is
+  // done by the caller, and the Nth call is the same one in each run.
+  explicit FaultComputer(int processors = 1);
   FaultComputer(const FaultComputer&) = delete;
   FaultComputer& operator=(const FaultComputer&) = delete;
 
@@ -47,10 +48,13 @@ class FaultComputer {
   MemoryPlatform memory;
 
  private:
-  // All work is done by the caller, so that the Nth call is the same one in each run.
-  class NoWorkers : public SystemThreads {
+  class Processors : public SystemThreads {
    public:
-    int ProcessorCount() override { return 1; }
+    explicit Processors(int count) : count_(count) {}
+    int ProcessorCount() override { return count_; }
+
+   private:
+    int count_;
   };
 
   void PutText(RegistryRoot root, const std::string& key, const std::string& name,
@@ -58,12 +62,12 @@ class FaultComputer {
   void FillMailProfile(const std::string& data_file);
   void CollectValues(RegistryRoot root, const std::string& key, Contents* contents);
 
-  NoWorkers threads_;
-  Platform one_thread_;
+  Processors threads_;
+  Platform real_;
 
  public:
   // What the program is to see.
-  FaultyPlatform faults{one_thread_};
+  FaultyPlatform faults{real_};
 
  private:
   MemoryRegistryEditor editor_{memory.shell, faults.files, faults.registry, memory.system};
