@@ -23,9 +23,10 @@ void RegistryEditor::Export(const std::string& file, const std::string& key,
   if (run != 0) runs_.push_back(run);
 }
 
-void RegistryEditor::Import(const std::string& file) {
+bool RegistryEditor::Import(const std::string& file) {
   const RunId run = shell_.Run("regedit.exe /s /c " + Quoted(file), WindowStyle::kHidden);
   if (run != 0) runs_.push_back(run);
+  return run != 0;
 }
 
 void RegistryEditor::WaitForRuns() {

@@ -18,8 +18,9 @@ class RegistryEditor {
 
   // Exports a key with all below it into a file. `with_raised_rights` asks the shell's "runas".
   void Export(const std::string& file, const std::string& key, bool with_raised_rights);
-  // Imports a file.
-  void Import(const std::string& file);
+  // Imports a file. False if the editor could not be started; what it did with the file is seen in
+  // the registry when its run has ended.
+  bool Import(const std::string& file);
   // Lets the outstanding runs end, pumping messages, for at most 30 seconds each.
   void WaitForRuns();
 

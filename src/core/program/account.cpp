@@ -52,11 +52,13 @@ void Account::Begin(AccountRun run, const std::string& name, const std::string& 
 }
 
 void Account::BeginItem(const std::string& path, const std::string& key) {
-  items_.push_back({path, key, 0});
+  const auto [place, is_new] = places_.emplace(path + "\n" + key, items_.size());
+  if (is_new) items_.push_back({path, key, 0});
+  item_ = place->second;
 }
 
 void Account::CountGood(std::uint64_t count) {
-  if (!items_.empty()) items_.back().good += count;
+  if (!items_.empty()) items_[item_].good += count;
 }
 
 void Account::Add(AccountEntry entry) { entries_.push_back(std::move(entry)); }

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace quorvale {
@@ -108,6 +109,8 @@ class Account {
   AccountReason why_ = AccountReason::kNone;
   std::string detail_;
   std::vector<AccountItem> items_;
+  std::unordered_map<std::string, std::size_t> places_;  // in items_, by path and key
+  std::size_t item_ = 0;                                 // at work: a place in items_
   std::vector<AccountEntry> entries_;
 };
 

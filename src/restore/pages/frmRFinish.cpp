@@ -5,6 +5,7 @@
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
 #include "restore/run/internet_explorer_restore.h"
 #include "restore/run/restore_places.h"
 #include "restore/run/user_files_restore.h"
@@ -205,6 +206,7 @@ void frmRFinish::TAKEALLRESTORE() {
   pbCurrent.value = 10;
   const RestoreResult result = run_.Run();
   running_ = false;
+  KeepAccount(app_);
   // Without a page nobody is left to tell; what was restored stays.
   if (gone_ || app_.Ended()) return;
   LeftInRestoreFolder = result.left_in_restore_folder;

@@ -29,36 +29,54 @@ bool Agrees(const TableMember& member, const zip::Entry* entry) {
 
 }  // namespace
 
-void BackupMembers::Read(BackupFile& backup) {
+zip::Result BackupMembers::Read(BackupFile& backup) {
   *this = BackupMembers();
   names_.Read(backup);
   const FoundTable found = backup.Table();
   has_table_ = found.is_there;
   std::vector<zip::Entry> entries;
-  if (found.table == nullptr || backup.Members(&entries) != zip::Result::kDone) return;
+  const zip::Result result = backup.Members(&entries);
+  if (found.table == nullptr || result != zip::Result::kDone) return result;
   table_ = found.table;
   TakeTable(*table_, entries);
+  return result;
+}
+
+bool BackupMembers::Holds(const TableMember& member, const EntriesByName& entries) {
+  const bool is_folder = member.kind == TableMember::Kind::kFolder;
+  const auto entry = entries.find(FoldCase(member.entry + (is_folder ? "\\" : "")));
+  if (entry == entries.end() || !Agrees(member, entry->second)) return false;
+  return member.inner.empty() || IsSafeBelow(member.inner);
 }
 
 void BackupMembers::TakeTable(const MemberTable& table, const std::vector<zip::Entry>& entries) {
   rows_.resize(table.items.size());
+  gaps_.resize(table.items.size());
   for (size_t i = 0; i < table.items.size(); ++i) {
     items_.emplace(IdOf(table.items[i].path, WithoutRowNumbers(table.items[i].key)), i);
   }
   const auto by_name = ByName(entries);
   for (size_t i = 0; i < table.members.size(); ++i) {
     const TableMember& member = table.members[i];
-    const bool is_folder = member.kind == TableMember::Kind::kFolder;
-    const auto entry = by_name.find(FoldCase(member.entry + (is_folder ? "\\" : "")));
-    if (entry == by_name.end() || !Agrees(member, entry->second)) continue;
-    if (!member.inner.empty() && !IsSafeBelow(member.inner)) continue;
-    rows_[member.item].push_back(static_cast<std::uint32_t>(i));
+    if (Holds(member, by_name)) {
+      rows_[member.item].push_back(static_cast<std::uint32_t>(i));
+    } else {
+      gaps_[member.item].push_back({member.inner, "", true});
+    }
+  }
+  for (const TableGap& gap : table.gaps) {
+    gaps_[gap.item].push_back({gap.inner, gap.reason, false});
   }
 }
 
 const std::vector<std::uint32_t>* BackupMembers::RowsOf(const RestoreOrigin& origin) const {
   const auto found = items_.find(IdOf(origin.path, origin.key));
   return found == items_.end() ? nullptr : &rows_[found->second];
+}
+
+std::vector<MemberGap> BackupMembers::Gaps(const RestoreOrigin& origin) const {
+  const auto found = items_.find(IdOf(origin.path, origin.key));
+  return found == items_.end() ? std::vector<MemberGap>() : gaps_[found->second];
 }
 
 const TableMember* BackupMembers::Single(const RestoreOrigin& origin) const {

@@ -5,6 +5,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "restore/run/import_check.h"
 #include "restore/run/restore_places.h"
 #include "restore/run/safe_target.h"
 
@@ -27,29 +28,34 @@ std::string TextBehind(const std::string& name, const std::string& prefix) {
 
 }  // namespace
 
-Extractor::Extractor(Program& program, const RestoreJob& job, RunMonitor& monitor)
-    : program_(program), job_(job), monitor_(monitor) {}
+Extractor::Extractor(Program& program, const RestoreJob& job, RunMonitor& monitor,
+                     RestoreAccount& account)
+    : program_(program), job_(job), monitor_(monitor), account_(account) {}
 
-void Extractor::Open() {
+AccountReason Extractor::Open() {
   if (!job_.restore_settings_file.empty()) {
     staged_.push_back({job_.restore_settings_file, ParentFolder(job_.restore_settings_file)});
   }
-  if (!program_.files().FileExists(job_.gRestoreFilePath)) return;
+  if (!program_.files().FileExists(job_.gRestoreFilePath)) return AccountReason::kMissing;
   const std::string folder = RestoreFolder(program_, job_);
+  // Where it cannot be made, each file that was to go there says so.
   program_.files().MakeFolderChain(folder);
   backup_ = std::make_unique<BackupFile>(program_, job_.gRestoreFilePath, job_.gRestorePassword);
   archive_ = &backup_->Unpacker(folder);
   ConnectEvents(*archive_);
   // A page has refused a bad file already; what is damaged since is left out member by member.
   backup_->Test([this] { return monitor_.KeepGoing(); });
-  if (monitor_.KeepGoing()) members_.Read(*backup_);
+  const bool is_read = !monitor_.KeepGoing() || members_.Read(*backup_) == zip::Result::kDone;
   // The calls before have used some of the events themselves.
   ConnectEvents(*archive_);
   backup_->Unpacker(folder);
+  return is_read ? AccountReason::kNone : AccountReason::kDamaged;
 }
 
 void Extractor::ConnectEvents(zip::Archive& archive) {
   archive.on_before_file = [this](zip::BeforeFile& file) { BeforeFile(file); };
+  archive.on_warning = [this](const zip::Warning& warning) { TellWarning(warning); };
+  archive.on_unzipped = [this](const zip::UnzippedFile& file) { TellUnzipped(file); };
   archive.on_file_progress = [this, &archive](int percent) {
     monitor_.events().percent(percent);
     if (!monitor_.KeepGoing()) archive.abort = true;
@@ -103,57 +109,84 @@ bool Extractor::HoldsItem(const RestoreOrigin& origin) const {
   return PlaceOfMember(origin, EntryOf(origin)).has_value();
 }
 
-bool Extractor::ExtractFile(const RestoreOrigin& origin, const std::string& target) {
-  if (!HoldsItem(origin) || !IsSafeTarget(target)) return false;
-  program_.files().MakeFolderChain(ParentFolder(target));
-  if (members_.HasTable()) return ExtractMembers({members_.Single(origin)}, {target});
+bool Extractor::HoldsAny(const RestoreOrigin& origin) const {
   const ItemEntry entry = EntryOf(origin);
-  if (!IsSafeBelow(entry.name)) return false;
-  Extraction extraction;
+  if (entry.kind != ItemEntry::Kind::kFolder) return HoldsItem(origin);
+  if (members_.HasTable()) return !members_.Below(origin).empty();
+  return members_.names().Has(MemberName(entry.name) + "\\*");
+}
+
+bool Extractor::ExtractFile(const RestoreOrigin& origin, const std::string& target) {
+  return ExtractSingle(origin, target, target, {});
+}
+
+bool Extractor::ExtractSingle(const RestoreOrigin& origin, const std::string& target,
+                              const std::string& belongs, Extraction extraction) {
+  if (!HoldsItem(origin)) return false;
+  account_.BeginItem(origin);
+  const ItemEntry entry = EntryOf(origin);
+  if (!IsSafeTarget(target) || (!members_.HasTable() && !IsSafeBelow(entry.name))) {
+    account_.NotRestored(AccountReason::kNoName, belongs);
+    return false;
+  }
+  if (members_.HasTable()) {
+    return ExtractMembers({{members_.Single(origin), target, belongs}}, std::move(extraction));
+  }
   extraction.target = target;
   extraction.nth = *PlaceOfMember(origin, entry);
+  extraction.pending.emplace(FoldCase(MemberName(entry.name)), belongs);
   const zip::Result result = Extract({MemberName(entry.name)}, std::move(extraction));
   return extraction_.written == 1 &&
          (result == zip::Result::kDone || result == zip::Result::kWarnings);
 }
 
 bool Extractor::ExtractFolder(const RestoreOrigin& origin, const std::string& target) {
-  if (!IsSafeTarget(target)) return false;
-  if (!members_.HasTable()) return ExtractNamed(EntryOf(origin).name, target);
-  const std::vector<const TableMember*> members = members_.Below(origin);
-  std::vector<std::string> targets;
-  for (const TableMember* member : members) {
-    targets.push_back(WithoutBackslash(WithBackslash(target) + member->inner));
+  if (!HoldsAny(origin)) return false;
+  account_.BeginItem(origin);
+  if (!IsSafeTarget(target)) {
+    account_.NotRestored(AccountReason::kNoName, target, AccountThing::kFolder);
+    return false;
   }
-  ExtractMembers(members, targets);
+  if (!members_.HasTable()) return ExtractNamed(EntryOf(origin).name, target, true);
+  std::vector<MemberWay> ways;
+  for (const TableMember* member : members_.Below(origin)) {
+    const std::string place = WithoutBackslash(WithBackslash(target) + member->inner);
+    ways.push_back({member, place, place});
+  }
+  ExtractMembers(ways, {});
   return extraction_.written > 0;
 }
 
-bool Extractor::ExtractNamed(const std::string& entry, const std::string& target) {
-  const std::string member = MemberName(entry);
-  if (!IsSafeBelow(entry) || !members_.names().Has(member + "\\*")) return false;
+bool Extractor::ExtractNamed(const std::string& entry, const std::string& target, bool is_home) {
+  if (!IsSafeBelow(entry) || !IsSafeTarget(target)) {
+    account_.NotRestored(AccountReason::kNoName, target, AccountThing::kFolder);
+    return false;
+  }
   Extraction extraction;
-  extraction.folder = member;
+  extraction.folder = MemberName(entry);
   extraction.target = WithoutBackslash(target);
-  Extract({member + "\\*"}, std::move(extraction));
+  extraction.is_home = is_home;
+  Extract({MemberName(entry) + "\\*"}, std::move(extraction));
   return extraction_.written > 0;
 }
 
-bool Extractor::ExtractMembers(const std::vector<const TableMember*>& members,
-                               const std::vector<std::string>& targets) {
+bool Extractor::ExtractMembers(const std::vector<MemberWay>& ways, Extraction extraction) {
   extraction_ = {};
-  if (members.empty()) return false;
+  if (ways.empty()) return false;
   std::vector<std::string> names;
-  Extraction extraction;
-  for (size_t i = 0; i < members.size(); ++i) {
-    const bool is_folder = members[i]->kind == TableMember::Kind::kFolder;
-    names.push_back(members[i]->entry + (is_folder ? "\\" : ""));
-    extraction.targets.emplace(FoldCase(members[i]->entry), targets[i]);
+  for (const MemberWay& way : ways) {
+    const bool is_folder = way.member->kind == TableMember::Kind::kFolder;
+    names.push_back(way.member->entry + (is_folder ? "\\" : ""));
+    const std::string name = FoldCase(way.member->entry);
+    extraction.targets.emplace(name, way.target);
+    extraction.pending.emplace(name, way.belongs);
   }
   const zip::Result result = Extract(names, std::move(extraction));
-  return extraction_.written == members.size() &&
+  return extraction_.written == ways.size() &&
          (result == zip::Result::kDone || result == zip::Result::kWarnings);
 }
+
+// What cannot go home. --------------------------------------------------------------------------
 
 std::string Extractor::LeftPath(const RestoreOrigin& origin, const std::string& folder) {
   const std::string root =
@@ -166,25 +199,55 @@ std::string Extractor::LeftPath(const RestoreOrigin& origin, const std::string& 
   return path;
 }
 
-bool Extractor::KeepFolder(const RestoreOrigin& origin) {
-  const std::string root = FolderForLeftItems(program_, job_) + "\\";
-  if (!members_.HasTable()) {
-    const std::string entry = EntryOf(origin).name;
-    const std::string target = root + MemberName(entry);
-    return IsSafeTarget(target) && ExtractNamed(entry, target);
-  }
-  std::vector<const TableMember*> members;
-  std::vector<std::string> targets;
-  for (const TableMember* member : members_.Below(origin)) {
-    const std::string behind_stem = member->entry.substr(member->entry.find('\\') + 1);
-    const std::string target = root + BackupBaseName(job_) + "\\" + behind_stem;
-    if (!IsSafeTarget(target)) continue;
-    members.push_back(member);
-    targets.push_back(target);
-  }
-  ExtractMembers(members, targets);
-  return extraction_.written > 0;
+bool Extractor::KeepFile(const RestoreOrigin& origin, const std::string& folder) {
+  const std::string place = LeftPath(origin, folder);
+  Extraction extraction;
+  extraction.is_home = false;
+  if (!ExtractSingle(origin, place, origin.key, std::move(extraction))) return false;
+  account_.PutElsewhere(AccountReason::kNoPlace, origin.key, place, AccountThing::kFile);
+  return true;
 }
+
+bool Extractor::KeepFolder(const RestoreOrigin& origin) {
+  if (!HoldsAny(origin)) return false;
+  account_.BeginItem(origin);
+  const std::string root = FolderForLeftItems(program_, job_) + "\\";
+  std::string place;
+  if (members_.HasTable()) {
+    place = KeepMembers(origin, root + BackupBaseName(job_) + "\\");
+  } else {
+    const std::string entry = EntryOf(origin).name;
+    if (ExtractNamed(entry, root + MemberName(entry), false)) place = root + MemberName(entry);
+  }
+  if (place.empty()) return false;
+  account_.PutElsewhere(AccountReason::kNoPlace, origin.key, place, AccountThing::kFolder);
+  return true;
+}
+
+std::string Extractor::KeepMembers(const RestoreOrigin& origin, const std::string& root) {
+  std::vector<MemberWay> ways;
+  std::string place;
+  for (const TableMember* member : members_.Below(origin)) {
+    const std::string target = root + member->entry.substr(member->entry.find('\\') + 1);
+    const std::string belongs = WithoutBackslash(WithBackslash(origin.key) + member->inner);
+    if (!IsSafeTarget(target)) {
+      account_.NotRestored(AccountReason::kNoName, belongs);
+      continue;
+    }
+    if (place.empty()) {
+      // The item's own folder, above all that stands below it.
+      const size_t below = member->inner.empty() ? 0 : member->inner.size() + 1;
+      place = target.substr(0, target.size() - below);
+    }
+    ways.push_back({member, target, belongs});
+  }
+  Extraction extraction;
+  extraction.is_home = false;
+  ExtractMembers(ways, std::move(extraction));
+  return extraction_.written > 0 ? place : "";
+}
+
+// The archive component. ------------------------------------------------------------------------
 
 zip::Result Extractor::Extract(const std::vector<std::string>& members, Extraction extraction) {
   if (archive_ == nullptr) return zip::Result::kFailed;
@@ -193,7 +256,9 @@ zip::Result Extractor::Extract(const std::vector<std::string>& members, Extracti
   archive_->skip_existing = false;
   archive_->every_of_one_name = extraction_.targets.empty() && extraction_.folder.empty();
   archive_->offer_unusual_names = true;
-  return archive_->Unzip();
+  const zip::Result result = archive_->Unzip();
+  TellPending(result);
+  return result;
 }
 
 void Extractor::BeforeFile(zip::BeforeFile& file) {
@@ -206,7 +271,6 @@ void Extractor::BeforeFile(zip::BeforeFile& file) {
     file.exclude = target == extraction_.targets.end();
     if (!file.exclude) file.destination = target->second;
   }
-  if (!file.exclude) ++extraction_.written;
 }
 
 void Extractor::SendNamed(zip::BeforeFile& file) {
@@ -218,6 +282,59 @@ void Extractor::SendNamed(zip::BeforeFile& file) {
   const std::string rest = WithoutBackslash(TextBehind(file.source, extraction_.folder));
   file.destination = extraction_.target + rest;
   file.exclude = !rest.empty() && !IsSafeBelow(rest.substr(1));
+  if (file.exclude) {
+    account_.NotRestored(AccountReason::kNoName, file.destination);
+  } else {
+    extraction_.pending.emplace(FoldCase(WithoutBackslash(file.source)), file.destination);
+  }
+}
+
+AccountThing Extractor::ThingOf(bool is_folder) const {
+  if (extraction_.is_registry) return AccountThing::kRegistryKey;
+  return is_folder ? AccountThing::kFolder : AccountThing::kFile;
+}
+
+void Extractor::TellUnzipped(const zip::UnzippedFile& file) {
+  ++extraction_.written;
+  extraction_.pending.erase(FoldCase(WithoutBackslash(file.entry_name)));
+  if (extraction_.is_home && !file.is_folder) account_.Good();
+}
+
+void Extractor::TellWarning(const zip::Warning& warning) {
+  if (archive_->current_operation() != zip::Operation::kUnzipping) return;
+  const AccountThing thing = ThingOf(warning.name.ends_with("\\"));
+  const auto pending = extraction_.pending.find(FoldCase(WithoutBackslash(warning.name)));
+  if (pending != extraction_.pending.end()) {
+    account_.NotRestored(warning, pending->second, thing);
+    extraction_.pending.erase(pending);
+  } else if (warning.reason == zip::WarningReason::kUnsafe) {
+    account_.NotRestored(warning, warning.name, thing);
+  }
+}
+
+void Extractor::TellPending(zip::Result result) {
+  AccountReason why = AccountReason::kDamaged;
+  std::string detail;
+  if (result == zip::Result::kDone || result == zip::Result::kWarnings) {
+    why = AccountReason::kNotInBackup;
+  } else if (result == zip::Result::kNoSpace) {
+    why = AccountReason::kNoRoom;
+  } else if (result == zip::Result::kAborted) {
+    why = AccountReason::kStopped;
+  } else if (!program_.files().FileExists(job_.gRestoreFilePath)) {
+    why = AccountReason::kMissing;
+    detail = job_.gRestoreFilePath;
+  }
+  for (const auto& [entry, belongs] : extraction_.pending) {
+    account_.NotRestored(why, belongs, ThingOf(false), detail);
+  }
+  extraction_.pending.clear();
+  // Without a table nobody knows what else would have come of a folder.
+  const bool ended_early = why == AccountReason::kNoRoom || why == AccountReason::kStopped;
+  const bool told_nothing = extraction_.written == 0 && why == AccountReason::kMissing;
+  if (!extraction_.folder.empty() && (ended_early || told_nothing)) {
+    account_.NotRestored(why, extraction_.target, AccountThing::kFolder, detail);
+  }
 }
 
 void Extractor::SettleAfterExtract() {
@@ -227,25 +344,44 @@ void Extractor::SettleAfterExtract() {
 
 // Registry files. ------------------------------------------------------------------------------
 
-void Extractor::ImportRegFile(const std::string& folder, const std::string& name) {
+bool Extractor::ImportRegFile(const std::string& folder, const std::string& name) {
   std::string file = WithoutBackslash(folder) + "\\" + ReplaceAll(name, " ", "_") + ".reg";
   if (EndsWithNoCase(file, ".reg.reg")) file.resize(file.size() - 4);
-  RunRegImport(file);
+  return RunRegImport(file);
 }
 
-void Extractor::RunRegImport(const std::string& file) { program_.registry_editor().Import(file); }
+bool Extractor::RunRegImport(const std::string& file) {
+  return program_.registry_editor().Import(file);
+}
 
 bool Extractor::RestoreRegistryItem(const RestoreOrigin& origin) {
   const ItemEntry entry = EntryOf(origin);
   if (entry.kind != ItemEntry::Kind::kRegistry) return false;
   const std::string file = StagedPath(entry.name);
   // A file that the registry editor may still be reading is not replaced under its hands.
-  if (program_.files().FileExists(file)) program_.registry_editor().WaitForRuns();
-  if (!ExtractFile(origin, file)) return false;
+  if (program_.files().FileExists(file)) FinishImports();
+  Extraction extraction;
+  extraction.is_home = false;
+  extraction.is_registry = true;
+  if (!ExtractSingle(origin, file, origin.key, std::move(extraction))) return false;
   staged_.push_back({file, StagingRoot() + BackupBaseName(job_)});
   SettleAfterExtract();
-  ImportRegFile(ParentFolder(file), FileNameOf(file));
+  imports_.push_back({origin, file, ImportRegFile(ParentFolder(file), FileNameOf(file))});
   return true;
+}
+
+void Extractor::FinishImports() {
+  program_.registry_editor().WaitForRuns();
+  // A pump may have begun more of them.
+  for (const Import& import : std::exchange(imports_, {})) {
+    account_.BeginItem(import.origin);
+    if (import.started && ImportTook(program_, import.file)) {
+      account_.Good();
+    } else {
+      account_.NotRestored(AccountReason::kImportRefused, import.origin.key,
+                           AccountThing::kRegistryKey);
+    }
+  }
 }
 
 void Extractor::RemoveStaged() {

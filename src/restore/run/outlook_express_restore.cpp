@@ -129,6 +129,9 @@ void OutlookExpressRestore::RestoreOwnBook(const RestoreOrigin& origin, const st
     }
   }
   const bool done = tools_.extractor.ExtractFile(origin, place);
+  if (done && place != target) {
+    tools_.account.PutElsewhere(AccountReason::kPlaceTaken, target, place, AccountThing::kFile);
+  }
   tools_.extractor.SettleAfterExtract();
   if (!kept.empty() && (!done || HaveOneContent(files, kept, target))) {
     files.files().RemoveFile(kept, true);

@@ -110,7 +110,9 @@ void OutlookRestore::PlanDataFile(const std::string& old_path, const std::string
 void OutlookRestore::RestoreDataFile(const RestoreOrigin& origin) {
   const std::string target = restored_.Find(origin.key);
   if (target.empty()) return;
-  if (!extracted_.contains(FoldCase(target))) {
+  if (extracted_.contains(FoldCase(target))) {
+    NoteRestoredBefore(origin);
+  } else {
     const bool done = tools_.extractor.ExtractFile(origin, target);
     tools_.extractor.SettleAfterExtract();
     if (!done) return;
@@ -120,6 +122,11 @@ void OutlookRestore::RestoreDataFile(const RestoreOrigin& origin) {
   if (tools_.result.data_files.size() < kLongestDataFileTable) {
     tools_.result.data_files.emplace_back(target, ProfileOf(origin));
   }
+}
+
+void OutlookRestore::NoteRestoredBefore(const RestoreOrigin& origin) {
+  tools_.account.BeginItem(origin);
+  tools_.account.Good();
 }
 
 void OutlookRestore::KeepPointedFiles() {
@@ -144,7 +151,9 @@ void OutlookRestore::RestoreLooseFile(const RestoreOrigin& origin) {
   const std::string home = HomeOfGroup(origin.path);
   if (home.empty()) return;
   const std::string planned = tools_.job.gRestoreToDefaultFolders ? restored_.Find(origin.key) : "";
-  if (!planned.empty() && !extracted_.insert(FoldCase(planned)).second) return;
+  if (!planned.empty() && !extracted_.insert(FoldCase(planned)).second) {
+    return NoteRestoredBefore(origin);
+  }
   tools_.extractor.ExtractFile(origin,
                                planned.empty() ? home + "\\" + FileNameOf(origin.key) : planned);
 }
@@ -158,7 +167,7 @@ std::string OutlookRestore::DataFolder() const {
 void OutlookRestore::RewriteProfilePaths(const std::string& profile, const std::string& folder) {
   Program& program = tools_.program;
   // The repair reads what the import wrote.
-  program.registry_editor().WaitForRuns();
+  tools_.extractor.FinishImports();
   if (!EqualsNoCase(profile, repaired_)) program.session().gOutlookProfileEdited = false;
   repaired_ = profile;
   // A data file that nobody asked to restore, and that is still there, stays in use.

@@ -27,6 +27,8 @@ class OutlookRestore {
                     const std::string& folder_in_profile);
   void RestoreDataFile(const RestoreOrigin& origin);
   void RestoreLooseFile(const RestoreOrigin& origin);
+  // Another item brought the same file.
+  void NoteRestoredBefore(const RestoreOrigin& origin);
   // Where the files are to stay in the restore folder: puts there what else the profiles were
   // pointed at.
   void KeepPointedFiles();

@@ -1,9 +1,12 @@
 #include "restore/run/restore_run.h"
 
+#include <set>
+#include <string>
 #include <utility>
 
 #include "base/paths.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
 #include "restore/run/internet_explorer_restore.h"
 #include "restore/run/user_files_restore.h"
 
@@ -29,9 +32,11 @@ constexpr PhaseStep kPhases[] = {
 
 RestoreRun::RestoreRun(Program& program, const RestoreJob& job, RestoreEvents events)
     : program_(program),
+      job_(job),
       monitor_(program, std::move(events)),
-      extractor_(program, job, monitor_),
-      tools_{program, job, monitor_, extractor_, result_},
+      account_(program),
+      extractor_(program, job, monitor_, account_),
+      tools_{program, job, monitor_, extractor_, result_, account_},
       outlook_express_(tools_),
       outlook_(tools_),
       windows_mail_(tools_, outlook_) {}
@@ -39,15 +44,50 @@ RestoreRun::RestoreRun(Program& program, const RestoreJob& job, RestoreEvents ev
 RestoreResult RestoreRun::Run() {
   monitor_.Restart();
   result_ = {};
+  account_.Begin(job_);
   const bool finished = RunPhases();
   // The registry editor may still be reading what is staged.
-  program_.registry_editor().WaitForRuns();
+  extractor_.FinishImports();
   outlook_express_.PointIdentityAtStore();
   if (finished && monitor_.KeepGoing()) {
     SetLastRestore();
     result_.outcome = RestoreOutcome::kDone;
   }
+  EndAccount();
   return result_;
+}
+
+void RestoreRun::EndAccount() {
+  TellRest();
+  const std::string now = AccountMoment(program_);
+  if (result_.outcome == RestoreOutcome::kStopped) {
+    program_.account().End(AccountEnd::kStopped, now);
+  } else if (why_failed_ == AccountReason::kNone) {
+    program_.account().End(AccountEnd::kDone, now);
+  } else {
+    program_.account().End(AccountEnd::kFailed, now, why_failed_, job_.gRestoreFilePath);
+  }
+}
+
+// A backup that cannot be read holds nothing, and a stopped run did not look.
+void RestoreRun::TellRest() {
+  AccountReason why = why_failed_;
+  if (result_.outcome == RestoreOutcome::kStopped) why = AccountReason::kStopped;
+  std::set<std::pair<std::string, std::string>> told;
+  for (const RestoreItem& item : job_.restore_items) {
+    const RestoreOrigin& origin = item.origin;
+    if (origin.path.empty() || !told.insert({origin.path, origin.key}).second) continue;
+    if (extractor_.EntryOf(origin).kind == ItemEntry::Kind::kNone) continue;
+    const std::vector<MemberGap> gaps = extractor_.members().Gaps(origin);
+    if (account_.HadItsTurn(origin) || (why == AccountReason::kNone && !gaps.empty())) {
+      account_.TellGaps(origin, gaps);
+    } else if (why != AccountReason::kNone) {
+      account_.TellNone(origin, why);
+    } else {
+      account_.TellNone(origin, extractor_.HoldsAny(origin) ? AccountReason::kNoPlace
+                                                            : AccountReason::kNotInBackup);
+    }
+  }
 }
 
 bool RestoreRun::RunPhases() {
@@ -66,7 +106,7 @@ bool RestoreRun::DeleteRestoreFolder(const std::string& folder) {
   return !program_.files().FolderExists(WithoutBackslash(folder));
 }
 
-void RestoreRun::PrepareArchive() { extractor_.Open(); }
+void RestoreRun::PrepareArchive() { why_failed_ = extractor_.Open(); }
 
 void RestoreRun::RestoreWindowsMail() { windows_mail_.RestoreWindowsMail(); }
 

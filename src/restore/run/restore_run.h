@@ -12,6 +12,7 @@
 #include "restore/run/extractor.h"
 #include "restore/run/outlook_express_restore.h"
 #include "restore/run/outlook_restore.h"
+#include "restore/run/restore_account.h"
 #include "restore/run/restore_events.h"
 #include "restore/run/restore_tools.h"
 #include "restore/run/run_monitor.h"
@@ -26,7 +27,8 @@ class RestoreRun {
   RestoreRun(const RestoreRun&) = delete;
   RestoreRun& operator=(const RestoreRun&) = delete;
 
-  // All phases in their order. What a stopped run restored stays, and so does what it staged.
+  // All phases in their order. What a stopped run restored stays, and so does what it staged. The
+  // program's account is then this run's, and has ended.
   RestoreResult Run();
   // Removes what the run staged. True when `folder` is gone then.
   bool DeleteRestoreFolder(const std::string& folder);
@@ -52,11 +54,17 @@ class RestoreRun {
  private:
   // False when the run was stopped.
   bool RunPhases();
+  // Tells the account of the items that no step had a turn for.
+  void TellRest();
+  void EndAccount();
 
   Program& program_;
+  const RestoreJob& job_;
   RunMonitor monitor_;
+  RestoreAccount account_;
   Extractor extractor_;
   RestoreResult result_;
+  AccountReason why_failed_ = AccountReason::kNone;
   RestoreTools tools_;
   OutlookExpressRestore outlook_express_;
   OutlookRestore outlook_;

@@ -17,6 +17,7 @@ struct RestoreTools {
   RunMonitor& monitor;
   Extractor& extractor;
   RestoreResult& result;
+  RestoreAccount& account;
 
   const RestoreOrigin& OriginOf(const RestoreRow& row) const {
     return job.restore_items.at(row.node).origin;

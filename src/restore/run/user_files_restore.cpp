@@ -40,6 +40,7 @@ bool DriveIsThere(Files& files, const std::string& path) {
   return space && space->free_bytes > 0;
 }
 
+// "" where it has no home here.
 std::string TargetOfAddedFile(const RestoreTools& tools, const RestoreOrigin& origin) {
   const std::string& location = origin.key;
   Program& program = tools.program;
@@ -55,9 +56,7 @@ std::string TargetOfAddedFile(const RestoreTools& tools, const RestoreOrigin& or
     if (program.files().FolderExists(extractPath(program, location))) return location;
     return shell.SpecialFolder(special_folder::kDocuments) + restPath(program, location);
   }
-  if (DriveIsThere(program.platform().files, location)) return location;
-  tools.result.left_in_restore_folder = true;
-  return tools.extractor.LeftPath(origin, "Added more Files");
+  return DriveIsThere(program.platform().files, location) ? location : "";
 }
 
 // Puts a folder's tree where items stay that cannot go home.
@@ -135,7 +134,11 @@ void RestoreOtherFiles(const RestoreTools& tools, const RestoreRow& row) {
   if (entry.kind != ItemEntry::Kind::kFile || !tools.extractor.HoldsItem(origin)) return;
   const std::string target = TargetOfAddedFile(tools, origin);
   tools.monitor.events().item(row.item);
-  tools.extractor.ExtractFile(origin, target);
+  if (!target.empty()) {
+    tools.extractor.ExtractFile(origin, target);
+  } else if (tools.extractor.KeepFile(origin, "Added more Files")) {
+    tools.result.left_in_restore_folder = true;
+  }
 }
 
 void OFolder(const RestoreTools& tools) {

@@ -51,6 +51,7 @@ class HostileBench {
   std::vector<std::string> OwnFiles() {
     std::vector<std::string> found;
     for (const std::string& path : machine.AllBelow(machine.session().gAppDataPath)) {
+      if (Contains(FoldCase(path), "\\logs\\accounts\\")) continue;
       if (!path.ends_with("\\") && !path.ends_with("\\Job\\Job.xml")) found.push_back(path);
     }
     return found;
