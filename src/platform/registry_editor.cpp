@@ -29,7 +29,8 @@ bool RegistryEditor::Import(const std::string& file) {
   return run != 0;
 }
 
-void RegistryEditor::WaitForRuns() {
+bool RegistryEditor::WaitForRuns() {
+  bool all_ended = true;
   // A handler that runs inside a pump may start further runs, or wait itself.
   while (!runs_.empty()) {
     const RunId run = runs_.front();
@@ -38,8 +39,10 @@ void RegistryEditor::WaitForRuns() {
       pump_();
       system_.Sleep(kPause);
     }
+    all_ended = all_ended && !shell_.IsRunning(run);
     std::erase(runs_, run);
   }
+  return all_ended;
 }
 
 }  // namespace quorvale

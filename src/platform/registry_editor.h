@@ -21,8 +21,9 @@ class RegistryEditor {
   // Imports a file. False if the editor could not be started; what it did with the file is seen in
   // the registry when its run has ended.
   bool Import(const std::string& file);
-  // Lets the outstanding runs end, pumping messages, for at most 30 seconds each.
-  void WaitForRuns();
+  // Lets the outstanding runs end, pumping messages, for at most 30 seconds each. False if one was
+  // still at work then.
+  bool WaitForRuns();
 
  private:
   Shell& shell_;

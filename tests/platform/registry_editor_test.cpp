@@ -50,7 +50,7 @@ TEST_F(RegistryEditorTest, WaitLetsEveryRunEndAndPumps) {
   shell_.polls = 5;
   editor_.Export("C:\\a.reg", "HKEY_CURRENT_USER\\X", false);
   editor_.Export("C:\\b.reg", "HKEY_CURRENT_USER\\Y", true);
-  editor_.WaitForRuns();
+  EXPECT_TRUE(editor_.WaitForRuns());
   EXPECT_LT(shell_.left[1], 0);
   EXPECT_LT(shell_.left[2], 0);
   EXPECT_EQ(10, pumps_);
@@ -63,7 +63,7 @@ TEST_F(RegistryEditorTest, RunThatNeverEndsIsWaitedForThirtySeconds) {
   faulty_shell_.HangRuns(true);
   editor_.Import("C:\\a.reg");
   editor_.Import("C:\\b.reg");
-  editor_.WaitForRuns();
+  EXPECT_FALSE(editor_.WaitForRuns());
   EXPECT_GE(system_.ticks, 60000u);
   EXPECT_LT(system_.ticks, 61000u);
 }

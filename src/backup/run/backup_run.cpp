@@ -109,7 +109,11 @@ void BackupRun::RunOutlookPhase() {
   if (PhaseApplies(BackupPhase::kOutlook)) BackupOutlookItems();
 }
 
-void BackupRun::Settle() { program_.registry_editor().WaitForRuns(); }
+void BackupRun::Settle() {
+  if (program_.registry_editor().WaitForRuns()) return;
+  program_.account().Note(AccountReason::kImportRefused,
+                          "The registry editor did not end: settings may be missing.");
+}
 
 void BackupRun::RunArchivePhase() { MakeArchive(state().gBackupBasePath); }
 
