@@ -72,6 +72,12 @@ std::int64_t Round(const TaskTrigger& trigger) {
 
 }  // namespace
 
+bool HasOwnTriggers(const ScheduledTask& task) {
+  return std::none_of(task.triggers.begin(), task.triggers.end(), [](const TaskTrigger& trigger) {
+    return trigger.type == TaskTriggerType::kOther;
+  });
+}
+
 std::string TaskStatusText(std::uint32_t status) {
   switch (status) {
     case kTaskReady:

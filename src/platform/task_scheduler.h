@@ -39,6 +39,25 @@ struct ScheduledTask {
   std::optional<LocalTime> next_run;  // on reading; empty: none to come
 };
 
+// The fields of a job by the words that TaskCreation has for them.
+namespace task_field {
+inline constexpr char kApplication[] = "application";
+inline constexpr char kParameters[] = "parameters";
+inline constexpr char kComment[] = "comment";
+inline constexpr char kFlags[] = "flags";
+inline constexpr char kTrigger[] = "trigger";
+inline constexpr char kAccount[] = "account";
+}  // namespace task_field
+
+// What became of a job that was to be made.
+struct TaskCreation {
+  bool saved = false;
+  std::vector<std::string> refused;  // task_field words of what a saved job had to do without
+};
+
+// False if a trigger has a type that can only be read.
+bool HasOwnTriggers(const ScheduledTask& task);
+
 class TaskScheduler {
  public:
   virtual ~TaskScheduler() = default;
@@ -47,10 +66,11 @@ class TaskScheduler {
   // Nothing if there is no job of this name or it cannot be read. Names are matched without regard
   // to case.
   virtual std::optional<ScheduledTask> Read(const std::string& name) = 0;
-  // Saves a new job under its name with its fields, triggers and account (no password). False on
-  // failure, also if there is a job of this name; nothing half made stays then, and what was there
-  // is as it was.
-  virtual bool Create(const ScheduledTask& task) = 0;
+  // Saves a new job under its name with its fields, triggers and account (no password). A field
+  // that the scheduler does not take is left out and named. Not saved on any other failure, also
+  // if there is a job of this name, or if a trigger has a type that can't be made; what was there
+  // is as it was then.
+  virtual TaskCreation Create(const ScheduledTask& task) = 0;
   // False if there is no such job or it stays.
   virtual bool Delete(const std::string& name) = 0;
 };

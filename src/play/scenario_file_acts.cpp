@@ -185,7 +185,7 @@ std::string Task(ScenarioPlayer& player, const ScenarioAct& act) {
   trigger.type = TaskTriggerType::kDaily;
   trigger.begin = PlatformOf(player).system.Now();
   task.triggers.push_back(trigger);
-  return scheduler.Create(task) ? "" : "job " + act.path + " cannot be made";
+  return scheduler.Create(task).saved ? "" : "job " + act.path + " cannot be made";
 }
 
 // --- Expectations

@@ -108,7 +108,7 @@ TEST_F(FaultyPlatformTest, EachCallFailsInItsOwnWay) {
   EXPECT_TRUE(fails() && !p.ftp.Connect("host", 21, "anna", "x"));
   EXPECT_TRUE(fails() && !p.discs.Burn("C:\\a.txt", "a.txt", {}));
   EXPECT_TRUE(fails() && p.discs.FreeBytes() == 0);
-  EXPECT_TRUE(fails() && !p.scheduler.Create(JobNamed("Nightly")));
+  EXPECT_TRUE(fails() && !p.scheduler.Create(JobNamed("Nightly")).saved);
   EXPECT_TRUE(computer_.files.Has("C:\\a.txt"));
   EXPECT_TRUE(computer_.shell.commands.empty());
   EXPECT_TRUE(computer_.services.told.empty());
@@ -182,9 +182,9 @@ TEST_F(FaultyPlatformTest, DelayedRunsEndLater) {
 }
 
 TEST_F(FaultyPlatformTest, ASchedulerThatRefuses) {
-  EXPECT_TRUE(seen().scheduler.Create(JobNamed("Nightly")));
+  EXPECT_TRUE(seen().scheduler.Create(JobNamed("Nightly")).saved);
   faults_.scheduler.SetRefusing(true);
-  EXPECT_FALSE(seen().scheduler.Create(JobNamed("Weekly")));
+  EXPECT_FALSE(seen().scheduler.Create(JobNamed("Weekly")).saved);
   EXPECT_FALSE(seen().scheduler.Delete("Nightly"));
   EXPECT_TRUE(seen().scheduler.Read("nightly"));
   faults_.scheduler.MakeUnreadable("NIGHTLY");

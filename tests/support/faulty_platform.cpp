@@ -450,8 +450,14 @@ std::optional<ScheduledTask> FaultyScheduler::Read(const std::string& name) {
   return real_.Read(name);
 }
 
-bool FaultyScheduler::Create(const ScheduledTask& task) {
-  return !count_.Fails("TaskScheduler::Create", task.name) && !refusing_ && real_.Create(task);
+TaskCreation FaultyScheduler::Create(const ScheduledTask& task) {
+  if (count_.Fails("TaskScheduler::Create", task.name) || refusing_) return {};
+  if (!refuses_account_) return real_.Create(task);
+  ScheduledTask without = task;
+  without.account.clear();
+  TaskCreation creation = real_.Create(without);
+  if (creation.saved) creation.refused.push_back(task_field::kAccount);
+  return creation;
 }
 
 bool FaultyScheduler::Delete(const std::string& name) {

@@ -298,10 +298,12 @@ class FaultyScheduler : public TaskScheduler {
   void SetRefusing(bool refusing) { refusing_ = refusing; }
   // A job of this name (without regard to case) is in the list and cannot be read.
   void MakeUnreadable(const std::string& name);
+  // While true, jobs are saved without their account.
+  void SetRefusingAccount(bool refusing) { refuses_account_ = refusing; }
 
   std::vector<std::string> Names() override;
   std::optional<ScheduledTask> Read(const std::string& name) override;
-  bool Create(const ScheduledTask& task) override;
+  TaskCreation Create(const ScheduledTask& task) override;
   bool Delete(const std::string& name) override;
 
  private:
@@ -310,6 +312,7 @@ class FaultyScheduler : public TaskScheduler {
   bool refusing_ = false;
   std::set<std::string> unreadable_;  // folded
 };
+  bool refuses_account_ = false;
 
 class FaultyPlatform {
  public:

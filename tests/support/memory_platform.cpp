@@ -556,8 +556,8 @@ std::optional<ScheduledTask> MemoryScheduler::Read(const std::string& name) {
   return task;
 }
 
-bool MemoryScheduler::Create(const ScheduledTask& task) {
-  if (task.name.empty() || Find(task.name) != tasks.end()) return false;
+TaskCreation MemoryScheduler::Create(const ScheduledTask& task) {
+  if (task.name.empty() || Find(task.name) != tasks.end()) return {};
   tasks.push_back(task);
   tasks.back().creator = system_.UserName();
   return true;
@@ -567,7 +567,7 @@ bool MemoryScheduler::Delete(const std::string& name) {
   const auto found = Find(name);
   if (found == tasks.end()) return false;
   tasks.erase(found);
-  return true;
+  return {.saved = true, .refused = {}};
 }
 
 // All of it. --------------------------------------------------------------------------------------

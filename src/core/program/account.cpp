@@ -37,6 +37,18 @@ std::string FailedSentence(const Account& account) {
   return "The schedule was not made" + Reason(account);
 }
 
+std::string DoneSentence(AccountRun run) {
+  switch (run) {
+    case AccountRun::kBackup:
+      return "Everything is in this backup.";
+    case AccountRun::kRestore:
+      return "Everything was restored.";
+    case AccountRun::kSchedule:
+      break;
+  }
+  return "The schedule was made.";
+}
+
 std::string StoppedSentence(AccountRun run) {
   if (run == AccountRun::kBackup) return "The backup was stopped. It was not made.";
   return "The restore was stopped. What it had restored by then stays.";
@@ -106,7 +118,7 @@ std::string Account::Sentence() const {
     if (entry.thing == AccountThing::kOther) return entry.source;
     return entry.source + ": " + ReasonText(entry.reason) + ".";
   }
-  return run_ == AccountRun::kBackup ? "Everything is in this backup." : "Everything was restored.";
+  return DoneSentence(run_);
 }
 
 const char* ReasonText(AccountReason reason) {

@@ -130,6 +130,22 @@ bool IsOneLine(const std::string& text) {
                       [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
+// Empties the texts that tasks.ini cannot hold. The words of those fields.
+std::vector<std::string> LeaveOutWhatNoLineHolds(ScheduledTask* task) {
+  const std::pair<const char*, std::string*> texts[] = {
+      {task_field::kApplication, &task->application},
+      {task_field::kParameters, &task->parameters},
+      {task_field::kComment, &task->comment},
+      {task_field::kAccount, &task->account}};
+  std::vector<std::string> refused;
+  for (const auto& [field, text] : texts) {
+    if (IsOneLine(*text)) continue;
+    text->clear();
+    refused.emplace_back(field);
+  }
+  return refused;
+}
+
 // A job's name is that of a file, as in the scheduler that this one stands for.
 bool IsTaskName(const std::string& name) {
   return !name.empty() && name == Stripped(name) && IsOneLine(name) && IsUtf8(name) &&
@@ -218,19 +234,19 @@ std::optional<ScheduledTask> HostTaskScheduler::Read(const std::string& name) {
   return task;
 }
 
-bool HostTaskScheduler::Create(const ScheduledTask& task) {
+TaskCreation HostTaskScheduler::Create(const ScheduledTask& task) {
   MachineError error;
   std::optional<std::vector<ScheduledTask>> tasks = ReadAll(&error);
-  if (!tasks || !IsTaskName(task.name)) return false;
-  if (FindTask(*tasks, task.name) != tasks->end()) return false;
-  for (const std::string* text :
-       {&task.application, &task.parameters, &task.comment, &task.account}) {
-    if (!IsOneLine(*text)) return false;
-  }
+  if (!tasks || !IsTaskName(task.name) || !HasOwnTriggers(task)) return {};
+  if (FindTask(*tasks, task.name) != tasks->end()) return {};
+  TaskCreation creation;
   tasks->push_back(task);
-  tasks->back().creator = system_.UserName();
-  tasks->back().last_run.reset();
-  return WriteAll(*tasks);
+  ScheduledTask& made = tasks->back();
+  made.creator = system_.UserName();
+  made.last_run.reset();
+  creation.refused = LeaveOutWhatNoLineHolds(&made);
+  creation.saved = WriteAll(*tasks);
+  return creation;
 }
 
 bool HostTaskScheduler::Delete(const std::string& name) {

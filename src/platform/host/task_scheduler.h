@@ -31,7 +31,7 @@ class HostTaskScheduler : public TaskScheduler {
 
   std::vector<std::string> Names() override;
   std::optional<ScheduledTask> Read(const std::string& name) override;
-  bool Create(const ScheduledTask& task) override;
+  TaskCreation Create(const ScheduledTask& task) override;
   bool Delete(const std::string& name) override;
 
  private:

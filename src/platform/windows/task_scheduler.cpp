@@ -120,27 +120,37 @@ TASK_TRIGGER DataOf(const TaskTrigger& trigger) {
 }
 
 bool AddTrigger(const Task& task, const TaskTrigger& trigger) {
-  if (trigger.type == TaskTriggerType::kOther) return false;
   Held<ITaskTrigger> object;
   WORD number = 0;
   const TASK_TRIGGER data = DataOf(trigger);
-  return SUCCEEDED(task->CreateTrigger(&number, object.Place())) && object &&
-         SUCCEEDED(object->SetTrigger(const_cast<TASK_TRIGGER*>(&data)));
+  if (FAILED(task->CreateTrigger(&number, object.Place())) || !object) return false;
+  if (SUCCEEDED(object->SetTrigger(const_cast<TASK_TRIGGER*>(&data)))) return true;
+  task->DeleteTrigger(number);
+  return false;
 }
 
-bool SetFields(const Task& task, const ScheduledTask& wanted) {
-  if (FAILED(task->SetApplicationName(Wide(wanted.application).c_str())) ||
-      FAILED(task->SetParameters(Wide(wanted.parameters).c_str())) ||
-      FAILED(task->SetComment(Wide(wanted.comment).c_str())) ||
-      FAILED(task->SetFlags(wanted.flags))) {
-    return false;
-  }
+// Windows 95, 98 and ME run every job for whoever is there and refuse an account.
+bool SetAccount(const Task& task, const std::string& account) {
+  if (!HasUnicode() || account.empty()) return true;
+  return SUCCEEDED(task->SetAccountInformation(Wide(account).c_str(), nullptr));
+}
+
+// The words of the fields that were not taken; the others are set.
+std::vector<std::string> SetFields(const Task& task, const ScheduledTask& wanted) {
+  std::vector<std::string> refused;
+  const auto note = [&refused](const char* field, bool taken) {
+    if (!taken) refused.emplace_back(field);
+  };
+  note(task_field::kApplication,
+       SUCCEEDED(task->SetApplicationName(Wide(wanted.application).c_str())));
+  note(task_field::kParameters, SUCCEEDED(task->SetParameters(Wide(wanted.parameters).c_str())));
+  note(task_field::kComment, SUCCEEDED(task->SetComment(Wide(wanted.comment).c_str())));
+  note(task_field::kFlags, SUCCEEDED(task->SetFlags(wanted.flags)));
   for (const TaskTrigger& trigger : wanted.triggers) {
-    if (!AddTrigger(task, trigger)) return false;
+    note(task_field::kTrigger, AddTrigger(task, trigger));
   }
-  // Windows 95, 98 and ME run every job for whoever is there and refuse an account.
-  if (!HasUnicode() || wanted.account.empty()) return true;
-  return SUCCEEDED(task->SetAccountInformation(Wide(wanted.account).c_str(), nullptr));
+  note(task_field::kAccount, SetAccount(task, wanted.account));
+  return refused;
 }
 
 // The system's scheduler reads a job that was just saved, and its file is in use while it does.
@@ -162,6 +172,20 @@ bool Save(const Task& task) {
   Held<IPersistFile> file;
   return SUCCEEDED(task->QueryInterface(kPersistFileInterface, file.PlaceOfNothing())) && file &&
          SUCCEEDED(file->Save(nullptr, TRUE));
+}
+
+TaskCreation MakeJob(ITaskScheduler* scheduler, const ScheduledTask& wanted) {
+  TaskCreation creation;
+  Task made;
+  if (FAILED(scheduler->NewWorkItem(Wide(wanted.name).c_str(), kTaskClass, kTaskInterface,
+                                    made.PlaceOfAny())) ||
+      !made) {
+    return creation;
+  }
+  creation.refused = SetFields(made, wanted);
+  creation.saved = Save(made);
+  if (!creation.saved) DeleteJob(scheduler, wanted.name);
+  return creation;
 }
 
 }  // namespace
@@ -234,21 +258,21 @@ std::optional<ScheduledTask> WindowsTaskScheduler::Read(const std::string& name)
   return read;
 }
 
-bool WindowsTaskScheduler::Create(const ScheduledTask& task) {
+TaskCreation WindowsTaskScheduler::Create(const ScheduledTask& task) {
   // Not every system's scheduler asks itself whether the name is free.
   const std::vector<std::string> names = Names();
   const auto is_this = [&task](const std::string& name) { return EqualsNoCase(name, task.name); };
-  if (std::any_of(names.begin(), names.end(), is_this)) return false;
+  if (std::any_of(names.begin(), names.end(), is_this)) return {};
   ITaskScheduler* const scheduler = opened_->Scheduler();
-  Task made;
-  if (scheduler == nullptr || FAILED(scheduler->NewWorkItem(Wide(task.name).c_str(), kTaskClass,
-                                                            kTaskInterface, made.PlaceOfAny()))) {
-    return false;
-  }
-  if (!made || !SetFields(made, task)) return false;  // nothing is on disk before it is saved
-  if (Save(made)) return true;
-  DeleteJob(scheduler, task.name);
-  return false;
+  if (scheduler == nullptr || !HasOwnTriggers(task)) return {};
+  TaskCreation creation = MakeJob(scheduler, task);
+  if (creation.saved || task.account.empty()) return creation;
+  // Some systems look at the account only when the job is saved.
+  ScheduledTask without = task;
+  without.account.clear();
+  creation = MakeJob(scheduler, without);
+  if (creation.saved) creation.refused.emplace_back(task_field::kAccount);
+  return creation;
 }
 
 bool WindowsTaskScheduler::Delete(const std::string& name) {

@@ -160,14 +160,6 @@ void frmSchedTwo::cmdDelete_Click() {
 
 // --- The test schedule --------------------------------------------------------------------------
 
-bool frmSchedTwo::TaskExists(const std::string& name) {
-  // A test schedule is in no list of this page: the scheduler has to be asked.
-  for (const std::string& known : app_.platform().scheduler.Names()) {
-    if (EqualsNoCase(known, name)) return true;
-  }
-  return checkAllReadyExist(name);
-}
-
 void frmSchedTwo::cmdTest_Click() {
   const std::string name = Trim(txtSchedName.text.get());
   if (HasSpecialCharacters(name)) {
@@ -175,7 +167,8 @@ void frmSchedTwo::cmdTest_Click() {
     txtSchedName.SetFocus();
     return;
   }
-  if (TaskExists(name)) {
+  // A test schedule is in no list of this page: the scheduler has to be asked.
+  if (IsScheduleNameTaken(app_, name)) {
     app_.Inform("The task already exists. Please enter a new name");
     return;
   }
@@ -191,7 +184,7 @@ void frmSchedTwo::cmdTest_Click() {
     txttime.SetFocus();
     return;
   }
-  app_.platform().scheduler.Create(NewScheduleJob(app_, name, kTestScheduleComment, *start));
+  MakeScheduleJob(app_, NewScheduleJob(app_, name, kTestScheduleComment, *start));
   cmdRefresh_Click();
 }
 

@@ -57,7 +57,6 @@ class frmSchedTwo : public WizardPage {
   void FocusList();
   // The job's name of a row, from the row's key; "" if there is no such row.
   std::string NameOfRow(int row) const;
-  bool TaskExists(const std::string& name);
 };
 
 }  // namespace quorvale

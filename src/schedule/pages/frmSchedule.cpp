@@ -1,7 +1,5 @@
 #include "schedule/pages/frmSchedule.h"
 
-#include <algorithm>
-
 #include "backup/format/settings_file.h"
 #include "base/scoped_flag.h"
 #include "base/text.h"
@@ -152,9 +150,7 @@ void frmSchedule::Command6_Click() {
         "schedule.");
     return;
   }
-  // The page of the list shows what this one goes by.
   PageOf(PageRole::kScheduleList).TakeOver();
-  mJobs = OwnScheduleJobs(app_);
   const std::string name = Trim(txtSchedName.text.get());
   if (!MayCreate(name)) return;
   last_creation = CreateJob(name) ? Creation::kTaken : Creation::kRefused;
@@ -170,7 +166,7 @@ bool frmSchedule::MayCreate(const std::string& name) {
     txtSchedName.SetFocus();
     return false;
   }
-  if (IsScheduled(name)) {
+  if (IsScheduleNameTaken(app_, name)) {
     app_.Inform("Schedule already exists. Please enter a new name");
     return false;
   }
@@ -186,11 +182,6 @@ bool frmSchedule::MayCreate(const std::string& name) {
   return true;
 }
 
-bool frmSchedule::IsScheduled(const std::string& name) const {
-  return std::any_of(mJobs.begin(), mJobs.end(),
-                     [&name](const ScheduledTask& job) { return job.name == name; });
-}
-
 bool frmSchedule::CreateJob(const std::string& name) {
   ScheduledTask job = NewScheduleJob(app_, name, kScheduleComment, DTPTime.value);
   job.parameters = WordOf(cmbCommandLine.SelectedText());
@@ -203,11 +194,10 @@ bool frmSchedule::CreateJob(const std::string& name) {
         trigger.days = static_cast<std::uint16_t>(trigger.days | kDayBits[i]);
     }
   }
-  return app_.platform().scheduler.Create(job);
+  return MakeScheduleJob(app_, job);
 }
 
 void frmSchedule::cmdRefresh_Click() {
-  mJobs.clear();
   txtSchedName.text = "";
   ShowPresentTime();
 }

@@ -4,10 +4,8 @@
 
 #include <array>
 #include <string>
-#include <vector>
 
 #include "core/pages/wizard_page.h"
-#include "platform/task_scheduler.h"
 #include "platform/ui/controls.h"
 
 namespace quorvale {
@@ -67,11 +65,6 @@ class frmSchedule : public WizardPage {
   bool CreateJob(const std::string& name);
   void ShowPresentTime();
 
-  // True if one of the jobs that Create has read has exactly this name.
-  bool IsScheduled(const std::string& name) const;
-
-  // The program's jobs, as the last press on Create found them.
-  std::vector<ScheduledTask> mJobs;
   // While the page sets the day boxes itself, their handlers do nothing.
   bool setting_days_ = false;
 };

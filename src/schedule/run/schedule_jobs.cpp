@@ -7,6 +7,7 @@
 #include "base/dates.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
 
 namespace quorvale {
 namespace {
@@ -111,6 +112,30 @@ ScheduledTask NewScheduleJob(Program& program, const std::string& name, const st
   job.triggers.push_back(trigger);
   job.account = program.platform().system.Environment("USERNAME");
   return job;
+}
+
+bool IsScheduleNameTaken(Program& program, const std::string& name) {
+  const std::vector<std::string> names = program.platform().scheduler.Names();
+  return std::any_of(names.begin(), names.end(),
+                     [&name](const std::string& known) { return EqualsNoCase(known, name); });
+}
+
+bool MakeScheduleJob(Program& program, const ScheduledTask& job) {
+  Account& account = program.account();
+  account.Begin(AccountRun::kSchedule, job.name, AccountMoment(program));
+  const TaskCreation creation = program.platform().scheduler.Create(job);
+  if (creation.saved) {
+    for (const std::string& field : creation.refused) {
+      account.Note(AccountReason::kSchedulerRefused,
+                   "The schedule \"" + job.name + "\" was made without its " + field + ".");
+    }
+    account.End(AccountEnd::kDone, AccountMoment(program));
+  } else {
+    account.End(AccountEnd::kFailed, AccountMoment(program), AccountReason::kSchedulerRefused,
+                job.name);
+  }
+  KeepAccount(program);
+  return creation.saved;
 }
 
 std::vector<ScheduledTask> OwnScheduleJobs(Program& program) {

@@ -24,6 +24,12 @@ inline constexpr char kScheduleHelpTopic[] = "Schedule Backup.htm";
 ScheduledTask NewScheduleJob(Program& program, const std::string& name, const std::string& comment,
                              const LocalTime& start);
 
+// True if any job of the scheduler has this name, whoever made it: names differ by more than case.
+bool IsScheduleNameTaken(Program& program, const std::string& name);
+// Has the scheduler take a job, and makes and keeps the account of that. False if it did not take
+// it; the account also names what it took the job without.
+bool MakeScheduleJob(Program& program, const ScheduledTask& job);
+
 // All jobs of this program that can be read, in the scheduler's order.
 std::vector<ScheduledTask> OwnScheduleJobs(Program& program);
 // The one that runs next: the fewest whole minutes from now, and at least one. Nothing if there is

@@ -33,6 +33,14 @@ TEST(Account, ACompleteRunHasNothingToTell) {
   EXPECT_EQ(account.Sentence(), "Everything is in this backup.");
 }
 
+TEST(Account, OfAScheduleThatWasMadeSaysSo) {
+  Account account;
+  account.Begin(AccountRun::kSchedule, "Nightly", "2026-11-22 05:08:12");
+  account.End(AccountEnd::kDone, "2026-11-22 05:08:12");
+  EXPECT_FALSE(account.HasToTell());
+  EXPECT_EQ(account.Sentence(), "The schedule was made.");
+}
+
 TEST(Account, CountsWhatIsMissing) {
   Account account = DoneBackup();
   account.Add(LeftOut("C:\\Mail\\a.dbx"));

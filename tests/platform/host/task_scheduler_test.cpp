@@ -43,7 +43,7 @@ TEST_F(HostTasks, AMachineWithoutTheFileHasNoJobs) {
 }
 
 TEST_F(HostTasks, AJobIsOnDiskAtOnceWithAllItsFields) {
-  ASSERT_TRUE(tasks().Create(Nightly()));
+  ASSERT_TRUE(tasks().Create(Nightly()).saved);
   EXPECT_EQ(ReadHost(File()),
             "[Nightly mail]\n"
             "application = C:\\Program Files\\Quorvale\\Quorvale.exe\n"
@@ -78,20 +78,20 @@ TEST_F(HostTasks, AJobIsOnDiskAtOnceWithAllItsFields) {
 }
 
 TEST_F(HostTasks, ASecondJobOfTheNameIsRefusedAndTheFirstStays) {
-  ASSERT_TRUE(tasks().Create(Nightly()));
+  ASSERT_TRUE(tasks().Create(Nightly()).saved);
   const std::string before = ReadHost(File());
   ScheduledTask other = Nightly();
   other.name = "NIGHTLY MAIL";
   other.comment = "Another";
-  EXPECT_FALSE(tasks().Create(other));
+  EXPECT_FALSE(tasks().Create(other).saved);
   EXPECT_EQ(ReadHost(File()), before);
 }
 
 TEST_F(HostTasks, DeletingLeavesTheOthers) {
-  ASSERT_TRUE(tasks().Create(Nightly()));
+  ASSERT_TRUE(tasks().Create(Nightly()).saved);
   ScheduledTask other = Nightly();
   other.name = "Zweite \xC3\xA4 [1]";
-  ASSERT_TRUE(tasks().Create(other));
+  ASSERT_TRUE(tasks().Create(other).saved);
   EXPECT_TRUE(tasks().Delete("nightly mail"));
   EXPECT_EQ(tasks().Names(), std::vector<std::string>{other.name});
   EXPECT_TRUE(tasks().Read(other.name));
@@ -99,17 +99,32 @@ TEST_F(HostTasks, DeletingLeavesTheOthers) {
   EXPECT_TRUE(tasks().Names().empty());
 }
 
-TEST_F(HostTasks, NamesAndTextsThatTheFileCannotHoldAreRefused) {
+TEST_F(HostTasks, NamesThatTheFileCannotHoldAreRefused) {
   for (const char* name : {"", " blank", "a\\b", "a/b", "a:b", "a*b", "a?b", "a\"b", "a<b", "a|b",
                            "two\nlines", "\xFF"}) {
     ScheduledTask task = Nightly();
     task.name = name;
-    EXPECT_FALSE(tasks().Create(task)) << name;
+    EXPECT_FALSE(tasks().Create(task).saved) << name;
   }
   ScheduledTask task = Nightly();
-  task.comment = "a\nflags = 0";
-  EXPECT_FALSE(tasks().Create(task));
+  task.triggers.front().type = TaskTriggerType::kOther;
+  EXPECT_FALSE(tasks().Create(task).saved);
   EXPECT_FALSE(std::filesystem::exists(File()));
+}
+
+TEST_F(HostTasks, TextsThatTheFileCannotHoldAreLeftOutAndNamed) {
+  ScheduledTask task = Nightly();
+  task.comment = "a\nflags = 0";
+  task.account = "two\r\nlines";
+  const TaskCreation creation = tasks().Create(task);
+  EXPECT_TRUE(creation.saved);
+  EXPECT_EQ(creation.refused, (std::vector<std::string>{"comment", "account"}));
+  const std::optional<ScheduledTask> made = tasks().Read(task.name);
+  ASSERT_TRUE(made);
+  EXPECT_EQ(made->comment, "");
+  EXPECT_EQ(made->account, "");
+  EXPECT_EQ(made->flags, task.flags);
+  EXPECT_EQ(made->application, task.application);
 }
 
 TEST_F(HostTasks, AHandWrittenFileIsRead) {
@@ -151,12 +166,12 @@ TEST_F(HostTasks, AFileThatCannotBeUnderstoodIsToldWithItsLine) {
 }
 
 TEST_F(HostTasks, ADamagedFileIsNeverOverwritten) {
-  ASSERT_TRUE(tasks().Create(Nightly()));
+  ASSERT_TRUE(tasks().Create(Nightly()).saved);
   WriteHost(File(), "[A]\ndamaged\n");
   EXPECT_TRUE(tasks().Names().empty());
   ScheduledTask task = Nightly();
   task.name = "B";
-  EXPECT_FALSE(tasks().Create(task));
+  EXPECT_FALSE(tasks().Create(task).saved);
   EXPECT_FALSE(tasks().Delete("A"));
   EXPECT_EQ(ReadHost(File()), "[A]\ndamaged\n");
 }

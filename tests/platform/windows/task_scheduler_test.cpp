@@ -50,7 +50,9 @@ class TaskSchedulerTest : public testing::Test {
 
 TEST_F(TaskSchedulerTest, AJobComesBackWithAllItsFields) {
   EXPECT_FALSE(IsListed());
-  ASSERT_TRUE(tasks_.Create(Weekly()));
+  const TaskCreation creation = tasks_.Create(Weekly());
+  ASSERT_TRUE(creation.saved);
+  EXPECT_EQ(creation.refused, std::vector<std::string>());
   EXPECT_TRUE(IsListed());
   const std::optional<ScheduledTask> read = tasks_.Read(kName);
   ASSERT_TRUE(read);
@@ -77,7 +79,7 @@ TEST_F(TaskSchedulerTest, TheNextRunIsTheSystems) {
   for (const std::uint16_t days : {1, 2, 34, 64, 127}) {
     ScheduledTask task = Weekly();
     task.triggers[0].days = days;
-    ASSERT_TRUE(tasks_.Create(task));
+    ASSERT_TRUE(tasks_.Create(task).saved);
     const std::optional<ScheduledTask> read = tasks_.Read(kName);
     ASSERT_TRUE(read && read->next_run) << days;
     const std::optional<LocalTime> ours = NextRunOf(task.triggers, WindowsSystemInfo().Now());
@@ -91,7 +93,7 @@ TEST_F(TaskSchedulerTest, ADailyTriggerHasNoMask) {
   ScheduledTask task = Weekly();
   task.triggers[0].type = TaskTriggerType::kDaily;
   task.triggers[0].days = 0;
-  ASSERT_TRUE(tasks_.Create(task));
+  ASSERT_TRUE(tasks_.Create(task).saved);
   const std::optional<ScheduledTask> read = tasks_.Read(kName);
   ASSERT_TRUE(read && read->triggers.size() == 1);
   EXPECT_EQ(read->triggers[0].type, TaskTriggerType::kDaily);
@@ -100,19 +102,19 @@ TEST_F(TaskSchedulerTest, ADailyTriggerHasNoMask) {
 }
 
 TEST_F(TaskSchedulerTest, ASecondJobOfTheNameIsRefusedAndTheFirstStays) {
-  ASSERT_TRUE(tasks_.Create(Weekly()));
+  ASSERT_TRUE(tasks_.Create(Weekly()).saved);
   ScheduledTask second = Weekly();
   second.comment = "Second";
-  EXPECT_FALSE(tasks_.Create(second));
+  EXPECT_FALSE(tasks_.Create(second).saved);
   second.name = "QUORVALE SCHEDULER TEST";
-  EXPECT_FALSE(tasks_.Create(second));
+  EXPECT_FALSE(tasks_.Create(second).saved);
   EXPECT_EQ(tasks_.Read(kName)->comment, Weekly().comment);
 }
 
 TEST_F(TaskSchedulerTest, WhatIsNotThereIsNeitherReadNorDeleted) {
   EXPECT_FALSE(tasks_.Read(kName));
   EXPECT_FALSE(tasks_.Delete(kName));
-  ASSERT_TRUE(tasks_.Create(Weekly()));
+  ASSERT_TRUE(tasks_.Create(Weekly()).saved);
   EXPECT_TRUE(tasks_.Delete(kName));
   EXPECT_FALSE(tasks_.Read(kName));
   EXPECT_FALSE(IsListed());
@@ -121,7 +123,7 @@ TEST_F(TaskSchedulerTest, WhatIsNotThereIsNeitherReadNorDeleted) {
 TEST_F(TaskSchedulerTest, ATriggerOfAnotherTypeCannotBeMadeAndLeavesNoJob) {
   ScheduledTask task = Weekly();
   task.triggers[0].type = TaskTriggerType::kOther;
-  EXPECT_FALSE(tasks_.Create(task));
+  EXPECT_FALSE(tasks_.Create(task).saved);
   EXPECT_FALSE(IsListed());
 }
 

@@ -35,7 +35,7 @@ class ManagePage : public testing::Test {
     time.hour = hour;
     ScheduledTask job = NewScheduleJob(app(), name, comment, time);
     job.parameters = "custom";
-    ASSERT_TRUE(scheduler().Create(job));
+    ASSERT_TRUE(scheduler().Create(job).saved);
   }
   frmSchedTwo& Open() {
     app().Get<FrmWelcome>();

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "core/main/FrmWelcome.h"
 #include "core/main/run_modes.h"
+#include "core/program/account_folder.h"
 #include "platform/host/host_platform.h"
 #include "schedule/pages/frmSchedTwo.h"
 #include "schedule/run/schedule_jobs.h"
@@ -255,13 +256,15 @@ TEST_F(SchedulePage, AfterwardsTheNameIsEmptyTheTimePresentAndTheHomePageTold) {
   EXPECT_EQ(welcome().LblNextSchedule.fore_color.get(), ui::Rgb(19, 89, 166));
 }
 
-TEST_F(SchedulePage, TheEndIsToldEvenIfTheSchedulerTookNothing) {
+TEST_F(SchedulePage, TheEndIsToldEvenIfTheSchedulerTookNothingWithTheAccountBesideIt) {
   frmSchedule& page = Open();
   page.txtSchedName.text = "Nightly";
   machine_.Click(page.chkDaily);
   machine_.faults().scheduler.SetRefusing(true);
   Create(kCreated);
   EXPECT_EQ(Jobs(), 0u);
+  EXPECT_TRUE(machine_.app().account().HasToTell());
+  EXPECT_NE(UnseenAccount(machine_.app()), "");
   EXPECT_EQ(welcome().LblNextSchedule.caption.get(), "No Schedule yet Created");
 }
 
@@ -335,16 +338,20 @@ TEST_F(SchedulePage, WithoutADayNothingIsMade) {
   EXPECT_EQ(page.txtSchedName.text.get(), "Nightly");
 }
 
-TEST_F(SchedulePage, AJobOfAnotherProgramIsNeitherToldNorOverwritten) {
+TEST_F(SchedulePage, ANameThatAnyJobBearsInAnyCaseIsRefused) {
   ScheduledTask other;
   other.name = "Nightly";
   other.application = "C:\\Other\\other.exe";
   other.comment = "Other";
-  ASSERT_TRUE(machine_.platform().scheduler.Create(other));
+  ASSERT_TRUE(machine_.platform().scheduler.Create(other).saved);
   frmSchedule& page = Open();
   machine_.Click(page.chkDaily);
-  page.txtSchedName.text = "Nightly";
-  Create(kCreated);
+  for (const char* name : {"Nightly", "NIGHTLY", " nightly "}) {
+    page.txtSchedName.text = name;
+    Create(kTaken);
+    EXPECT_EQ(page.last_creation, frmSchedule::Creation::kNotAsked);
+  }
+  EXPECT_EQ(Jobs(), 1u);
   ASSERT_TRUE(Job("Nightly"));
   EXPECT_EQ(Job("Nightly")->comment, "Other");
   EXPECT_EQ(Job("Nightly")->application, "C:\\Other\\other.exe");

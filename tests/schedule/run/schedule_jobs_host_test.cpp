@@ -6,6 +6,7 @@
 #include "base/dates.h"
 #include "core/main/FrmWelcome.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
 #include "platform/host/host_platform.h"
 #include "support/test_machine.h"
 
@@ -33,7 +34,7 @@ class ScheduleJobs : public testing::Test {
     job.triggers.front().type = TaskTriggerType::kOnce;
     job.triggers.front().begin = time;
     job.triggers.front().begin.second = 0;
-    ASSERT_TRUE(machine_.platform().scheduler.Create(job));
+    ASSERT_TRUE(machine_.platform().scheduler.Create(job).saved);
   }
   std::string Next() {
     const std::optional<LocalTime> next = NextScheduledRun(app());
@@ -78,6 +79,63 @@ TEST_F(ScheduleJobs, EachSpecialCharacterIsFoundAndOthersAreNot) {
   }
   EXPECT_FALSE(HasSpecialCharacters("Mail, every day! (1) - #2 & [x] =+~`@$%^_{}"));
   EXPECT_FALSE(HasSpecialCharacters(""));
+}
+
+// --- Making -------------------------------------------------------------------------------------
+
+TEST_F(ScheduleJobs, ANameIsTakenByAnyJobInAnyCase) {
+  EXPECT_FALSE(IsScheduleNameTaken(app(), "Nightly"));
+  AddJob("Nightly", At(11, 15, 9, 0), "Of another program");
+  EXPECT_TRUE(IsScheduleNameTaken(app(), "Nightly"));
+  EXPECT_TRUE(IsScheduleNameTaken(app(), "NIGHTLY"));
+  EXPECT_FALSE(IsScheduleNameTaken(app(), "Nightly 2"));
+}
+
+class MakingJobs : public ScheduleJobs {
+ protected:
+  MakingJobs() { app().session().gAppDataPath = DataFolder(app()); }
+
+  bool Make(const std::string& name) {
+    return MakeScheduleJob(app(), NewScheduleJob(app(), name, kScheduleComment, At(1, 1, 9, 7)));
+  }
+  // The account that was kept, not the one at work.
+  Account Kept() {
+    const std::vector<std::string> kept = KeptAccounts(app());
+    Account account;
+    EXPECT_EQ(kept.size(), 1u);
+    EXPECT_TRUE(!kept.empty() && LoadAccount(app(), kept[0], &account));
+    return account;
+  }
+};
+
+TEST_F(MakingJobs, AGoodOneHasAnAccountWithNothingToTell) {
+  EXPECT_TRUE(Make("Nightly"));
+  EXPECT_TRUE(machine_.platform().scheduler.Read("Nightly"));
+  EXPECT_EQ(Kept().run(), AccountRun::kSchedule);
+  EXPECT_EQ(Kept().name(), "Nightly");
+  EXPECT_EQ(Kept().end(), AccountEnd::kDone);
+  EXPECT_FALSE(Kept().HasToTell());
+  EXPECT_EQ(UnseenAccount(app()), "");
+}
+
+TEST_F(MakingJobs, WhatTheSchedulerDidNotTakeIsTold) {
+  machine_.faults().scheduler.SetRefusing(true);
+  EXPECT_FALSE(Make("Nightly"));
+  EXPECT_EQ(Kept().Sentence(),
+            "The schedule was not made: the task scheduler did not take it: Nightly.");
+  EXPECT_NE(UnseenAccount(app()), "");
+}
+
+TEST_F(MakingJobs, ARefusedAccountStillSavesTheRestAndIsNamed) {
+  machine_.computer().SetEnvironment("USERNAME", "Anna");
+  machine_.faults().scheduler.SetRefusingAccount(true);
+  EXPECT_TRUE(Make("Nightly"));
+  const std::optional<ScheduledTask> job = machine_.platform().scheduler.Read("Nightly");
+  ASSERT_TRUE(job);
+  EXPECT_EQ(job->account, "");
+  EXPECT_EQ(job->comment, kScheduleComment);
+  EXPECT_EQ(Kept().end(), AccountEnd::kDone);
+  EXPECT_EQ(Kept().Sentence(), "The schedule \"Nightly\" was made without its account.");
 }
 
 // --- Flags --------------------------------------------------------------------------------------
