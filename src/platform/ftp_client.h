@@ -1,4 +1,4 @@
-// A connection to an FTP server, for sending one file at a time.
+// A connection to an FTP server, for sending one file at a time and giving it its name.
 #pragma once
 
 #include <functional>
@@ -45,6 +45,11 @@ class FtpClient {
   // file of that name. In active mode, and in passive mode where that is refused or does not come
   // through. False on any failure or when keep_going said so; no half a file is called complete.
   virtual bool Send(const std::string& path, const std::string& remote_name) = 0;
+  // Gives a file of the current folder another name. Whether it may take the place of a file of
+  // that name is the server's choice. False on any failure.
+  virtual bool Rename(const std::string& name, const std::string& new_name) = 0;
+  // Removes a file of the current folder. False on any failure, also if there is none.
+  virtual bool Remove(const std::string& name) = 0;
   virtual void Disconnect() = 0;
 };
 

@@ -10,6 +10,11 @@ namespace {
 constexpr int kLookMilliseconds = 20;  // how often the caller's thread looks up from waiting
 constexpr int kLastPort = 65535;
 
+// A name with "/" would be one of another folder.
+bool IsFileName(const std::string& name) {
+  return IsFtpArgument(name) && name.find('/') == std::string::npos;
+}
+
 }  // namespace
 
 // Marks the client as busy while an operation is under way.
@@ -136,8 +141,7 @@ bool FtpConversation::ChangeFolder(const std::string& folder) {
 }
 
 bool FtpConversation::Send(const std::string& path, const std::string& remote_name) {
-  if (State() != FtpState::kConnected || !IsFtpArgument(remote_name)) return false;
-  if (remote_name.find('/') != std::string::npos) return false;  // that names another folder
+  if (State() != FtpState::kConnected || !IsFileName(remote_name)) return false;
   const Operation operation(*this);
   Sent sent = SendOnce(path, remote_name, false);
   if (sent == Sent::kNothing && OpenPassiveLine()) sent = SendOnce(path, remote_name, true);
@@ -160,6 +164,22 @@ FtpConversation::Sent FtpConversation::SendOnce(const std::string& path,
 bool FtpConversation::OpenPassiveLine() {
   if (!OpenLine(true)) return false;
   return folder_.empty() || Run(FtpTask::Kind::kEnterFolder, folder_) == FtpOutcome::kDone;
+}
+
+bool FtpConversation::Rename(const std::string& name, const std::string& new_name) {
+  if (State() != FtpState::kConnected || !IsFileName(name) || !IsFileName(new_name)) return false;
+  const Operation operation(*this);
+  FtpTask task;
+  task.kind = FtpTask::Kind::kRename;
+  task.name = name;
+  task.new_name = new_name;
+  return Run(task) == FtpOutcome::kDone;
+}
+
+bool FtpConversation::Remove(const std::string& name) {
+  if (State() != FtpState::kConnected || !IsFileName(name)) return false;
+  const Operation operation(*this);
+  return Run(FtpTask::Kind::kRemove, name) == FtpOutcome::kDone;
 }
 
 void FtpConversation::Disconnect() {

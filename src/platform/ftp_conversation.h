@@ -22,9 +22,10 @@ struct FtpAccount {
 
 // One thing to do on a line.
 struct FtpTask {
-  enum class Kind { kLogIn, kEnterFolder, kAskFolder, kSend };
+  enum class Kind { kLogIn, kEnterFolder, kAskFolder, kSend, kRename, kRemove };
   Kind kind = Kind::kLogIn;
   std::string name;                 // the folder, or the file's name on the server
+  std::string new_name;             // of kRename
   std::shared_ptr<InputFile> file;  // what to send, from its start
   std::uint64_t size = 0;           // bytes of the file
   bool passive = false;             // opens data connections to the server, not the other way
@@ -78,6 +79,8 @@ class FtpConversation : public FtpClient {
   std::string CurrentFolder() override;
   bool ChangeFolder(const std::string& folder) override;
   bool Send(const std::string& path, const std::string& remote_name) override;
+  bool Rename(const std::string& name, const std::string& new_name) override;
+  bool Remove(const std::string& name) override;
   // From inside an event: ends the operation that is under way, and then the connection.
   void Disconnect() override;
 

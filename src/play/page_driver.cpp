@@ -1,5 +1,6 @@
 #include "play/page_driver.h"
 
+#include "backup/pages/FrmProcess.h"
 #include "base/text.h"
 #include "core/program/session.h"
 #include "discovery/pages/FrmTwo.h"
@@ -130,6 +131,19 @@ bool PageDriver::FillServer(const FtpAddress& server) {
          Act(hands().Set(page, "TxtPassword", server.password));
 }
 
+// A failed upload leaves its dialog open, and nobody is here to read the answer in it and to close
+// it; the account has it too.
+bool PageDriver::StartBackup() {
+  computer_.ui().modal_handler = [](ui::Form& form) {
+    if (form.name() != FrmProcess::kName || !form.on_close_request) return false;
+    form.on_close_request();
+    return true;
+  };
+  const bool started = Act(hands().Click("frmfour", "cmdNext"));
+  computer_.ui().modal_handler = nullptr;
+  return started;
+}
+
 // The run itself ends well also where the server did not get the file.
 Outcome PageDriver::UploadEnding(Outcome outcome) {
   if (outcome != Outcome::kDone || computer_.app()->session().gDelivered) return outcome;
@@ -177,7 +191,7 @@ Outcome PageDriver::Backup(const BackupWishes& job) {
                      ClickTo("FrmTwo", "cmdNext", "frmThree") && FillOptionsPage(job) &&
                      ClickTo("frmThree", "cmdNext", "FrmBackupMedia") && FillMediaPage(job) &&
                      ClickTo("FrmBackupMedia", "cmdNext", "frmfour");
-  if (!ready || !Act(hands().Click("frmfour", "cmdNext"))) return Outcome::kRefused;
+  if (!ready || !StartBackup()) return Outcome::kRefused;
   archive_ = computer_.app()->session().gBackupBasePath + ".obk";
   const Outcome outcome = Ending();
   if (job.ftp) return UploadEnding(outcome);

@@ -73,6 +73,7 @@ class PageDriver {
   bool ChooseDrive(const std::string& drive);
   bool FillServer(const FtpAddress& server);
   // What an upload came to.
+  bool StartBackup();
   Outcome UploadEnding(Outcome outcome);
   // What a burn came to.
   Outcome BurnEnding(Outcome outcome);

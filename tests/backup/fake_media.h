@@ -35,13 +35,27 @@ class FakeFtp : public FtpClient {
   }
   bool Send(const std::string& path, const std::string& remote_name) override {
     calls.push_back("send " + path + " as " + remote_name);
+    if (refuses && refuses(remote_name)) {
+      Reply(send_reply);
+      return false;
+    }
     for (int percent : {0, 50, 100}) {
       if (events_.progress) events_.progress(percent);
       if (during_send) during_send(percent);
-      if (!KeepGoing()) return false;
+      if (!KeepGoing()) return Break();
     }
     Reply(send_reply);
-    return sends;
+    return sends || Break();
+  }
+  bool Rename(const std::string& name, const std::string& new_name) override {
+    calls.push_back("rename " + name + " to " + new_name);
+    const bool renames = !on_rename || on_rename(name, new_name);
+    if (!renames) Reply(rename_reply);
+    return renames && state == FtpState::kConnected;
+  }
+  bool Remove(const std::string& name) override {
+    calls.push_back("remove " + name);
+    return removes && state == FtpState::kConnected;
   }
   void Disconnect() override {
     calls.push_back("bye");
@@ -54,14 +68,22 @@ class FakeFtp : public FtpClient {
   FtpState state = FtpState::kIdle;
   bool connects = true;
   bool has_folder = true;
-  bool sends = true;
+  bool sends = true;  // else it breaks off after the last byte
+  bool removes = true;
   std::string current_folder = "/home";
-  std::string folder_reply, send_reply;
+  std::string folder_reply, send_reply, rename_reply;
+  // Null: no name is refused.
+  std::function<bool(const std::string& name)> refuses;
+  std::function<bool(const std::string& name, const std::string& new_name)> on_rename;
   std::function<void()> during_connect;
   std::function<void(int percent)> during_send;
   std::vector<std::string> calls;
 
  private:
+  bool Break() {
+    state = FtpState::kIdle;
+    return false;
+  }
   void Reply(const std::string& line) {
     if (!line.empty() && events_.reply) events_.reply(line);
   }

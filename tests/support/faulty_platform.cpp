@@ -408,6 +408,14 @@ bool FaultyFtp::Send(const std::string& path, const std::string& remote_name) {
   return !count_.Fails("FtpClient::Send", path) && real_.Send(path, remote_name);
 }
 
+bool FaultyFtp::Rename(const std::string& name, const std::string& new_name) {
+  return !count_.Fails("FtpClient::Rename", name) && real_.Rename(name, new_name);
+}
+
+bool FaultyFtp::Remove(const std::string& name) {
+  return !count_.Fails("FtpClient::Remove", name) && real_.Remove(name);
+}
+
 bool FaultyDiscs::Initialise() {
   return !count_.Fails("DiscWriter::Initialise", "") && real_.Initialise();
 }

@@ -266,6 +266,8 @@ class FaultyFtp : public FtpClient {
   std::string CurrentFolder() override;
   bool ChangeFolder(const std::string& folder) override;
   bool Send(const std::string& path, const std::string& remote_name) override;
+  bool Rename(const std::string& name, const std::string& new_name) override;
+  bool Remove(const std::string& name) override;
   void Disconnect() override { real_.Disconnect(); }
 
  private:
@@ -296,10 +298,10 @@ class FaultyScheduler : public TaskScheduler {
 
   // While true, nothing is created or deleted.
   void SetRefusing(bool refusing) { refusing_ = refusing; }
-  // A job of this name (without regard to case) is in the list and cannot be read.
-  void MakeUnreadable(const std::string& name);
   // While true, jobs are saved without their account.
   void SetRefusingAccount(bool refusing) { refuses_account_ = refusing; }
+  // A job of this name (without regard to case) is in the list and cannot be read.
+  void MakeUnreadable(const std::string& name);
 
   std::vector<std::string> Names() override;
   std::optional<ScheduledTask> Read(const std::string& name) override;
@@ -310,9 +312,9 @@ class FaultyScheduler : public TaskScheduler {
   TaskScheduler& real_;
   CallCount& count_;
   bool refusing_ = false;
+  bool refuses_account_ = false;
   std::set<std::string> unreadable_;  // folded
 };
-  bool refuses_account_ = false;
 
 class FaultyPlatform {
  public:

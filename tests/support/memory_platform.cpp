@@ -518,6 +518,18 @@ bool MemoryFtp::Send(const std::string& path, const std::string& remote_name) {
   return true;
 }
 
+bool MemoryFtp::Rename(const std::string& name, const std::string& new_name) {
+  const auto found = received.find(folder_ + name);
+  if (!connected_ || found == received.end()) return false;
+  received[folder_ + new_name] = found->second;
+  received.erase(folder_ + name);
+  return true;
+}
+
+bool MemoryFtp::Remove(const std::string& name) {
+  return connected_ && received.erase(folder_ + name) > 0;
+}
+
 std::vector<DiscDrive> MemoryDiscs::Drives() {
   if (!has_drive) return {};
   return {{0, true, "Maker", "Model", "1.0"}};
@@ -560,14 +572,14 @@ TaskCreation MemoryScheduler::Create(const ScheduledTask& task) {
   if (task.name.empty() || Find(task.name) != tasks.end()) return {};
   tasks.push_back(task);
   tasks.back().creator = system_.UserName();
-  return true;
+  return {.saved = true, .refused = {}};
 }
 
 bool MemoryScheduler::Delete(const std::string& name) {
   const auto found = Find(name);
   if (found == tasks.end()) return false;
   tasks.erase(found);
-  return {.saved = true, .refused = {}};
+  return true;
 }
 
 // All of it. --------------------------------------------------------------------------------------

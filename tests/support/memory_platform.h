@@ -227,6 +227,8 @@ class MemoryFtp : public FtpClient {
   std::string CurrentFolder() override { return connected_ ? folder_ : ""; }
   bool ChangeFolder(const std::string& folder) override;
   bool Send(const std::string& path, const std::string& remote_name) override;
+  bool Rename(const std::string& name, const std::string& new_name) override;
+  bool Remove(const std::string& name) override;
   void Disconnect() override { connected_ = false; }
 
   std::map<std::string, std::string> received;  // by "/folder/name"

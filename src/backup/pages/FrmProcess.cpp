@@ -15,7 +15,7 @@ constexpr int kInitialiseAttempts = 3;
 FrmProcess::FrmProcess(Application& app)
     : ui::Form(app.ui(), kName),
       app_(app),
-      upload_(app.platform().ftp, UploadEvents()),
+      upload_(app.platform().ftp, app.platform().system, UploadEvents()),
       discs_(app) {
   PlaceControls();
   ConnectHandlers();
@@ -113,14 +113,21 @@ FtpEvents FrmProcess::UploadEvents() {
 
 void FrmProcess::Upload() {
   Session& session = app_.session();
-  const FtpDeliveryResult result =
-      upload_.Send(session.ftp_server, session.gDeliverySource, session.gBackupName + ".obk");
+  const std::string name = session.gBackupName + ".obk";
+  const FtpDeliveryResult result = upload_.Send(session.ftp_server, session.gDeliverySource, name);
   session.gDelivered = result.sent;
+  TellDelivery(result, session.gDeliverySource, name, &app_.account());
   if (!Going()) return;
-  if (result.no_folder) app_.Inform("Folder name is invalid");
   if (result.sent && result.told_complete) return EndDialog();
-  if (result.sent) app_.Inform("Transfer completed");
+  if (!result.sent && !result.no_folder) return ShowRefusal(result.answer);
+  app_.Inform(result.sent ? "Transfer completed" : "Folder name is invalid");
   Hide();
+}
+
+// The dialog stays until the user has read it.
+void FrmProcess::ShowRefusal(const std::string& answer) {
+  lblStatus.caption = answer.empty() ? "The server cannot be reached." : answer;
+  lblStatus.tooltip = lblStatus.caption.get();
 }
 
 // --- Discs --------------------------------------------------------------------------------------

@@ -62,6 +62,7 @@ class FrmProcess : public ui::Form, public RunPage {
   void EndDialog();
 
   void Upload();
+  void ShowRefusal(const std::string& answer);
   FtpEvents UploadEvents();
 
   // Finds a medium for the file, with the user's help. False if there is none, which was told.

@@ -62,6 +62,24 @@ int PortOf(const curl_sockaddr& address) {
   return internet ? bytes[2] * 256 + bytes[3] : 0;  // both kinds have the port in the same place
 }
 
+// What is said word by word; a log-in and a file the library knows how to do.
+std::vector<std::string> CommandsOf(const FtpTask& task) {
+  switch (task.kind) {
+    case FtpTask::Kind::kEnterFolder:
+      return {"CWD " + task.name};
+    case FtpTask::Kind::kAskFolder:
+      return {"PWD"};
+    case FtpTask::Kind::kRename:
+      return {"RNFR " + task.name, "RNTO " + task.new_name};
+    case FtpTask::Kind::kRemove:
+      return {"DELE " + task.name};
+    case FtpTask::Kind::kLogIn:
+    case FtpTask::Kind::kSend:
+      break;
+  }
+  return {};
+}
+
 // A control connection and what happens on it. Perform runs on a thread of its own, all else on the
 // caller's; what both touch while a task is under way is under the lock or atomic. A thread is
 // needed since the library waits for a server's last word without a way in between.
@@ -188,6 +206,8 @@ FtpOutcome CurlLine::Finish() {
     case FtpTask::Kind::kLogIn:
       break;
     case FtpTask::Kind::kEnterFolder:
+    case FtpTask::Kind::kRename:
+    case FtpTask::Kind::kRemove:
       if (result_ == CURLE_OK && !success) return FtpOutcome::kRefused;
       break;
     case FtpTask::Kind::kAskFolder:
@@ -225,12 +245,11 @@ bool CurlLine::Lives() {
 CURLcode CurlLine::Perform() {
   CURL* easy = curl_easy_init();
   if (easy == nullptr) return CURLE_OUT_OF_MEMORY;
-  std::string command;
-  if (task_.kind == FtpTask::Kind::kEnterFolder) command = "CWD " + task_.name;
-  if (task_.kind == FtpTask::Kind::kAskFolder) command = "PWD";
+  curl_slist* commands = nullptr;
   // The star: a refusal is told by the reply line, the connection goes on.
-  curl_slist* commands =
-      command.empty() ? nullptr : curl_slist_append(nullptr, ("*" + command).c_str());
+  for (const std::string& command : CommandsOf(task_)) {
+    commands = curl_slist_append(commands, ("*" + command).c_str());
+  }
   SetUp(easy, commands);
   const CURLcode result = Drive(easy);
   curl_easy_cleanup(easy);

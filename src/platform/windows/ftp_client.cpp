@@ -33,13 +33,15 @@ struct InternetLibrary {
   decltype(&FtpGetCurrentDirectoryA) get_folder =
       LookUp<decltype(&FtpGetCurrentDirectoryA)>(kLibrary, "FtpGetCurrentDirectoryA");
   decltype(&FtpOpenFileA) open_file = LookUp<decltype(&FtpOpenFileA)>(kLibrary, "FtpOpenFileA");
+  decltype(&FtpRenameFileA) rename = LookUp<decltype(&FtpRenameFileA)>(kLibrary, "FtpRenameFileA");
+  decltype(&FtpDeleteFileA) remove = LookUp<decltype(&FtpDeleteFileA)>(kLibrary, "FtpDeleteFileA");
   // Only since version 5.
   decltype(&FtpCommandA) command = LookUp<decltype(&FtpCommandA)>(kLibrary, "FtpCommandA");
 
   bool Complete() const {
     return open != nullptr && connect != nullptr && close != nullptr && last_response != nullptr &&
            write != nullptr && set_folder != nullptr && get_folder != nullptr &&
-           open_file != nullptr;
+           open_file != nullptr && rename != nullptr && remove != nullptr;
   }
 };
 
@@ -121,6 +123,8 @@ class Session : public std::enable_shared_from_this<Session> {
   FtpOutcome EnterFolder();
   FtpOutcome AskFolder();
   FtpOutcome Send();
+  FtpOutcome Rename();
+  FtpOutcome Remove();
   bool SendContents(HINTERNET remote);
   // Bytes of the next part; 0 at the end, -1 if it can't be read or nobody wants it any more.
   std::ptrdiff_t ReadPart(char* buffer);
@@ -248,6 +252,12 @@ FtpOutcome Session::Perform() {
     case FtpTask::Kind::kSend:
       outcome = Send();
       break;
+    case FtpTask::Kind::kRename:
+      outcome = Rename();
+      break;
+    case FtpTask::Kind::kRemove:
+      outcome = Remove();
+      break;
   }
   const Lock lock(lock_);
   task_.file.reset();
@@ -329,6 +339,17 @@ FtpOutcome Session::Send() {
   if (IsFtpSuccess(last_word)) return FtpOutcome::kDone;
   // Not every version of the library passes the last word on.
   return last_word == 0 && ServerHasWholeFile() ? FtpOutcome::kDone : FtpOutcome::kBroken;
+}
+
+FtpOutcome Session::Rename() {
+  const bool renamed =
+      Library().rename(connection(), Ansi(task_.name).c_str(), Ansi(task_.new_name).c_str());
+  return OutcomeOf(renamed, NoteReply());
+}
+
+FtpOutcome Session::Remove() {
+  const bool removed = Library().remove(connection(), Ansi(task_.name).c_str());
+  return OutcomeOf(removed, NoteReply());
 }
 
 std::ptrdiff_t Session::ReadPart(char* buffer) {

@@ -52,6 +52,18 @@ class Delivery : public backup_test::MediaProgram {
   void Deliver() {
     machine_.Do([this] { app_.Get<FrmProcess>().ShowModal(); });
   }
+  // The same, where the dialog stays open until somebody closes it. What it shows then.
+  std::string DeliverAndRead() {
+    std::string shown;
+    machine_.ui().modal_handler = [&shown](ui::Form& form) {
+      shown = static_cast<FrmProcess&>(form).lblStatus.caption;
+      form.on_close_request();
+      return true;
+    };
+    Deliver();
+    machine_.ui().modal_handler = nullptr;
+    return shown;
+  }
   // Runs `act` when the dialog's work pumps messages for the nth time from now.
   void AtPump(int number, std::function<void()> act) {
     machine_.ui().on_pump = [number, act = std::move(act), count = 0]() mutable {
@@ -267,7 +279,8 @@ TEST_F(Delivery, TheRemoteNameIsTheJobsNotTheFiles) {
   machine_.Expect(ui::Answer::kOk, "Transfer completed");
   Deliver();
   EXPECT_EQ(ftp_.calls, (Strings{"ftp.example.com:21 anna/pw", "pwd", "cd /in",
-                                 "send C:\\Out\\My job_1.obk as My job.obk", "bye"}));
+                                 "send C:\\Out\\My job_1.obk as My job.obk.part",
+                                 "rename My job.obk.part to My job.obk", "bye"}));
   EXPECT_TRUE(app_.session().gDelivered);
   EXPECT_FALSE(ftp_.has_listener());
 }
@@ -316,26 +329,32 @@ TEST_F(Delivery, TheKnownWordsForAMissingFolderAreTold) {
   EXPECT_FALSE(app_.session().gDelivered);
 }
 
-TEST_F(Delivery, OtherWordsForAMissingFolderGiveNothing) {
+TEST_F(Delivery, OtherWordsForAMissingFolderGiveNoMessageAndStayToBeRead) {
   ForFtp();
   ftp_.has_folder = false;
   ftp_.folder_reply = "550 Can't change directory to /in: No such file or directory";
-  Deliver();
+  EXPECT_EQ(DeliverAndRead(), ftp_.folder_reply);
   EXPECT_EQ(ftp_.calls.back(), "bye");
   EXPECT_EQ(ftp_.calls.size(), 4u);
   EXPECT_FALSE(app_.session().gDelivered);
 }
 
-TEST_F(Delivery, AFailedConnectionOrTransferClosesTheDialog) {
+TEST_F(Delivery, AFailedConnectionLeavesTheDialogOpen) {
   ForFtp();
   ftp_.connects = false;
-  Deliver();
+  EXPECT_EQ(DeliverAndRead(), "The server cannot be reached.");
   EXPECT_EQ(ftp_.calls, (Strings{"ftp.example.com:21 anna/pw", "bye"}));
-  app_.Unload<FrmProcess>();
-  ftp_.connects = true;
+}
+
+TEST_F(Delivery, AFailedTransferLeavesTheDialogOpenWithTheServersAnswer) {
+  ForFtp();
   ftp_.sends = false;
-  Deliver();
+  ftp_.send_reply = "552 There was no room for that";
+  EXPECT_EQ(DeliverAndRead(), "552 There was no room for that");
   EXPECT_FALSE(app_.session().gDelivered);
+  ASSERT_EQ(app_.account().entries().size(), 1u);
+  EXPECT_EQ(app_.account().entries()[0].reason, AccountReason::kServerRefused);
+  EXPECT_EQ(app_.account().entries()[0].detail, "552 There was no room for that");
 }
 
 TEST_F(Delivery, TheBarFollowsTheUpload) {
@@ -397,14 +416,19 @@ TEST_F(ArchiveEnd, TheFinishedFileIsUploadedAndStays) {
   ForFtp();
   machine_.Expect(ui::Answer::kOk, "Transfer completed");
   EXPECT_TRUE(Compress());
-  EXPECT_EQ(ftp_.calls.at(3), "send C:\\Out\\Job.obk as My job.obk");
+  EXPECT_EQ(ftp_.calls.at(3), "send C:\\Out\\Job.obk as My job.obk.part");
   EXPECT_TRUE(machine_.Exists("C:\\Out\\Job.obk"));
 }
 
 TEST_F(ArchiveEnd, AFailedUploadLeavesABackupThatIsDone) {
   ForFtp();
   ftp_.sends = false;
+  machine_.ui().modal_handler = [](ui::Form& form) {
+    form.on_close_request();
+    return true;
+  };
   EXPECT_TRUE(Compress());
+  machine_.ui().modal_handler = nullptr;
   EXPECT_FALSE(app_.session().gDelivered);
   EXPECT_TRUE(machine_.Exists("C:\\Out\\Job.obk"));
 }

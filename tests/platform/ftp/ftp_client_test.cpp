@@ -186,6 +186,24 @@ TEST_P(EachServer, AFileOfThatNameIsOverwritten) {
   ExpectArrived(shorter, "/upload/again.obk");
 }
 
+TEST_P(EachServer, AFileTakesAnotherNameAlsoOneThatIsTakenAndCanBeRemoved) {
+  const LocalFile earlier(5000), file(3000);
+  ASSERT_TRUE(Connect());
+  ASSERT_TRUE(ftp().ChangeFolder("/upload"));
+  ASSERT_TRUE(ftp().Send(earlier.path(), "named.obk"));
+  ASSERT_TRUE(ftp().Send(file.path(), "named.obk.part"));
+  ASSERT_TRUE(ftp().Rename("named.obk.part", "named.obk"));
+  ExpectArrived(file, "/upload/named.obk");
+  EXPECT_FALSE(ftp().Rename("named.obk.part", "other.obk"));  // there is none any more
+  EXPECT_TRUE(HeardNumber("550"));
+  EXPECT_EQ(ftp().State(), FtpState::kConnected);
+  EXPECT_TRUE(ftp().Remove("named.obk"));
+  EXPECT_NE(Difference(file.host_path(), HostPathOf(GetParam().name, "/upload/named.obk")), "");
+  EXPECT_FALSE(ftp().Remove("named.obk"));
+  EXPECT_EQ(ftp().State(), FtpState::kConnected);
+  EXPECT_EQ(ftp().CurrentFolder(), "/upload");
+}
+
 TEST_P(EachServer, AnEmptyFileArrives) {
   const LocalFile file(0);
   ASSERT_TRUE(Connect());
@@ -412,9 +430,39 @@ TEST_F(FtpTest, AFileThatIsMissingHereIsAFailure) {
   EXPECT_EQ(ftp().State(), FtpState::kConnected);
 }
 
+TEST_F(FtpTest, AServerThatRefusesAnotherNameOrARemovalKeepsTheConnection) {
+  const LocalFile file(2000);
+  ASSERT_TRUE(ConnectOdd("write_only"));
+  ASSERT_TRUE(ftp().Send(file.path(), "stays.obk"));
+  EXPECT_FALSE(ftp().Rename("stays.obk", "gone.obk"));
+  EXPECT_TRUE(Heard("502 Names stay"));
+  EXPECT_FALSE(ftp().Remove("stays.obk"));
+  EXPECT_TRUE(Heard("550 What is here stays here"));
+  EXPECT_EQ(ftp().State(), FtpState::kConnected);
+  ExpectArrived(file, "ODD", "/stays.obk");
+}
+
+TEST_F(FtpTest, ANameThatTheServerDoesNotTakeKeepsTheConnection) {
+  const LocalFile file(2000);
+  ASSERT_TRUE(ConnectOdd("no_part"));
+  EXPECT_FALSE(ftp().Send(file.path(), "a.obk.part"));
+  EXPECT_TRUE(Heard("553 Not under that name"));
+  EXPECT_EQ(ftp().State(), FtpState::kConnected);
+  EXPECT_TRUE(percents_.empty());  // no byte has left
+  ASSERT_TRUE(ftp().Send(file.path(), "taken.obk"));
+  ExpectArrived(file, "ODD", "/taken.obk");
+}
+
 TEST_F(FtpTest, ANameCannotCarryACommandOrAnotherFolder) {
   const LocalFile file(2000);
   ASSERT_TRUE(ConnectOdd("plain"));
+  ASSERT_TRUE(ftp().Send(file.path(), "kept.obk"));
+  for (const char* name : {"", "a.obk\r\nDELE b.obk", "upload/a.obk"}) {
+    EXPECT_FALSE(ftp().Rename("kept.obk", name)) << name;
+    EXPECT_FALSE(ftp().Rename(name, "kept.obk")) << name;
+    EXPECT_FALSE(ftp().Remove(name)) << name;
+  }
+  ExpectArrived(file, "ODD", "/kept.obk");
   EXPECT_FALSE(ftp().Send(file.path(), ""));
   EXPECT_FALSE(ftp().Send(file.path(), "a.obk\r\nDELE b.obk"));
   EXPECT_FALSE(ftp().Send(file.path(), "upload/a.obk"));

@@ -17,6 +17,10 @@
 #   mute_login      never answers the password
 #   slow_end        says two seconds after the last byte that the file is complete
 #   last_words      says goodbye by itself after each change of the folder
+#   no_rename       renames nothing
+#   no_replace      renames nothing over a file that is there
+#   no_part         takes no file whose name ends in ".part"
+#   write_only      neither renames nor removes
 
 import os
 import socket
@@ -37,6 +41,7 @@ class Session:
         self.user = ""
         self.active = None
         self.listener = None
+        self.renamed = None
 
     def say(self, text):
         self.control.sendall(text.encode("utf-8") + b"\r\n")
@@ -87,6 +92,38 @@ class Session:
         _, place = self.path(name)
         if os.path.isfile(place):
             self.say("213 %d" % os.path.getsize(place))
+        else:
+            self.say("550 No such file")
+
+    def do_rnfr(self, name):
+        self.renamed = None
+        _, place = self.path(name)
+        if self.user in ("no_rename", "write_only"):
+            self.say("502 Names stay")
+        elif os.path.isfile(place):
+            self.renamed = place
+            self.say("350 And its new name?")
+        else:
+            self.say("550 No such file")
+
+    def do_rnto(self, name):
+        _, place = self.path(name)
+        if self.renamed is None:
+            self.say("503 Which file?")
+        elif self.user == "no_replace" and os.path.exists(place):
+            self.say("553 There is a file of that name")
+        else:
+            os.rename(self.renamed, place)
+            self.say("250 That is its name")
+        self.renamed = None
+
+    def do_dele(self, name):
+        _, place = self.path(name)
+        if self.user == "write_only":
+            self.say("550 What is here stays here")
+        elif os.path.isfile(place):
+            os.remove(place)
+            self.say("250 Gone")
         else:
             self.say("550 No such file")
 
@@ -147,6 +184,10 @@ class Session:
         return None
 
     def do_stor(self, name):
+        if self.user == "no_part" and name.endswith(".part"):
+            self.forget_data()
+            self.say("553 Not under that name")
+            return None
         if self.active is not None and self.user == "active_denied":
             self.say("425 Cannot open the data connection")
             return None
