@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "archive/join_operation.h"
 #include "archive/operation_monitor.h"
 #include "archive/unzip_operation.h"
 #include "archive/zip_operation.h"
@@ -85,6 +86,14 @@ Result Archive::Test() {
   return Perform(Operation::kTesting, [this] {
     OperationMonitor monitor(*this, system_);
     return TestOperation(*this, files_, system_, threads_, monitor).Run();
+  });
+}
+
+Result Archive::Join(const std::string& target) {
+  return Perform(Operation::kJoining, [this, &target] {
+    if (files_.Stat(target)) return Result::kFailed;
+    OperationMonitor monitor(*this, system_);
+    return JoinOperation(*this, files_, system_, threads_, monitor, target).Run();
   });
 }
 

@@ -39,7 +39,14 @@ enum class Result : int {
   kFailed = 1000,        // anything else: no archive, damaged, not readable, not writable
 };
 
-enum class Operation { kNone = 0, kZipping = 1, kUnzipping = 2, kTesting = 3, kListing = 4 };
+enum class Operation {
+  kNone = 0,
+  kZipping = 1,
+  kUnzipping = 2,
+  kTesting = 3,
+  kListing = 4,
+  kJoining = 5
+};
 
 // One entry of an archive's directory.
 struct Entry {
@@ -173,6 +180,10 @@ class Archive {
   // unless other entries have proved the password right. A part of a split archive that is missing
   // is named by a warning.
   Result Test();
+  // Makes one file of an archive in parts: under `target`, where nothing may stand yet. It takes
+  // its name only when it has been read back, which needs the password of a protected one. The
+  // parts stay. kFailed if that cannot be done, of parts that are damaged or missing, too.
+  Result Join(const std::string& target);
   // Reads the directory only. kFailed if this is no archive.
   Result List(std::vector<Entry>* entries);
 

@@ -161,12 +161,13 @@ bool ReadWithEnd(SystemInfo& system, FoundEnd found, Directory* directory) {
     records_end = zip64_position;
   }
   if (found.end.directory_size > kLargestDirectory) return false;
-  std::uint64_t start = 0;
-  if (!FindDirectory(input, found.end, records_end, &start, &directory->bias)) return false;
+  if (!FindDirectory(input, found.end, records_end, &directory->start, &directory->bias)) {
+    return false;
+  }
   const std::uint64_t possible = found.end.directory_size / kCentralHeaderSize;
   directory->records.reserve(static_cast<std::size_t>(std::min(found.end.count, possible)));
-  if (found.end.count > 0 &&
-      !ReadRecords(input, system, start, found.end.directory_size, &directory->records)) {
+  if (found.end.count > 0 && !ReadRecords(input, system, directory->start, found.end.directory_size,
+                                          &directory->records)) {
     return false;
   }
   // Old tools count modulo 65,536.

@@ -19,6 +19,7 @@ struct Directory {
   // Bytes that stand before the archive in its file (a self-extracting program, say); the offsets
   // of the records do not count them.
   std::uint64_t bias = 0;
+  std::uint64_t start = 0;  // of the directory, in `input`
 
   // Where the local header of a record stands in `input`. False if that is outside.
   bool Locate(const Record& record, std::uint64_t* position) const;
