@@ -113,11 +113,14 @@ class DiscBackup : public testing::Test {
     for (const auto& [name, bytes] : FilesBelow(Folder("read"))) {
       std::ofstream(Folder("copied/" + name), std::ios::binary) << bytes;
     }
+    ExpectRestoredFrom(Folder("copied/Big.obk"));
+  }
+  void ExpectRestoredFrom(const std::string& archive) {
     Files& files = computer_->platform().files;
     ASSERT_EQ(files.RemoveFile(kData, true), FileStatus::kOk);
     Expect(ui::Answer::kOk, "Backup successfully restored");
     RestoreWishes job;
-    job.file = Folder("copied/Big.obk");
+    job.file = archive;
     job.all = true;
     PageDriver driver(*computer_);
     EXPECT_EQ(driver.Restore(job), Outcome::kDone) << driver.problem();
@@ -161,7 +164,7 @@ TEST_F(DiscBackup, OfThreePartsComesBackFromThreeDiscs) {
   ExpectRestored();
 }
 
-TEST_F(DiscBackup, WithASecondDiscDeclinedIsNotDelivered) {
+TEST_F(DiscBackup, WithASecondDiscDeclinedIsNotDeliveredButStandsWholeAtHome) {
   computer_->SetDiscMedia("file:disc.iso", 700000000, 1);
   Expect(ui::Answer::kOk, "One CD required");
   Expect(ui::Answer::kOk, "Please insert disk 2");
@@ -172,6 +175,11 @@ TEST_F(DiscBackup, WithASecondDiscDeclinedIsNotDelivered) {
   EXPECT_TRUE(PartsAreGone());
   EXPECT_TRUE(fs::exists(Folder("machine/disc.iso")));
   EXPECT_FALSE(fs::exists(Folder("machine/disc_2.iso")));
+  EXPECT_EQ(parts_.size(), 2u);
+  const Account& account = computer_->app()->account();
+  EXPECT_EQ(account.archive, std::string(kBackupFolder) + "\\Big.obk");
+  EXPECT_TRUE(account.HasToTell());
+  ExpectRestoredFrom(HostPath("Big.obk"));
 }
 
 TEST_F(DiscBackup, OnMediaThatAreTooSmallIsGivenUp) {

@@ -5,6 +5,7 @@
 
 #include "backup/format/job_kinds.h"
 #include "backup/pages/FrmProcess.h"
+#include "backup/run/whole_backup.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
@@ -228,6 +229,7 @@ void frmFinish::Command2_Click() {
 
 void frmFinish::TAKEALLBACKUP() {
   destination_ = app_.session().gBackupFolder;
+  parts_stay_ = false;
   if (!destination_.empty()) Parts().Remove("");
   app_.Pump();
   DisableInterface();
@@ -300,7 +302,7 @@ void frmFinish::EndRun(const BackupResult& result) {
 }
 
 void frmFinish::EndGoodRun(const BackupResult& result) {
-  if (app_.session().gMediaDisc) Parts().Remove(result.archive);
+  if (app_.session().gMediaDisc && !parts_stay_) Parts().Remove(result.archive);
   pbCurrent.value = kDonePercent;
   prbGlobalProgress.visible = false;
   LblCompressProgress.visible = false;
@@ -377,7 +379,7 @@ void frmFinish::EndArchiveStage(BackupResult* result) {
   }
   TellArchiveEnd(*result);
   ShowArchiveIsOver();
-  for (int i = 0; i < attempts; ++i) Deliver(*result);
+  for (int i = 0; i < attempts; ++i) Deliver(result);
   // The archive kept its first name, so a further attempt helps only where the first disk has room
   // now. The run has failed in either case.
   if (again && result->outcome == BackupOutcome::kDone) result->outcome = BackupOutcome::kFailed;
@@ -410,26 +412,26 @@ void frmFinish::ShowArchiveIsOver() {
   TellPages(&WizardPage::ArchiveOver);
 }
 
-void frmFinish::Deliver(const BackupResult& result) {
+void frmFinish::Deliver(BackupResult* result) {
   Session& session = app_.session();
   destination_ = session.gBackupFolder;
   session.gDelivered = false;
   session.discs_written = 0;
-  if (result.archive.empty() || Stopping()) {
-    if (session.gMediaDisc) Parts().Remove(result.archive);
+  if (result->archive.empty() || Stopping()) {
+    if (session.gMediaDisc) Parts().Remove(result->archive);
     return;
   }
   if (session.gMediaFtp) {
-    session.gDeliverySource = result.archive;
+    session.gDeliverySource = result->archive;
     app_.Pump();
     ShowDelivery();
   }
-  if (session.gMediaDisc) DeliverDiscs(result.archive);
+  if (session.gMediaDisc) DeliverDiscs(result);
 }
 
 DiscFolder frmFinish::Parts() { return {app_, DiscFolderBelow(destination_)}; }
 
-void frmFinish::DeliverDiscs(const std::string& archive) {
+void frmFinish::DeliverDiscs(BackupResult* result) {
   Session& session = app_.session();
   const std::string parts = WithBackslash(destination_) + "CDbackup";
   if (!app_.platform().discs.MediumLoaded()) {
@@ -439,11 +441,42 @@ void frmFinish::DeliverDiscs(const std::string& archive) {
         parts);
     session.gMediaDisc = false;
     Parts().Keep();
+    NoteOnDiscs("No disc was written. The backup is in its parts in " + parts + ".");
     return;
   }
   session.gDeliverySource = parts;
   ShowDelivery();
-  Parts().Remove(archive);
+  if (!session.gDelivered && !Stopping()) KeepWholeBackup(result);
+  if (!parts_stay_) Parts().Remove(result->archive);
+}
+
+void frmFinish::KeepWholeBackup(BackupResult* result) {
+  // A further delivery of the same run may find nothing to keep any more.
+  if (!app_.files().FileExists(result->archive)) return;
+  ShowDoing("Putting the backup together in the backup folder...");
+  const WholeBackup whole = MakeWholeBackup(app_, result->archive, [this](int percent) {
+    prbGlobalProgress.value = percent;
+    return KeepGoing();
+  });
+  if (Stopping()) {
+    // The user gave this backup up, with what was made of it by then.
+    if (!whole.path.empty()) app_.platform().files.RemoveFile(whole.path, true);
+    return;
+  }
+  const std::string so_far = "Not all discs of the backup were written. ";
+  if (whole.path.empty()) {
+    parts_stay_ = true;
+    Parts().Keep();
+    NoteOnDiscs(so_far + "It is in its parts in " + ParentFolder(result->archive) +
+                ", since it could not be made one file again: " + ReasonText(whole.why) + ".");
+    return;
+  }
+  result->archive = whole.path;
+  NoteOnDiscs(so_far + "The backup is at " + whole.path + ".");
+}
+
+void frmFinish::NoteOnDiscs(const std::string& words) {
+  app_.account().Note(AccountReason::kDiscRefused, words);
 }
 
 void frmFinish::ShowDelivery() {

@@ -113,8 +113,11 @@ class frmFinish : public WizardPage, public RunPage {
   bool OfferOtherFolder();
   void ShowArchiveIsOver();
   // Sends or burns the archive, where the job says so.
-  void Deliver(const BackupResult& result);
-  void DeliverDiscs(const std::string& archive);
+  void Deliver(BackupResult* result);
+  void DeliverDiscs(BackupResult* result);
+  // Where not all discs were written: the parts go when the backup stands whole without them.
+  void KeepWholeBackup(BackupResult* result);
+  void NoteOnDiscs(const std::string& words);
   DiscFolder Parts();
   void ShowDelivery();
 
@@ -124,6 +127,7 @@ class frmFinish : public WizardPage, public RunPage {
   void EndStoppedRun(const BackupResult& result);
 
   std::string destination_;  // the backup folder of this run
+  bool parts_stay_ = false;  // they are the only backup that there is
   std::string doing_;        // what lblCurrent says that the run does
 };
 

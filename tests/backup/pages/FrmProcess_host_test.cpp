@@ -405,6 +405,16 @@ class ArchiveEnd : public Delivery {
     machine_.MakeFolder("C:\\Out\\Job");
     WriteBackupSettings(app_, StagedSettingsPath("C:\\Out\\Job", app_));
   }
+  void DeclineTheDisc() {
+    discs_.free_bytes = 0;
+    machine_.Expect(ui::Answer::kNo, kAnotherMedium);
+    machine_.Expect(ui::Answer::kOk, "CD writting aborted");
+  }
+  zip::Result TestArchive(const std::string& path) {
+    zip::Archive archive(machine_.platform());
+    archive.archive_name = path;
+    return archive.Test();
+  }
   bool Compress() {
     bool made = false;
     machine_.Do([&] { made = app_.Get<frmFinish>().CompressStage("C:\\Out\\Job"); });
@@ -448,13 +458,54 @@ TEST_F(ArchiveEnd, TheFolderOfPartsGoesAfterTheDiscsAreWritten) {
   EXPECT_TRUE(app_.session().gMediaDisc);
 }
 
-TEST_F(ArchiveEnd, TheFolderOfPartsGoesAlsoWhenADiscIsDeclined) {
+TEST_F(ArchiveEnd, TheFolderOfPartsGoesAlsoWhenADiscIsDeclinedButTheBackupStaysWhole) {
   ForDiscs({});
-  discs_.free_bytes = 0;
-  machine_.Expect(ui::Answer::kNo, kAnotherMedium);
-  machine_.Expect(ui::Answer::kOk, "CD writting aborted");
+  DeclineTheDisc();
   EXPECT_TRUE(Compress());
   EXPECT_FALSE(machine_.Exists("C:\\Out\\CDBackup"));
+  EXPECT_EQ(TestArchive("C:\\Out\\Job.obk"), zip::Result::kDone);
+  ASSERT_EQ(app_.account().entries().size(), 1u);
+  EXPECT_EQ(app_.account().entries()[0].reason, AccountReason::kDiscRefused);
+  EXPECT_EQ(app_.account().entries()[0].source,
+            "Not all discs of the backup were written. The backup is at C:\\Out\\Job.obk.");
+}
+
+TEST_F(ArchiveEnd, PartsThatCannotBecomeOneFileStay) {
+  ForDiscs({});
+  DeclineTheDisc();
+  discs_.on_eject = [this] { machine_.WriteFile("C:\\Out\\Job.obk", "somebody's"); };
+  EXPECT_TRUE(Compress());
+  EXPECT_EQ(machine_.ReadFile("C:\\Out\\Job.obk"), "somebody's");
+  EXPECT_EQ(TestArchive("C:\\Out\\CDBackup\\Job.obk"), zip::Result::kDone);
+  ASSERT_EQ(app_.account().entries().size(), 1u);
+  EXPECT_NE(app_.account().entries()[0].source.find("It is in its parts in C:\\Out\\CDBackup"),
+            std::string::npos);
+  // Nor does a later run remove them.
+  EXPECT_FALSE(DiscFolder(app_, "C:\\Out\\CDBackup").IsOurs());
+}
+
+TEST_F(ArchiveEnd, WhatIsDamagedIsNotCalledABackup) {
+  ForDiscs({});
+  DeclineTheDisc();
+  discs_.on_eject = [this] {
+    const std::string part = "C:\\Out\\CDBackup\\Job.obk";
+    std::string bytes = machine_.ReadFile(part);
+    bytes[60] = static_cast<char>(bytes[60] ^ 1);
+    machine_.WriteFile(part, bytes);
+  };
+  EXPECT_TRUE(Compress());
+  EXPECT_FALSE(machine_.Exists("C:\\Out\\Job.obk"));
+  EXPECT_TRUE(machine_.Exists("C:\\Out\\CDBackup\\Job.obk"));
+}
+
+TEST_F(ArchiveEnd, ADialogThatIsClosedLeavesTheBackupWhole) {
+  ForDiscs({});
+  discs_.look = [this] {
+    if (Dialog() != nullptr && Dialog()->prgStatus.value == 50) Dialog()->on_close_request();
+  };
+  EXPECT_TRUE(Compress());
+  EXPECT_FALSE(machine_.Exists("C:\\Out\\CDBackup"));
+  EXPECT_EQ(TestArchive("C:\\Out\\Job.obk"), zip::Result::kDone);
 }
 
 TEST_F(ArchiveEnd, AMediumThatIsGoneIsToldAndThePartsStay) {
@@ -467,6 +518,9 @@ TEST_F(ArchiveEnd, AMediumThatIsGoneIsToldAndThePartsStay) {
   EXPECT_FALSE(app_.session().gMediaDisc);
   EXPECT_TRUE(machine_.Exists("C:\\Out\\CDBackup\\Job.obk"));
   EXPECT_TRUE(discs_.burnt.empty());
+  ASSERT_EQ(app_.account().entries().size(), 1u);
+  EXPECT_EQ(app_.account().entries()[0].source,
+            "No disc was written. The backup is in its parts in C:\\Out\\CDbackup.");
 }
 
 TEST_F(ArchiveEnd, ABackupThatPassesTheMediaPageByStaysOnTheHardDisk) {
