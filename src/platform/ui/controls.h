@@ -149,6 +149,8 @@ class ListView : public Control {
   // on_item_click runs when the user selects a row.
   Observed<int> selected;
   std::function<void()> on_item_click;
+  // The user clicked the heading of a column, counted from 0.
+  std::function<void(int column)> on_column_click;
 
  private:
   std::vector<Row> rows_;

@@ -56,6 +56,8 @@ class Ui {
   virtual bool MouseIsOver(const Control& control) = 0;
   // How much room one line takes in the control's font. Without a screen it is an estimate.
   virtual TextSize SizeOfText(const Control& control, const std::string& text) = 0;
+  // Puts a text where other programs can paste it from. False if it is not there afterwards.
+  virtual bool SetClipboardText(const std::string& text) = 0;
   // Asks the outermost message loop to end.
   virtual void Quit() = 0;
   // Turns Caps Lock on or off.

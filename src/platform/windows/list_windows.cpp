@@ -159,6 +159,8 @@ class ListViewWindow : public TableWindow {
       }
     } else if (header->code == static_cast<UINT>(NM_DBLCLK) && list_.on_double_click) {
       list_.on_double_click();
+    } else if (header->code == static_cast<UINT>(LVN_COLUMNCLICK) && list_.on_column_click) {
+      list_.on_column_click(reinterpret_cast<const NMLISTVIEW*>(header)->iSubItem);
     }
     return 0;
   }

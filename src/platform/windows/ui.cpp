@@ -1,6 +1,7 @@
 #include "platform/windows/ui.h"
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 #include "base/paths.h"
@@ -285,6 +286,37 @@ ui::TextSize WindowsUi::SizeOfText(const ui::Control& control, const std::string
   RECT area = {0, 0, 0, 0};
   Canvas(1, 1).Measure(text, &area, drawing_.FontOf(control));
   return {static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
+}
+
+namespace {
+
+// Memory that the clipboard can take over; null if there is none.
+template <class Text>
+HGLOBAL MovableCopy(const Text& text) {
+  const size_t bytes = (text.size() + 1) * sizeof(typename Text::value_type);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
+  void* place = memory != nullptr ? GlobalLock(memory) : nullptr;
+  if (place == nullptr) {
+    if (memory != nullptr) GlobalFree(memory);
+    return nullptr;
+  }
+  std::memcpy(place, text.c_str(), bytes);
+  GlobalUnlock(memory);
+  return memory;
+}
+
+}  // namespace
+
+bool WindowsUi::SetClipboardText(const std::string& text) {
+  if (OpenClipboard(Owner()) == 0) return false;
+  EmptyClipboard();
+  const HGLOBAL copy = HasUnicode() ? MovableCopy(Wide(text)) : MovableCopy(Ansi(text));
+  const bool taken =
+      copy != nullptr && SetClipboardData(HasUnicode() ? CF_UNICODETEXT : CF_TEXT, copy) != nullptr;
+  // What the clipboard has taken is its own.
+  if (!taken && copy != nullptr) GlobalFree(copy);
+  CloseClipboard();
+  return taken;
 }
 
 void WindowsUi::Quit() {

@@ -39,6 +39,7 @@ class WindowsUi : public ui::Ui {
   ui::Pointer CurrentPointer() const override { return pointer_; }
   bool MouseIsOver(const ui::Control& control) override;
   ui::TextSize SizeOfText(const ui::Control& control, const std::string& text) override;
+  bool SetClipboardText(const std::string& text) override;
   void Quit() override;
   void SetCapsLock(bool on) override;
   void GuardKeyboard(bool on) override;

@@ -139,6 +139,11 @@ TextSize HeadlessUi::SizeOfText(const Control& control, const std::string& text)
   return {static_cast<int>(CountCharacters(text)) * points * 3 / 4, points * 2};
 }
 
+bool HeadlessUi::SetClipboardText(const std::string& text) {
+  if (!clipboard_refuses) clipboard_ = text;
+  return !clipboard_refuses;
+}
+
 void HeadlessUi::RunModal(Form& form) {
   const auto open = [&] {
     const std::vector<Form*> forms = Forms();

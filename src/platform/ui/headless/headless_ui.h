@@ -74,6 +74,9 @@ class HeadlessUi : public Ui {
   bool caps_lock() const { return caps_lock_; }
   bool keyboard_guarded() const { return keyboard_guarded_; }
   Pointer pointer() const { return pointer_; }
+  // What was put onto the clipboard last; `clipboard_refuses`: nothing more is put there.
+  const std::string& clipboard() const { return clipboard_; }
+  bool clipboard_refuses = false;
   // What the mouse is over; null: none of the controls.
   const Control* mouse_over = nullptr;
 
@@ -87,6 +90,7 @@ class HeadlessUi : public Ui {
   Pointer CurrentPointer() const override { return pointer_; }
   bool MouseIsOver(const Control& control) override { return mouse_over == &control; }
   TextSize SizeOfText(const Control& control, const std::string& text) override;
+  bool SetClipboardText(const std::string& text) override;
   void Quit() override { quit_ = true; }
   void SetCapsLock(bool on) override { caps_lock_ = on; }
   void GuardKeyboard(bool on) override { keyboard_guarded_ = on; }
@@ -124,6 +128,7 @@ class HeadlessUi : public Ui {
   int depth_ = 0;
   bool quit_ = false;
   bool caps_lock_ = false;
+  std::string clipboard_;
   bool keyboard_guarded_ = false;
   Pointer pointer_ = Pointer::kDefault;
 };
