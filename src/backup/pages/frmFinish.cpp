@@ -8,6 +8,7 @@
 #include "backup/run/whole_backup.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/pages/account_window.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -248,7 +249,9 @@ void frmFinish::TAKEALLBACKUP() {
   }
   // Stop counts until the run is told to be over.
   if (Stopping()) result.outcome = BackupOutcome::kStopped;
+  const bool attended = !app_.session().unattended;  // which the end of the run forgets
   EndRun(result);
+  ShowAccount(app_, AccountRun::kBackup, attended);
 }
 
 void frmFinish::ShowDoing(const std::string& words) {

@@ -13,9 +13,11 @@
 #include "core/main/page_sets.h"
 #include "core/main/quick_backup.h"
 #include "core/main/run_modes.h"
+#include "core/pages/account_window.h"
 #include "core/pages/page_procedures.h"
 #include "core/pages/raised_rights.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
 #include "logs/pages/frmLogs.h"
 #include "restore/pages/frmROne.h"
 #include "schedule/pages/frmSchedTwo.h"
@@ -94,6 +96,7 @@ FrmWelcome::FrmWelcome(Application& app)
       LblLastBackup(*this, "LblLastBackup"),
       lblLastRestore(*this, "lblLastRestore"),
       LblNextSchedule(*this, "LblNextSchedule"),
+      LblAccount(*this, "LblAccount"),
       PicMainBackupBase(*this, "PicMainBackupBase"),
       PicStepBase(*this, "PicStepBase"),
       ImgBackupGradient(*this, "ImgBackupGradient"),
@@ -151,6 +154,7 @@ void FrmWelcome::ConnectHomePage() {
     link.on_mouse_enter = [this, i] { lblQuicklinks_Hover(i); };
     link.on_mouse_leave = [this] { PicQuickLink_Hover(); };
   }
+  LblAccount.on_click = [this] { LblAccount_Click(); };
   PicQuickLink.on_mouse_enter = [this] { PicQuickLink_Hover(); };
   PicMainBackupBase.visible.on_change = [this] {
     PicHomeBase.visible = !PicMainBackupBase.visible;
@@ -272,6 +276,7 @@ void FrmWelcome::ShowSide(StepSide side) {
 }
 
 void FrmWelcome::OpenPages(StepSide side) {
+  CloseAccount(app_);  // it is about a run that is over
   ShowStepPanel();
   MarkBackupStep(0);
   MarkRestoreStep(0);
@@ -328,6 +333,21 @@ void FrmWelcome::GetLastBackupandRestore() {
              Trim(registry.RegGetValue(RegistryRoot::kCurrentUser, key, "Last Backup")), "Never");
   ShowStatus(lblLastRestore,
              Trim(registry.RegGetValue(RegistryRoot::kCurrentUser, key, "Last Restore")), "Never");
+  ShowUnseenAccount();
+}
+
+void FrmWelcome::ShowUnseenAccount() {
+  Account account;
+  const std::string path = UnseenAccount(app_);
+  LblAccount.visible = !path.empty() && LoadAccount(app_, path, &account);
+  if (!LblAccount.visible) return;
+  LblAccount.caption = ReplaceAll(account.Sentence(), "&", "&&");
+  // The line may be too short for it.
+  LblAccount.tooltip = account.Sentence();
+}
+
+void FrmWelcome::LblAccount_Click() {
+  if (!OpenAccount(app_, UnseenAccount(app_))) ShowUnseenAccount();
 }
 
 void FrmWelcome::NextSchedule() {
@@ -397,6 +417,7 @@ bool FrmWelcome::HasRights(const std::string& action_word) {
 // --- Quick backup -------------------------------------------------------------------------------
 
 void FrmWelcome::QuickBackup() {
+  CloseAccount(app_);
   app_.Pump();
   if (app_.Ended()) return;
   SetEnabled(false);

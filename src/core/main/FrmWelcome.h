@@ -49,6 +49,7 @@ class FrmWelcome : public ui::Form, public PageHost {
   Labels<3> lblQuicklinks, lblQuickDescription;
   ui::Label lblLastBackupCaption, lblLastRestoreCaption, lblNextScheduleCaption;
   ui::Label LblLastBackup, lblLastRestore, LblNextSchedule;
+  ui::Label LblAccount;  // what the newest run that nobody has looked at yet has to tell
 
   // The host of the pages, and in it, over the left part of the page, the panel with the steps:
   // five backgrounds of which one is visible, each with its labels and its arrow.
@@ -76,6 +77,7 @@ class FrmWelcome : public ui::Form, public PageHost {
   void LeavePages(StepSide side) override;
   void HomePage() override { cmdWC_Home_Click(); }
   void ShowNextSchedule() override { NextSchedule(); }
+  void ShowUnseenAccount() override;
   void SetEnabled(bool enabled) override { ui::Form::SetEnabled(enabled); }
   bool IsEnabled() const override { return ui::Form::Enabled(); }
 
@@ -111,6 +113,8 @@ class FrmWelcome : public ui::Form, public PageHost {
   void CmdWebsite_Click();
   void CmdOther_Click();
   void CmdAbout_Click();
+  // Opens the window with that run's account.
+  void LblAccount_Click();
   void lblQuicklinks_Hover(int index);
   void PicQuickLink_Hover();
 

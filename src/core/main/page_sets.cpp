@@ -33,6 +33,7 @@ void ResetBackupPages(Application& app) {
                            "FrmBackupMedia", "FrmQuickSteps"}) {
     app.Unload(page);
   }
+  app.session().unattended = false;
   app.session().gStopRequested = false;
 }
 
@@ -60,7 +61,8 @@ const PageTable& ProgramPages() {
                RowFor<frmSchedTwo>(PageRole::kScheduleList, StepSide::kSchedule, 1),
                RowFor<frmSettings>(PageRole::kSettings, StepSide::kSettings, 0),
                RowFor<frmStartUp>(PageRole::kStartUp, StepSide::kSettings, 1)},
-      .commit_complete_backup = CommitCompleteBackup};
+      .commit_complete_backup = CommitCompleteBackup,
+      .try_again = nullptr};
   return pages;
 }
 

@@ -98,6 +98,7 @@ void RunCommandLine(Application& app, const std::string& word) {
 void RunQuickBackupWord(Application& app) {
   FrmWelcome& welcome = app.Get<FrmWelcome>();
   welcome.mQuickCancelled = false;
+  app.session().unattended = true;
   welcome.QuickLink(0);
   if (welcome.mQuickCancelled || app.Ended()) return;
   app.Inform("Ready for Scheduled Quick Backup");
@@ -121,6 +122,7 @@ void RunCustomWord(Application& app) {
 void RunAutoWord(Application& app) {
   FrmWelcome& welcome = app.Get<FrmWelcome>();
   welcome.mQuickCancelled = false;
+  app.session().unattended = true;
   welcome.QuickLink(0);
   if (welcome.mQuickCancelled || app.Ended()) return;
   StartPreparedBackup(app);

@@ -10,6 +10,7 @@ namespace {
 constexpr ui::Color kWhite = ui::Rgb(255, 255, 255);
 constexpr ui::Color kStepColor = ui::Rgb(9, 82, 172);
 constexpr ui::Color kStatusColor = ui::Rgb(19, 89, 166);
+constexpr ui::Color kAccountColor = ui::Rgb(192, 0, 0);  // it is about what is missing
 constexpr ui::Color kPanelBorder = ui::Rgb(209, 221, 246);
 constexpr ui::Color kQuickLinkBorder = ui::Rgb(209, 228, 248);
 constexpr int kPanelCornerPercent = 2;
@@ -187,9 +188,15 @@ void FrmWelcome::PlaceStatus() {
     captions[row]->fore_color = kStepColor;
     captions[row]->bold = true;
     values[row]->container = &PicHomeBase;
-    values[row]->bounds = {156, 356 + row * 26, 604, 20};
+    values[row]->bounds = {156, 356 + row * 26, row == 0 ? 170 : 604, 20};
     values[row]->fore_color = kStatusColor;
   }
+  LblAccount.container = &PicHomeBase;
+  LblAccount.bounds = {336, 356, 424, 20};
+  LblAccount.is_link = true;
+  LblAccount.visible = false;
+  LblAccount.fore_color = kAccountColor;
+  LblAccount.tab_index = 6;
 }
 
 void FrmWelcome::PlaceStepPanel() {

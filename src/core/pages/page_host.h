@@ -8,6 +8,7 @@
 
 namespace quorvale {
 
+class Account;
 class Application;
 class WizardPage;
 namespace ui {
@@ -38,6 +39,8 @@ class PageHost {
   virtual void HomePage() = 0;
   // Reads the next scheduled run again and shows it.
   virtual void ShowNextSchedule() = 0;
+  // Reads again which result of a run nobody has looked at yet, and shows its sentence.
+  virtual void ShowUnseenAccount() = 0;
   // A window that is not enabled takes neither mouse nor keyboard.
   virtual void SetEnabled(bool enabled) = 0;
   virtual bool IsEnabled() const = 0;
@@ -80,6 +83,9 @@ struct PageTable {
   // all that this computer has, the options as they stand, the hard disk alone. `file_name` goes
   // into the page of options first, unless it is empty.
   std::function<void(Application&, const std::string& file_name)> commit_complete_backup;
+  // Opens the wizard of an account's run with what EntriesToTryAgain gives of it ticked. Null: that
+  // is not offered.
+  std::function<void(Application&, const Account&)> try_again;
 };
 
 }  // namespace quorvale

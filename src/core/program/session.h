@@ -114,6 +114,7 @@ struct BackupState {
   double gFreeBytes = 0;
   bool gDriveInfoFailed = false;
   bool gAnyItemChecked = false;
+  bool unattended = false;  // started by a command word that asks nobody; until its pages are left
   bool gDelivered = false;  // the server has the whole file, or every disc is written
   int discs_written = 0;    // of the last delivery
   bool gBackupZipBusy = false;

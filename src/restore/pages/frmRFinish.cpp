@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "core/pages/account_window.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -216,6 +217,7 @@ void frmRFinish::TAKEALLRESTORE() {
   } else {
     AbortEnding();
   }
+  ShowAccount(app_, AccountRun::kRestore, true);
 }
 
 std::string frmRFinish::EndMessage() const {

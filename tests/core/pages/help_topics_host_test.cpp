@@ -9,6 +9,7 @@
 #include "core/main/FrmWelcome.h"
 #include "core/main/frmSettings.h"
 #include "core/main/frmStartUp.h"
+#include "core/pages/frmAccount.h"
 #include "discovery/pages/FrmTwo.h"
 #include "platform/host/host_platform.h"
 #include "restore/pages/frmRFinish.h"
@@ -75,6 +76,7 @@ TEST_F(HelpTopicsTest, TheSchedulePages) {
 TEST_F(HelpTopicsTest, TheSettingsPages) {
   Expect<frmSettings>("qvlSettings.htm");
   Expect<frmStartUp>("qvlSettings.htm");
+  Expect<frmAccount>("qvlSettings.htm");
 }
 
 }  // namespace

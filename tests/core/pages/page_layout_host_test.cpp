@@ -16,6 +16,7 @@
 #include "core/main/frmAbout.h"
 #include "core/main/frmSettings.h"
 #include "core/main/frmStartUp.h"
+#include "core/pages/frmAccount.h"
 #include "logs/pages/frmLogs.h"
 #include "support/test_machine.h"
 
@@ -75,6 +76,7 @@ TEST(PageLayout, NoControlLiesOverAnother) {
   ExpectTidy(app.Get<frmStartUp>());
   ExpectTidy(app.Get<frmLogs>());
   ExpectTidy(app.Get<frmAbout>());
+  ExpectTidy(app.Get<frmAccount>());
   ExpectTidy(app.Get<FrmQuickSteps>());
   ExpectTidy(app.Get<FrmMinimize>());
 }

@@ -17,6 +17,7 @@
 #include "core/main/frmAbout.h"
 #include "core/main/frmSettings.h"
 #include "core/main/frmStartUp.h"
+#include "core/pages/frmAccount.h"
 #include "discovery/pages/FrmTwo.h"
 #include "logs/pages/frmLogs.h"
 #include "restore/pages/frmRFinish.h"
@@ -36,7 +37,7 @@ std::vector<const ui::Form*> AllPages(Application& app) {
           &app.Get<frmFinish>(),  &app.Get<frmROne>(),        &app.Get<frmRTwo>(),
           &app.Get<frmRfour>(),   &app.Get<frmRFinish>(),     &app.Get<frmSettings>(),
           &app.Get<frmStartUp>(), &app.Get<frmLogs>(),        &app.Get<frmAbout>(),
-          &app.Get<FrmMinimize>()};
+          &app.Get<frmAccount>(), &app.Get<FrmMinimize>()};
 }
 
 // The keyboard can be in it, as in a window of its kind.

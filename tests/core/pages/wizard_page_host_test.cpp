@@ -30,6 +30,7 @@ class Window : public PageHost {
   }
   void HomePage() override {}
   void ShowNextSchedule() override {}
+  void ShowUnseenAccount() override {}
   void SetEnabled(bool) override {}
   bool IsEnabled() const override { return true; }
 
