@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/paths.h"
 #include "base/text.h"
+#include "core/pages/account_table.h"
+#include "core/pages/account_window.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account_folder.h"
 #include "core/program/full_text.h"
 
 namespace quorvale {
@@ -133,26 +137,44 @@ void frmLogs::RefreshLogList() {
   MakeDirectoryPath(app_, LogFolder(app_));
   folder_ = WithoutBackslash(LogFolder(app_));
   for (const std::string& name : ListedFiles(app_.platform().files, folder_)) File1.AddItem(name);
+  first_account_ = File1.Count();
+  accounts_ = KeptAccounts(app_);
+  for (const std::string& path : accounts_) File1.AddItem(FileNameOf(path));
   txtLog.text = folder_;
   RichTextBox1.text = "";
   if (File1.Count() > 0) File1.list_index = 0;
 }
 
 std::string frmLogs::SelectedPath() const {
+  if (AccountIsSelected()) return accounts_[static_cast<size_t>(File1.list_index - first_account_)];
   const std::string name = File1.SelectedText();
   return name.empty() ? "" : folder_ + "\\" + name;
+}
+
+bool frmLogs::AccountIsSelected() const { return File1.list_index >= first_account_; }
+
+// A text of another kind in the folder of the accounts is shown as it stands.
+void frmLogs::RenderAccount(const std::string& path) {
+  Account account;
+  if (!LoadAccount(app_, path, &account)) return RenderLog(path);
+  RichTextBox1.text = AccountPage(account);
 }
 
 void frmLogs::File1_Click() {
   const std::string path = SelectedPath();
   if (path.empty()) return;
-  RenderLog(path);
+  if (AccountIsSelected()) {
+    RenderAccount(path);
+  } else {
+    RenderLog(path);
+  }
   txtLog.text = path;
 }
 
 void frmLogs::File1_DblClick() {
   const std::string path = SelectedPath();
-  if (!path.empty()) app_.platform().shell.Run("Notepad " + path, WindowStyle::kNormal);
+  if (path.empty() || (AccountIsSelected() && OpenAccount(app_, path))) return;
+  app_.platform().shell.Run("Notepad " + path, WindowStyle::kNormal);
 }
 
 void frmLogs::Command2_Click() { OpenFolder(app_, folder_); }

@@ -1,7 +1,8 @@
-// The page that lists and shows the logs of earlier runs.
+// The page that lists and shows the logs of earlier runs, and behind them the accounts.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/pages/application.h"
 #include "platform/ui/controls.h"
@@ -41,9 +42,14 @@ class frmLogs : public ui::Form {
   void PlaceControls();
   void ConnectHandlers();
   std::string SelectedPath() const;
+  bool AccountIsSelected() const;
+  void RenderAccount(const std::string& path);
 
   Application& app_;
-  std::string folder_;  // of the listed files, without a final "\"
+  std::string folder_;  // of the listed logs, without a final "\"
+  // Of the listed accounts, and where the list holds the first of them.
+  std::vector<std::string> accounts_;
+  int first_account_ = 0;
 };
 
 // A log as the page shows it: lines joined with CR LF.

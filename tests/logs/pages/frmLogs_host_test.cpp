@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "core/main/FrmWelcome.h"
+#include "core/pages/account_window.h"
+#include "core/pages/frmAccount.h"
+#include "core/program/account_folder.h"
 #include "core/program/full_text.h"
 #include "support/test_machine.h"
 
@@ -173,6 +176,96 @@ TEST_F(FrmLogsTest, AFileAndTheFolderOpenOutside) {
   EXPECT_EQ(machine_.computer().Started(),
             (std::vector<std::string>{"run|Notepad " + Folder() + "\\a.xml",
                                       "run|Explorer " + Folder()}));
+}
+
+// --- Accounts -----------------------------------------------------------------------------------
+
+class AccountsOfFrmLogsTest : public FrmLogsTest {
+ protected:
+  // Keeps the account of a backup that lacks a file; its path.
+  std::string Keep(const std::string& began) {
+    machine_.app().Get<FrmWelcome>();
+    Account account;
+    account.Begin(AccountRun::kBackup, "Mail", began);
+    AccountEntry entry;
+    entry.source = "C:\\Docs\\a.txt";
+    entry.reason = AccountReason::kUnreadable;
+    account.Add(entry);
+    account.End(AccountEnd::kDone, began);
+    std::string path;
+    EXPECT_EQ(KeepAccount(machine_.app(), account, &path), FileStatus::kOk);
+    return path;
+  }
+  static std::vector<std::string> Listed(const frmLogs& page) {
+    std::vector<std::string> names;
+    for (int i = 0; i < page.File1.Count(); ++i) names.push_back(page.File1.Item(i));
+    return names;
+  }
+};
+
+TEST_F(AccountsOfFrmLogsTest, StandBehindTheLogsTheNewestFirst) {
+  Keep("2026-11-22 05:08:12");
+  Keep("2026-11-23 05:08:12");
+  WriteLog("Settings_z.xml", "<A>1</A>");
+  frmLogs& page = Open();
+  EXPECT_EQ(Listed(page),
+            (std::vector<std::string>{"Settings_z.xml", "2026-11-23 05-08-12 backup.txt",
+                                      "2026-11-22 05-08-12 backup.txt"}));
+  EXPECT_EQ(page.RichTextBox1.text.get(), "A: 1");
+}
+
+TEST_F(AccountsOfFrmLogsTest, AreReadAsAPersonReadsThem) {
+  const std::string path = Keep("2026-11-22 05:08:12");
+  frmLogs& page = Open();
+  EXPECT_EQ(page.txtLog.text.get(), path);
+  EXPECT_EQ(page.RichTextBox1.text.get(),
+            "1 file is not in this backup.\r\n\r\n"
+            "Backup \"Mail\", 2026-11-22 05:08:12\r\n"
+            "Ended: 2026-11-22 05:08:12\r\n"
+            "\r\nNot in this backup:\r\n"
+            "C:\\Docs\\a.txt: in use, or no rights to read it\r\n");
+  machine_.WriteFile(path, "no account");
+  machine_.Click(page.cmdRefresh);
+  EXPECT_EQ(page.RichTextBox1.text.get(), "no account");
+}
+
+TEST_F(AccountsOfFrmLogsTest, OpenInTheirWindowByADoubleClick) {
+  const std::string older = Keep("2026-11-22 05:08:12");
+  const std::string newer = Keep("2026-11-23 05:08:12");
+  frmLogs& page = Open();
+  page.File1.list_index = 1;
+  page.File1.on_double_click();
+  ASSERT_NE(machine_.app().Loaded<frmAccount>(), nullptr);
+  EXPECT_EQ(machine_.app().Get<frmAccount>().lblRun.caption.get(),
+            "Backup \"Mail\", 2026-11-22 05:08:12");
+  // The one that is still to be told was not looked at by that.
+  EXPECT_EQ(UnseenAccount(machine_.app()), newer);
+  page.File1.list_index = 0;
+  page.File1.on_double_click();
+  EXPECT_EQ(UnseenAccount(machine_.app()), "");
+  EXPECT_TRUE(page.Visible());
+  EXPECT_TRUE(machine_.computer().Started().empty());
+  machine_.WriteFile(newer, "no account");
+  page.File1.on_double_click();
+  EXPECT_EQ(machine_.computer().Started(), std::vector<std::string>{"run|Notepad " + newer});
+}
+
+TEST_F(AccountsOfFrmLogsTest, AreDeletedLikeLogs) {
+  const std::string older = Keep("2026-11-22 05:08:12");
+  const std::string newer = Keep("2026-11-23 05:08:12");
+  frmLogs& page = Open();
+  const std::string question =
+      "The operation can't be undone. Are you sure you want to delete "
+      "\"2026-11-23 05-08-12 backup.txt\"?";
+  machine_.Expect(ui::Answer::kNo, question);
+  machine_.Click(page.cmdDelete);
+  EXPECT_TRUE(machine_.Exists(newer));
+  machine_.Expect(ui::Answer::kYes, question);
+  machine_.Click(page.cmdDelete);
+  EXPECT_FALSE(machine_.Exists(newer));
+  EXPECT_EQ(Listed(page), std::vector<std::string>{"2026-11-22 05-08-12 backup.txt"});
+  EXPECT_EQ(page.txtLog.text.get(), older);
+  EXPECT_EQ(UnseenAccount(machine_.app()), "");
 }
 
 TEST_F(FrmLogsTest, CancelLeadsHomeAndBackClosesThePageOnly) {
