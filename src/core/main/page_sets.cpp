@@ -9,6 +9,7 @@
 #include "core/main/frmSettings.h"
 #include "core/main/frmStartUp.h"
 #include "core/main/quick_backup.h"
+#include "core/main/try_again.h"
 #include "discovery/pages/FrmTwo.h"
 #include "restore/pages/frmRFinish.h"
 #include "restore/pages/frmROne.h"
@@ -41,6 +42,8 @@ void ResetRestorePages(Application& app) {
   ShowMainWindow(app);
   for (const char* page : {"frmROne", "frmRTwo", "frmRfour", "frmRFinish"}) app.Unload(page);
   app.session().gOutlookProfileEdited = false;
+  app.session().again_archive.clear();
+  app.session().again_items.clear();
   app.session().gStopRequested = false;
 }
 
@@ -62,7 +65,7 @@ const PageTable& ProgramPages() {
                RowFor<frmSettings>(PageRole::kSettings, StepSide::kSettings, 0),
                RowFor<frmStartUp>(PageRole::kStartUp, StepSide::kSettings, 1)},
       .commit_complete_backup = CommitCompleteBackup,
-      .try_again = nullptr};
+      .try_again = TryAgain};
   return pages;
 }
 

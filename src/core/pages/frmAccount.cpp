@@ -105,7 +105,7 @@ void frmAccount::Use(const Account& account) {
   SetCaption(CaptionOf(account_.run()));
   lblSentence.caption = Plain(account_.Sentence());
   lblRun.caption = Plain(AccountTitle(account_));
-  cmdAgain.visible = app_.pages().try_again && !EntriesToTryAgain(account_).empty();
+  cmdAgain.visible = !EntriesToTryAgain(account_).empty();
   const bool has_list = !rows_.empty();
   for (ui::Control* control :
        std::initializer_list<ui::Control*>{&lvwEntries, &lblSort, &cboSort, &cmdCopy}) {

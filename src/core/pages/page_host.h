@@ -83,8 +83,7 @@ struct PageTable {
   // all that this computer has, the options as they stand, the hard disk alone. `file_name` goes
   // into the page of options first, unless it is empty.
   std::function<void(Application&, const std::string& file_name)> commit_complete_backup;
-  // Opens the wizard of an account's run with what EntriesToTryAgain gives of it ticked. Null: that
-  // is not offered.
+  // Opens the wizard of an account's run with what EntriesToTryAgain gives of it ticked.
   std::function<void(Application&, const Account&)> try_again;
 };
 

@@ -147,6 +147,9 @@ struct RestoreJob {
 // What the program finds out for a restore: committed and read by the tree page (a file that can't
 // be read, the default profile unticked) and by the run (the Outlook profile that it edits).
 struct RestoreState {
+  // What a person wants once more: of which backup, and the paths of the items in its tree.
+  std::string again_archive;
+  std::vector<std::string> again_items;
   bool gDefaultProfileSkipped = false;
   bool gRestoreFileBad = false;
   // The name that the refused backup was made under; "" if that is not known.

@@ -13,6 +13,7 @@
 
 namespace quorvale {
 
+struct AccountEntry;
 struct SettingsItem;
 
 class FrmTwo : public WizardPage {
@@ -41,6 +42,10 @@ class FrmTwo : public WizardPage {
   // Every node whose root is neither "Add Other Folders" nor "Add More Files", and no other: a
   // quick backup.
   void TickAll();
+
+  // What these entries of an account name, and no other node: the node of their item where that is
+  // what is missing, else the file or folder as one that the user adds.
+  void TickAgain(const std::vector<AccountEntry>& entries);
 
   // The commit. --------------------------------------------------------------------------------
 
@@ -108,6 +113,8 @@ class FrmTwo : public WizardPage {
   void AddChosen(ui::TreeNode* root, const std::string& path, const std::string& image);
   void AskRemove(ui::TreeNode* node);
   void TickProfileSettings(ui::TreeNode* node);
+  void TickEntry(const AccountEntry& entry);
+  void AddAgain(const std::string& path, bool is_folder);
   void TickFromItems(const std::string& root_key, const std::vector<SettingsItem>& items);
   void TickFromItem(ui::TreeNode* root, const SettingsItem& item);
   void AddItemAnew(ui::TreeNode* root, const SettingsItem& item);

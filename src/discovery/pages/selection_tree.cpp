@@ -2,8 +2,10 @@
 #include <algorithm>
 
 #include "backup/format/settings_file.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "core/program/ModGlobal.h"
+#include "core/program/account.h"
 #include "core/program/command_words.h"
 #include "core/program/full_text.h"
 #include "discovery/pages/FrmTwo.h"
@@ -100,6 +102,43 @@ void FrmTwo::TickAll() {
     node->SetChecked(!IsAddCaption(node->Root()->Text()));
   }
   tvwMain.EndUpdate();
+}
+
+void FrmTwo::TickAgain(const std::vector<AccountEntry>& entries) {
+  Deselectall();
+  for (const AccountEntry& entry : entries) TickEntry(entry);
+  // No product's items are saved without its account settings.
+  for (int index = 1; index <= tvwMain.Count(); ++index) {
+    ui::TreeNode* node = tvwMain.Node(index);
+    const bool parent_ticked = node->Parent() != nullptr && node->Parent()->Checked();
+    if (parent_ticked && Contains(node->FullPath(), "Account Settings")) node->SetChecked(true);
+  }
+}
+
+void FrmTwo::TickEntry(const AccountEntry& entry) {
+  ui::TreeNode* node = tvwMain.FindPath(entry.item);
+  const bool is_path = entry.thing == AccountThing::kFile || entry.thing == AccountThing::kFolder;
+  const auto is_of = [&](const ui::TreeNode& each) {
+    return EqualsNoCase(WithoutBackslash(CommittedKey(each)), WithoutBackslash(entry.source));
+  };
+  if (node != nullptr && (!is_path || is_of(*node))) {
+    if (!IsAddRoot(*node)) tvwMain.UserChecks(node, true);
+    return;
+  }
+  const bool was_added_folder = entry.item.starts_with(PathPrefix(ProductId::kAddedFolders));
+  const bool was_added_file = entry.item.starts_with(PathPrefix(ProductId::kAddedFiles));
+  if (is_path) {
+    AddAgain(entry.source, entry.thing == AccountThing::kFolder);
+  } else if (was_added_folder || was_added_file) {
+    AddAgain(entry.source, was_added_folder);
+  }
+}
+
+void FrmTwo::AddAgain(const std::string& path, bool is_folder) {
+  if (ui::TreeNode* node = tvwMain.Find(path)) return tvwMain.UserChecks(node, true);
+  const ProductId id = is_folder ? ProductId::kAddedFolders : ProductId::kAddedFiles;
+  ui::TreeNode* root = tvwMain.Find(ProductOf(id).caption);
+  if (root != nullptr) AddChosen(root, path, is_folder ? kAddedFolderImage : kAddedFileImage);
 }
 
 void FrmTwo::LoadTreeState(const std::string& path) {

@@ -126,7 +126,10 @@ void frmROne::File1_Click() {
 void frmROne::Command1_Click() {
   const std::string path = app_.ui().OpenFileDialog("Outlook Backup Files(*.obk)|*.obk",
                                                     app_.settings().backup_folder());
-  if (path.empty()) return;
+  if (!path.empty()) UseBackup(path);
+}
+
+void frmROne::UseBackup(const std::string& path) {
   txtDefaultPassword.text = "";
   cmdNext.enabled = true;
   UseArchivePath(path);

@@ -40,6 +40,8 @@ class frmROne : public WizardPage {
   // Takes back that none was wanted.
   void FolderWanted() override { Check1.value = 0; }
 
+  // Chooses a backup file anywhere.
+  void UseBackup(const std::string& path);
   // Lists the backup folder's files and selects the first one.
   void FillBackupList();
   // True if a member of the chosen archive is encrypted; leaves the password box disabled.

@@ -126,7 +126,20 @@ void frmRTwo::Command2_Click() {
   }
   if (!ReadTable(session.gRestoreFilePath)) return Refuse(zip::Result::kFailed);
   LoadRestoreTree(BackupBaseName(session));
+  if (session.again_archive == session.gRestoreFilePath) TickAgain();
   cmdNext.enabled = true;
+}
+
+void frmRTwo::TickAgain() {
+  for (const std::string& item : app_.session().again_items) {
+    if (ui::TreeNode* node = tvwMain.FindPath(item)) tvwMain.UserChecks(node, true);
+  }
+  // No product's items come back without its account settings.
+  for (int i = 1; i <= tvwMain.Count(); ++i) {
+    ui::TreeNode& node = *tvwMain.Node(i);
+    const bool parent_ticked = node.Parent() != nullptr && node.Parent()->Checked();
+    if (parent_ticked && Contains(node.FullPath(), "Account Settings")) node.SetChecked(true);
+  }
 }
 
 bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& archive) {

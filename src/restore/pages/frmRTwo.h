@@ -93,6 +93,8 @@ class frmRTwo : public WizardPage {
   void TellFirstName(const std::string& archive);
   void ReadOptions(const SettingsFile& settings);
   bool AnythingTicked() const;
+  // What an earlier restore of this backup did not bring back.
+  void TickAgain();
 
   std::vector<SettingsItem> items_;
   std::shared_ptr<const MemberTable> table_;  // of the present backup; null without one

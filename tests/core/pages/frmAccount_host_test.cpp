@@ -35,7 +35,7 @@ class FrmAccountTest : public testing::Test {
   }
   std::string Keep() {
     std::string path;
-    EXPECT_EQ(KeepAccount(machine_.app(), machine_.app().account(), &path), FileStatus::kOk);
+    EXPECT_EQ(WriteAccount(machine_.app(), machine_.app().account(), &path), FileStatus::kOk);
     return path;
   }
   frmAccount* Shown() {

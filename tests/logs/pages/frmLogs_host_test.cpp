@@ -193,7 +193,7 @@ class AccountsOfFrmLogsTest : public FrmLogsTest {
     account.Add(entry);
     account.End(AccountEnd::kDone, began);
     std::string path;
-    EXPECT_EQ(KeepAccount(machine_.app(), account, &path), FileStatus::kOk);
+    EXPECT_EQ(WriteAccount(machine_.app(), account, &path), FileStatus::kOk);
     return path;
   }
   static std::vector<std::string> Listed(const frmLogs& page) {
