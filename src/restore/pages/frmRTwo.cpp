@@ -1,5 +1,6 @@
 #include "restore/pages/frmRTwo.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "backup/format/archive_layout.h"
@@ -131,8 +132,15 @@ void frmRTwo::Command2_Click() {
 }
 
 void frmRTwo::TickAgain() {
-  for (const std::string& item : app_.session().again_items) {
-    if (ui::TreeNode* node = tvwMain.FindPath(item)) tvwMain.UserChecks(node, true);
+  const std::vector<std::string>& wanted = app_.session().again_items;
+  for (int i = 1; i <= tvwMain.Count(); ++i) {
+    ui::TreeNode* node = tvwMain.Node(i);
+    const int item = ItemOfNode(*node);
+    if (item < 0) continue;
+    const std::string& path = items_[static_cast<size_t>(item)].path;
+    if (std::find(wanted.begin(), wanted.end(), path) != wanted.end()) {
+      tvwMain.UserChecks(node, true);
+    }
   }
   // No product's items come back without its account settings.
   for (int i = 1; i <= tvwMain.Count(); ++i) {

@@ -77,6 +77,8 @@ class TryAgainTest : public testing::Test {
     app().Get<frmOne>().txtBackupname.text = "Mail";
     machine_.Click(app().Get<frmOne>().cmdNext);
     machine_.Tick(app().Get<FrmTwo>().tvwMain, kDesktopItem);
+    machine_.ui().ExpectFile("D:\\Data\\a.txt");
+    machine_.Tick(app().Get<FrmTwo>().tvwMain, "Add More Files");
     machine_.Click(app().Get<FrmTwo>().cmdNext);
     frmThree& options = app().Get<frmThree>();
     if (!password.empty()) {
@@ -151,6 +153,15 @@ TEST_F(TryAgainTest, ARestoreOpensTheSameBackupWithWhatWasNotRestored) {
   frmRTwo& items = app().Get<frmRTwo>();
   EXPECT_TRUE(items.Visible());
   EXPECT_EQ(Ticked(items.tvwMain), (std::vector<std::string>{"Other Files", kDesktopItem}));
+}
+
+// The tree of a restore calls the added files otherwise than the backup did.
+TEST_F(TryAgainTest, ARestoreFindsAddedFiles) {
+  MakeBackup("");
+  NotRestored("Add More Files\\D:\\Data\\a.txt");
+  PressAgain();
+  EXPECT_EQ(Ticked(app().Get<frmRTwo>().tvwMain),
+            (std::vector<std::string>{"Added More Files", "Added More Files\\D:\\Data\\a.txt"}));
 }
 
 TEST_F(TryAgainTest, AProtectedBackupWaitsForItsPassword) {
