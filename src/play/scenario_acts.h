@@ -16,7 +16,8 @@ using Act = std::string(ScenarioPlayer& player, const ScenarioAct& act);
 // The computer (scenario_computer_acts.cpp).
 Act Machine, Process, Service, Free, Drive, Share, Elevation, Clock, Disc, Environment, Screen;
 // Its files, registry and scheduled jobs (scenario_file_acts.cpp).
-Act Bring, Seed, SeedBytes, SeedFolder, SeedValue, SeedKey, Remove, RemoveValues, Rename, Task;
+Act Bring, Seed, SeedBytes, SeedFolder, SeedValue, SeedKey, Remove, RemoveValues, Rename, Damage,
+    Task;
 Act ExpectFile, ExpectNoFile, ExpectAccount, ExpectSame, ExpectFolder, ExpectEntry, ExpectNoEntry,
     ExpectRegistry, ExpectNoRegistry, ExpectTask, ExpectNoTask;
 // The person (scenario_person_acts.cpp).

@@ -173,6 +173,32 @@ std::string Rename(ScenarioPlayer& player, const ScenarioAct& act) {
              : act.path + " cannot be renamed";
 }
 
+// The last byte of the entry's packed data.
+std::string Damage(ScenarioPlayer& player, const ScenarioAct& act) {
+  zip::Archive archive(PlatformOf(player));
+  archive.archive_name = act.path;
+  std::vector<zip::Entry> entries;
+  if (archive.List(&entries) != zip::Result::kDone) return act.path + " is no archive";
+  const auto entry = std::find_if(entries.begin(), entries.end(), [&act](const zip::Entry& each) {
+    return EqualsNoCase(each.name, act.text);
+  });
+  if (entry == entries.end() || entry->compressed_size == 0) {
+    return act.path + " has no entry " + act.text + " with something in it";
+  }
+  std::string bytes;
+  const std::string problem = ReadFile(player, act.path, &bytes);
+  if (!problem.empty()) return problem;
+  // Its local header, by the name in it: 30 bytes, the name, what stands behind the name, the data.
+  const std::string name = ReplaceAll(entry->name, "\\", "/");
+  const size_t named = bytes.find(name);
+  if (named == std::string::npos || named < 2) return act.path + " has no header of " + act.text;
+  const size_t extra = static_cast<unsigned char>(bytes[named - 2]);
+  bytes[named + name.size() + extra + entry->compressed_size - 1] ^= 1;
+  return Files(player).WriteWhole(act.path, bytes) == FileStatus::kOk
+             ? ""
+             : act.path + " cannot be written";
+}
+
 // A job as another program makes it: it tells the time of nothing of ours.
 std::string Task(ScenarioPlayer& player, const ScenarioAct& act) {
   TaskScheduler& scheduler = PlatformOf(player).scheduler;

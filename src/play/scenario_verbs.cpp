@@ -25,6 +25,8 @@ constexpr ScenarioVerb kVerbs[] = {
     // all values of a registry key and of the keys below it
     {"remove-values", ActShape::kText, ActWay::kAtOnce, acts::RemoveValues},
     {"rename", ActShape::kTwoPaths, ActWay::kAtOnce, acts::Rename},
+    // one byte of what an archive holds: archive = entry name
+    {"damage", ActShape::kTwoPaths, ActWay::kAtOnce, acts::Damage},
     // process msimn.exe 77, process msimn.exe gone
     {"process", ActShape::kWordText, ActWay::kAtOnce, acts::Process},
     // service Name = running

@@ -3,10 +3,12 @@
 #include <algorithm>
 
 #include "backup/format/backup_file.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
+#include "restore/run/damaged_backup.h"
 
 namespace quorvale {
 namespace {
@@ -20,7 +22,9 @@ frmROne::frmROne(Application& app) : WizardPage(app, kName, PageRole::kRestoreJo
   Label32.is_link = true;
   LblDelete.is_link = true;
   LblFirstName.is_link = true;
-  LblFirstName.visible = false;
+  LblWhole.is_link = true;
+  LblUnread.visible = false;
+  HideOffers();
   PlaceControls();
   ConnectHandlers();
 }
@@ -32,9 +36,11 @@ void frmROne::ConnectHandlers() {
   LblDelete.on_click = [this] { LblDelete_Click(); };
   Check1.on_click = [this] { Check1_Click(); };
   txtpath.on_lost_focus = [this] { EnablePassword(); };
+  txtpath.text.on_change = [this] { HideOffers(); };
   txtRestore.text.on_change = [this] { txtRestore_Change(); };
   cmdselectfolder.on_click = [this] { cmdselectfolder_Click(); };
   LblFirstName.on_click = [this] { LblFirstName_Click(); };
+  LblWhole.on_click = [this] { LblWhole_Click(); };
   cmdNext.on_click = [this] { cmdNext_Click(); };
   cmdCancel.on_click = [this] { cmdCancel_Click(); };
   OpenHelpOnF1(app_, *this, "Restoration.htm");
@@ -68,15 +74,17 @@ void frmROne::PlaceControls() {
   txtDefaultPassword.bounds = ContentRow(8, kContentLeft, kPasswordWidth);
   LblFirstName.bounds =
       ContentRow(8, kContentLeft + kPasswordWidth + 8, kContentWidth - kPasswordWidth - 8);
+  LblWhole.bounds = LblFirstName.bounds;  // one of the three is shown at a time
+  LblUnread.bounds = LblFirstName.bounds;
   lblRestore.bounds = ContentRow(9);
   txtRestore.bounds = ContentRow(10, kContentLeft, kContentWidth - 104);
   cmdselectfolder.bounds = ButtonInRow(10, kContentRight - 96, 96);
   Check1.bounds = ContentRow(11, kContentLeft, 260);
   // A heading stands just before what it names, so that its access key leads there.
-  SetTabOrder(
-      {&Label32, &LblDelete, &lblJobs, &File1, &txtpath, &Command1, &lblPassword,
-       &txtDefaultPassword, &LblFirstName, &lblRestore, &txtRestore, &cmdselectfolder, &Check1},
-      0);
+  SetTabOrder({&Label32, &LblDelete, &lblJobs, &File1, &txtpath, &Command1, &lblPassword,
+               &txtDefaultPassword, &LblFirstName, &LblWhole, &lblRestore, &txtRestore,
+               &cmdselectfolder, &Check1},
+              0);
 }
 
 void frmROne::FillBackupList() {
@@ -90,6 +98,7 @@ void frmROne::FillBackupList() {
             [](const std::string& a, const std::string& b) { return FoldCase(a) < FoldCase(b); });
   File1.Clear();
   for (std::string& name : names) File1.AddItem(std::move(name));
+  LblUnread.visible = names.empty() && !app_.platform().files.CanList(folder);
   if (File1.Count() == 0) return;
   File1.list_index = 0;
   cmdNext.enabled = true;
@@ -102,8 +111,15 @@ bool frmROne::CheckArchiveEncrypted() {
 
 void frmROne::EnablePassword() { txtDefaultPassword.enabled = CheckArchiveEncrypted(); }
 
-void frmROne::UseArchivePath(const std::string& path) {
+// What the page offers behind a refusal is about the file that was refused.
+void frmROne::HideOffers() {
   LblFirstName.visible = false;
+  LblWhole.visible = false;
+}
+
+void frmROne::UseArchivePath(const std::string& path) {
+  HideOffers();
+  LblUnread.visible = false;
   txtpath.text = path;
   EnablePassword();
 }
@@ -222,35 +238,53 @@ zip::Result frmROne::TestArchive() {
   return result;
 }
 
+bool frmROne::BackupIsThere() {
+  if (app_.files().FileExists(txtpath.text)) return true;
+  app_.Warn("Backup file has been deleted or renamed");
+  Label32_Click();
+  app_.ui().SetPointer(ui::Pointer::kDefault);
+  return false;
+}
+
 void frmROne::cmdNext_Click() {
   if (Trim(txtpath.text.get()).empty()) {
     app_.Inform("Select a backup file to Restore");
     return;
   }
   app_.ui().SetPointer(ui::Pointer::kHourglass);
-  if (!app_.files().FileExists(txtpath.text)) {
-    app_.Warn("Backup file has been deleted or renamed");
-    Label32_Click();
-    app_.ui().SetPointer(ui::Pointer::kDefault);
-    return;
-  }
+  if (!BackupIsThere()) return;
   cmdNext.enabled = false;
   const zip::Result result = TestArchive();
   if (app_.Ended()) return;
-  if (result == zip::Result::kWrongPassword) return RefusePassword();
-  if (result != zip::Result::kDone) {
+  if (result == zip::Result::kDone) return GoOn();
+  if (result == zip::Result::kWrongPassword) {
+    RefusePassword();
+  } else {
     app_.Inform("Invalid backup file selected.");
-    return EnableButtons();
+    EnableButtons();
   }
+  HideOffers();
+  // Damage may also look like a wrong password.
+  LblWhole.visible = GivesWhatIsWhole(app_, txtpath.text, txtDefaultPassword.text,
+                                      WithoutLastFour(FileNameOf(txtpath.text)));
+}
+
+void frmROne::GoOn() {
   cmdNext.enabled = true;
   txtRestore.text = TypedFolder(app_, txtRestore.text);
   SaveRestoreSession();
   OpenItems();
 }
 
+void frmROne::LblWhole_Click() {
+  app_.ui().SetPointer(ui::Pointer::kHourglass);
+  if (BackupIsThere()) GoOn();
+}
+
 void frmROne::OpenItems() {
   GoOnTo(PageRole::kRestoreItems);
   const std::string& first_name = app_.session().refused_first_name;
+  HideOffers();
   LblFirstName.visible = !first_name.empty();
   LblFirstName.caption = "It was made as \"" + first_name + "\". Go on with it";
   app_.ui().SetPointer(ui::Pointer::kDefault);

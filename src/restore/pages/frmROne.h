@@ -29,6 +29,9 @@ class frmROne : public WizardPage {
   ui::TextBox txtDefaultPassword{*this, "txtDefaultPassword"};
   ui::Label LblFirstName{*this, "LblFirstName",
                          ""};  // shown behind the refusal of a renamed backup
+  ui::Label LblWhole{*this, "LblWhole",
+                     "Go on with what is whole"};  // shown behind the refusal of a damaged backup
+  ui::Label LblUnread{*this, "LblUnread", "The backup folder cannot be read"};
   ui::Label lblRestore{*this, "lblRestore", "Select a &folder to restore files"};
   ui::TextBox txtRestore{*this, "txtRestore"};
   ui::CommandButton cmdselectfolder{*this, "cmdselectfolder", "&Select Folder"};
@@ -58,6 +61,8 @@ class frmROne : public WizardPage {
   void cmdselectfolder_Click();
   // Goes on with a renamed backup under the name that it was made under.
   void LblFirstName_Click();
+  // Goes on with a damaged backup.
+  void LblWhole_Click();
   void cmdNext_Click();
   void cmdCancel_Click();
 
@@ -71,6 +76,10 @@ class frmROne : public WizardPage {
   // The backup that the program was opened with, by a double click on it, is the chosen one.
   void UseOpenedFile();
   void EnablePassword();
+  void HideOffers();
+  // True if the chosen file is there; else the user is told.
+  bool BackupIsThere();
+  void GoOn();
   void OpenItems();
   zip::Result TestArchive();
   void RefusePassword();

@@ -151,8 +151,17 @@ void frmRTwo::TickAgain() {
 }
 
 bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& archive) {
+  const std::string folder = StagingFolder();
+  if (!app_.files().MakeFolderChain(folder)) {
+    RefuseFolder(folder);
+    return false;
+  }
   const zip::Result result = UnpackSettings(member, archive);
   if (result == zip::Result::kDone) return true;
+  if (result == zip::Result::kNoSpace || !FolderIsWritable(app_, folder)) {
+    RefuseFolder(folder);
+    return false;
+  }
   Refuse(result);
   if (result != zip::Result::kWrongPassword) TellFirstName(archive);
   return false;
@@ -160,10 +169,8 @@ bool frmRTwo::ExtractSettingsFile(const std::string& member, const std::string& 
 
 zip::Result frmRTwo::UnpackSettings(const std::string& member, const std::string& archive) {
   Session& session = app_.session();
-  const std::string folder = StagingFolder();
-  app_.files().MakeFolderChain(folder);
   app_.ui().SetPointer(ui::Pointer::kHourglass);
-  const std::string target = CollapseBackslashes(folder + "\\" + member);
+  const std::string target = CollapseBackslashes(StagingFolder() + "\\" + member);
   const zip::Result result =
       BackupFile(app_, archive, session.gRestorePassword).ExtractAs(member, target);
   app_.ui().SetPointer(ui::Pointer::kDefault);
@@ -186,6 +193,16 @@ void frmRTwo::Refuse(zip::Result result) {
   } else {
     app_.Warn("Either the file is Corrupt or Renamed");
   }
+  cmdBack_Click();
+  app_.session().gRestoreFileBad = true;
+}
+
+void frmRTwo::TellFolder(const std::string& folder) {
+  app_.Inform("The restore folder cannot be used: " + folder);
+}
+
+void frmRTwo::RefuseFolder(const std::string& folder) {
+  TellFolder(folder);
   cmdBack_Click();
   app_.session().gRestoreFileBad = true;
 }
@@ -372,7 +389,7 @@ void frmRTwo::cmdNext_Click() {
   txtpath.text = TypedFolder(app_, txtpath.text);
   const std::string folder = txtpath.text;
   if (folder.empty() && !app_.session().gNoRestoreFolder) return;
-  if (!folder.empty()) app_.files().MakeFolderChain(folder);
+  if (!folder.empty() && !app_.files().MakeFolderChain(folder)) return TellFolder(folder);
   if (!app_.files().FileExists(app_.session().gRestoreFilePath)) {
     app_.Warn("Backup file has been deleted or renamed");
     cmdBack_Click();

@@ -89,6 +89,9 @@ class frmRTwo : public WizardPage {
   zip::Result UnpackSettings(const std::string& member, const std::string& archive);
   // Says why the backup cannot be used and goes back to the page before.
   void Refuse(zip::Result result);
+  // The same where the fault is the restore folder's: it cannot be made or written.
+  void RefuseFolder(const std::string& folder);
+  void TellFolder(const std::string& folder);
   bool ReadTable(const std::string& archive);
   void TellFirstName(const std::string& archive);
   void ReadOptions(const SettingsFile& settings);
