@@ -1,6 +1,7 @@
 #include "schedule/pages/frmSchedTwo.h"
 
 #include "base/text.h"
+#include "core/pages/account_window.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/program/ModGlobal.h"
@@ -186,6 +187,7 @@ void frmSchedTwo::cmdTest_Click() {
   }
   MakeScheduleJob(app_, NewScheduleJob(app_, name, kTestScheduleComment, *start));
   cmdRefresh_Click();
+  ShowAccount(app_, AccountRun::kSchedule, true);
 }
 
 // --- Leaving ------------------------------------------------------------------------------------

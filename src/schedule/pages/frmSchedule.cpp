@@ -3,6 +3,7 @@
 #include "backup/format/settings_file.h"
 #include "base/scoped_flag.h"
 #include "base/text.h"
+#include "core/pages/account_window.h"
 #include "core/pages/page_layout.h"
 #include "core/pages/page_procedures.h"
 #include "core/pages/raised_rights.h"
@@ -158,6 +159,7 @@ void frmSchedule::Command6_Click() {
   app_.page_host().ShowNextSchedule();
   cmdRefresh_Click();
   Refresh();
+  ShowAccount(app_, AccountRun::kSchedule, true);
 }
 
 bool frmSchedule::MayCreate(const std::string& name) {
