@@ -47,8 +47,7 @@ bool Stands(Program& program, const RegistryPath& path, const Statement& value) 
 
 bool Stands(Program& program, const KeyOfFile& key) {
   if (!program.registry().store().KeyExists(key.path.root, key.path.subkey)) return false;
-  return key.values.empty() ||
-         std::any_of(key.values.begin(), key.values.end(),
+  return std::all_of(key.values.begin(), key.values.end(),
                      [&](const Statement* value) { return Stands(program, key.path, *value); });
 }
 

@@ -9,8 +9,8 @@
 
 namespace quorvale {
 
-// True if the keys of a registry file are there, each with at least one of the values that the file
-// has for it: others may have been written since. The run of the editor has ended.
+// True if the keys of a registry file are there with all values that the file has for them: some
+// alone may have been there before. The run of the editor has just ended.
 bool ImportTook(Program& program, const std::string& file);
 
 }  // namespace quorvale

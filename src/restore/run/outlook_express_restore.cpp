@@ -41,6 +41,9 @@ std::string RemapIdentityKey(const std::string& key, const std::string& identity
 void OutlookExpressRestore::RestoreOutlookExpress() {
   // Read once, so that all mail goes to one store: the imports may bring other identities.
   identity_ = DefaultIdentity(tools_.program);
+  // Without it the mail goes where no mail program looks: what could not be read for a moment is
+  // read again.
+  if (identity_.empty()) identity_ = DefaultIdentity(tools_.program);
   mail_store_.clear();
   PlanAddressBooks();
   for (const RestoreItem& item : tools_.job.restore_items) {

@@ -111,10 +111,20 @@ class ProfileRepair {
     program_.registry().RegKillValue(RegistryRoot::kCurrentUser, key, kStoreEntryId);
   }
 
+  // The type that the value has; a new one is a string. One that cannot be read just now has the
+  // type that goes with its name: no mail program reads wide text out of a string.
+  std::uint32_t TypeFor(const std::string& key, const std::string& name) {
+    RegistryValue old;
+    const long status =
+        program_.registry().store().QueryValue(RegistryRoot::kCurrentUser, key, name, &old);
+    if (status == registry_status::kOk) return old.type;
+    if (status == registry_status::kNotFound) return registry_type::kString;
+    return name.starts_with("001f") ? registry_type::kBinary : registry_type::kString;
+  }
+
   // Keeps the type that the value has. A text value is 8-bit text whatever its name says.
   void Write(const std::string& key, const std::string& name, const std::string& path) {
-    const std::optional<RegistryValue> old = ReadProfileValue(program_, key, name);
-    const std::uint32_t type = old ? old->type : registry_type::kString;
+    const std::uint32_t type = TypeFor(key, name);
     if (registry_type::IsText(type)) {
       program_.registry().store().SetText(RegistryRoot::kCurrentUser, key, name, type, path);
       return;
