@@ -11,8 +11,6 @@
 namespace quorvale::fault_test {
 namespace {
 
-constexpr char kIdentity[] = "{AAAAAAAA-0000-1111-2222-BBBBBBBBBBBB}";
-constexpr char kOtherIdentity[] = "{CCCCCCCC-0000-1111-2222-DDDDDDDDDDDD}";
 constexpr char kMailKey[] = "\\Software\\Microsoft\\Outlook Express\\5.0";
 constexpr char kAccounts[] = "Software\\Microsoft\\Internet Account Manager\\Accounts\\00000001";
 constexpr char kTypedUrls[] = "Software\\Microsoft\\Internet Explorer\\TypedURLs";

@@ -15,6 +15,9 @@
 namespace quorvale::fault_test {
 
 inline constexpr char kProfile[] = "C:\\Documents and Settings\\Anna";
+// The mail users of the computer that is backed up, and of the other one.
+inline constexpr char kIdentity[] = "{AAAAAAAA-0000-1111-2222-BBBBBBBBBBBB}";
+inline constexpr char kOtherIdentity[] = "{CCCCCCCC-0000-1111-2222-DDDDDDDDDDDD}";
 inline constexpr char kBackupFolder[] = "C:\\Backups";
 inline constexpr char kRestoreFolder[] = "C:\\Restored";
 inline constexpr char kAppData[] =
