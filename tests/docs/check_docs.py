@@ -307,6 +307,7 @@ def check_backup_is_readable(console):
         for like in ("xp", "vista"):
             machine, name = os.path.join(folder, like), f"By the page {like}"
             for words in (["machine", "sample", machine, "--like", like],
+                          ["--machine", machine, "settings", "set", "chkNoExtension", "1"],
                           ["--machine", machine, "--yes", "backup", name, "--all", "--to", folder]):
                 done = subprocess.run([console] + words, capture_output=True, text=True)
                 if done.returncode:

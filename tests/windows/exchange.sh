@@ -22,6 +22,9 @@ work=${QUORVALE_PLAY_FOLDER:-$PWD/build/play}
 . tests/windows/player.sh
 scenario_folders+=(tests/windows/exchange)
 
+# The sample's one file without a dot in its name stays out, which the console edition tells.
+told_or_done() { "$@" || [ $? = 4 ]; }
+
 # From Anna's computer onto Bernd's, and everything compared.
 compare() { # BEFORE AFTER [wine]
   "$compare_machines" "$1" xp Anna 1 "$2" xp Bernd 1 ${3:+"$3"}
@@ -31,7 +34,7 @@ restore_from_console() {
   local source=$work/console output folder number prefix
   rm -rf "$source"
   "$lay_machine" "$source" xp Anna 1 &&
-    "$console" --machine "$source" --yes backup "From console" --all \
+    told_or_done "$console" --machine "$source" --yes backup "From console" --all \
       --add-folder 'D:\Projects\House & garden' --add-file 'D:\Scans\receipt 12.pdf' --to 'D:\Out' ||
     return 1
   if ! play restore_from_console "$source"; then
@@ -52,7 +55,7 @@ backup_for_console() {
   fi
   archive="$prefix/drive_c/Documents and Settings/Anna/Application Data/Tarnwick/Quorvale/Backup/From program.obk"
   "$console" machine new "$target" --like xp --user Bernd &&
-    "$console" --machine "$target" --yes restore "$archive" --all &&
+    told_or_done "$console" --machine "$target" --yes restore "$archive" --all &&
     compare "$folder/machine1" "$target"
 }
 
