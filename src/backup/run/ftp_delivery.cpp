@@ -17,6 +17,7 @@ constexpr std::uint64_t kCleanUpTime = 5000;  // milliseconds
 constexpr int kRemoveAttempts = 3;
 constexpr int kRemovePause = 200;
 
+constexpr int kOutOfOrder = 503;  // RFC 959, 4.2
 constexpr int kLowestRefusal = 400;
 constexpr int kLowestFinalRefusal = 500;
 constexpr int kNoRoomRefusal = 552;
@@ -87,7 +88,11 @@ void FtpDelivery::Listen() {
 
 void FtpDelivery::Replied(const std::string& line) {
   if (events_.reply) events_.reply(line);
-  if (FtpReplyCode(line) >= kLowestRefusal) result_.answer = line;
+  const int code = FtpReplyCode(line);
+  // Commands out of their order are what a refused first half of a renaming comes to: what was
+  // answered to that says more.
+  if (code == kOutOfOrder && !result_.answer.empty()) return;
+  if (code >= kLowestRefusal) result_.answer = line;
   if (line == kNoSuchFolder) result_.no_folder = true;
   if (line == kTransferComplete) result_.told_complete = true;
 }

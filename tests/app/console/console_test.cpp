@@ -205,8 +205,14 @@ TEST_F(Console, LogsAreListedShownAndDeleted) {
   ASSERT_EQ(
       OnMachine({"backup", "Desk", "--tick", "Other Files\\My Desktop Files", "--log"}).status,
       ExitStatus::kDone);
-  EXPECT_EQ(OnMachine({"logs"}).out, "Settings_Desk.xml\n");
-  EXPECT_EQ(OnMachine({"logs", "list"}).out, "Settings_Desk.xml\n");
+  // The account of the run stands behind the log.
+  const std::string listed = OnMachine({"logs"}).out;
+  ASSERT_TRUE(listed.starts_with("Settings_Desk.xml\n")) << listed;
+  ASSERT_TRUE(listed.ends_with(" backup.txt\n")) << listed;
+  const std::string account = listed.substr(18, listed.size() - 19);
+  EXPECT_EQ(OnMachine({"logs", "list"}).out, listed);
+  EXPECT_TRUE(
+      OnMachine({"logs", "show", account}).out.starts_with("Everything is in this backup."));
   const Answer shown = OnMachine({"logs", "show", "Settings_Desk.xml"});
   EXPECT_EQ(shown.status, ExitStatus::kDone);
   EXPECT_TRUE(shown.out.starts_with("-------- Log Starts ---------\nBackupSettings: \n"))
@@ -221,8 +227,10 @@ TEST_F(Console, LogsAreListedShownAndDeleted) {
   EXPECT_NE(declined.out.find("Are you sure you want to delete \"Settings_Desk.xml\"?"),
             std::string::npos);
   EXPECT_EQ(OnMachine({"logs", "delete", "no.xml", "--yes"}).status, ExitStatus::kFailed);
-  EXPECT_EQ(OnMachine({"logs"}).out, "Settings_Desk.xml\n");
+  EXPECT_EQ(OnMachine({"logs"}).out, listed);
   EXPECT_EQ(OnMachine({"logs", "delete", "Settings_Desk.xml", "--yes"}).status, ExitStatus::kDone);
+  EXPECT_EQ(OnMachine({"logs"}).out, account + "\n");
+  EXPECT_EQ(OnMachine({"logs", "delete", account, "--yes"}).status, ExitStatus::kDone);
   EXPECT_EQ(OnMachine({"logs"}).out, "");
   const Answer none = OnMachine({"logs", "delete", "Settings_Desk.xml", "--yes"});
   EXPECT_EQ(none.status, ExitStatus::kFailed);
