@@ -97,9 +97,11 @@ void frmOne::cmdNext_Click() {
   if (NameIsBlank()) return;
   std::string name = txtBackupname.text;
   if (!IsValidName(name)) return RefuseName();
-  if (!MayUseName(name)) return;
+  const bool is_there = app_.files().FileExists(BackupFileOf(name));
+  if (is_there && !MayOverwrite()) return;
   if (HasSpecialCharacters(name)) return RefuseName();
-  app_.platform().files.RemoveFile(BackupFileOf(name), true);
+  // Nothing goes for which nobody was asked.
+  if (is_there) app_.platform().files.RemoveFile(BackupFileOf(name), true);
   txtBackupname.text = name;
   savedetails();
   if (OptCustBackup.value) return GoToItems();
@@ -122,8 +124,7 @@ std::string frmOne::BackupFileOf(const std::string& name) const {
   return WithBackslash(app_.settings().backup_folder()) + name + ".obk";
 }
 
-bool frmOne::MayUseName(const std::string& name) {
-  if (!app_.files().FileExists(BackupFileOf(name))) return true;
+bool frmOne::MayOverwrite() {
   if (app_.Ask("Backup job with the same name has already been created before. Do you want to "
                "overwrite?",
                ui::Icon::kInformation)) {

@@ -47,8 +47,8 @@ class frmOne : public WizardPage {
   void RefuseName();
   bool NameIsBlank();
   std::string BackupFileOf(const std::string& name) const;
-  // False if a backup of this name stands and the user wants to keep it.
-  bool MayUseName(const std::string& name);
+  // False if the user wants to keep the backup that bears the name already.
+  bool MayOverwrite();
   void GoToItems();
   void PrepareQuickBackup();
 };

@@ -1,23 +1,15 @@
 #include "backup/run/backup_account.h"
 
-#include <cstring>
 #include <optional>
 #include <utility>
 
+#include "backup/format/account_reasons.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "platform/registry_text.h"
 
 namespace quorvale {
 namespace {
-
-AccountReason ReasonOfGap(const char* reason) {
-  if (std::strcmp(reason, gap_reason::kMissing) == 0) return AccountReason::kMissing;
-  if (std::strcmp(reason, gap_reason::kNoName) == 0) return AccountReason::kNoName;
-  if (std::strcmp(reason, gap_reason::kNoDot) == 0) return AccountReason::kNoDot;
-  if (std::strcmp(reason, gap_reason::kNotInstalled) == 0) return AccountReason::kNotInstalled;
-  return AccountReason::kUnreadable;
-}
 
 AccountThing ThingOf(const PlannedItem& item) {
   switch (item.kind) {
@@ -87,12 +79,6 @@ AccountReason WhyNotStored(Program& program, const PlannedItem& item, const Plan
 bool IsLost(const PlannedItem& item) {
   return item.kind != ItemEntry::Kind::kNone && item.members.empty() && item.gaps.empty() &&
          (!item.is_taken || !item.is_there);
-}
-
-const char* GapReason(AccountReason reason) {
-  if (reason == AccountReason::kMissing) return gap_reason::kMissing;
-  if (reason == AccountReason::kNoName) return gap_reason::kNoName;
-  return gap_reason::kUnreadable;
 }
 
 void FillBackupAccount(Program& program, const BackupPlan& plan, const MemberFates& fates,

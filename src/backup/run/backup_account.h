@@ -14,8 +14,6 @@ AccountReason WhyNotStored(Program& program, const PlannedItem& item, const Plan
 // True if nothing of an item can be there: its source was not, or its program is not on this
 // computer. A group of the tree is nothing that could be missing.
 bool IsLost(const PlannedItem& item);
-// The word of the member table for such a reason.
-const char* GapReason(AccountReason reason);
 
 // Adds each item with what is in the archive of it, and an entry for each gap.
 void FillBackupAccount(Program& program, const BackupPlan& plan, const MemberFates& fates,

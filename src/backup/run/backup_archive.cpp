@@ -1,5 +1,6 @@
 // The archive of a backup: its name and options, its settings file, and which source gets which
 // entry name.
+#include "backup/format/account_reasons.h"
 #include "backup/format/settings_file.h"
 #include "backup/run/backup_account.h"
 #include "backup/run/backup_run.h"

@@ -1,4 +1,6 @@
 // The items of a backup: the plan is carried out, kind by kind.
+#include <string_view>
+
 #include "backup/run/backup_run.h"
 #include "base/paths.h"
 #include "base/text.h"
@@ -80,7 +82,7 @@ void BackupRun::TakeItem(const PlannedItem& item) {
   mTargetFolder = item.target;
   MakeFolder(mTargetFolder);
   for (const PlannedGap& gap : item.gaps) {
-    if (gap.reason == gap_reason::kNoName) mSkipped.push_back(gap.source);
+    if (std::string_view(gap.reason) == gap_reason::kNoName) mSkipped.push_back(gap.source);
   }
   for (const PlannedMember& member : item.members) {
     if (!KeepGoing()) return;

@@ -25,21 +25,4 @@ AccountReason MemberFates::ReasonOf(std::size_t file) const {
   return found == reasons_.end() ? AccountReason::kNone : found->second;
 }
 
-AccountReason ReasonOfWarning(zip::WarningReason reason) {
-  switch (reason) {
-    case zip::WarningReason::kMissing:
-      return AccountReason::kMissing;
-    case zip::WarningReason::kCutShort:
-      return AccountReason::kCutShort;
-    case zip::WarningReason::kChanged:
-      return AccountReason::kChanged;
-    case zip::WarningReason::kNoName:
-      return AccountReason::kNoName;
-    case zip::WarningReason::kNoRoom:
-      return AccountReason::kNoRoom;
-    default:
-      return AccountReason::kUnreadable;
-  }
-}
-
 }  // namespace quorvale

@@ -34,7 +34,4 @@ class MemberFates {
   std::unordered_map<std::size_t, AccountReason> reasons_;
 };
 
-// The account's word for what the archive component warns of.
-AccountReason ReasonOfWarning(zip::WarningReason reason);
-
 }  // namespace quorvale

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "backup/format/account_reasons.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "core/program/account_folder.h"
@@ -10,47 +11,10 @@
 namespace quorvale {
 namespace {
 
-AccountReason ReasonOf(zip::WarningReason reason) {
-  switch (reason) {
-    case zip::WarningReason::kMissing:
-      return AccountReason::kMissing;
-    case zip::WarningReason::kUnreadable:
-      return AccountReason::kUnreadable;
-    case zip::WarningReason::kCutShort:
-      return AccountReason::kCutShort;
-    case zip::WarningReason::kChanged:
-      return AccountReason::kChanged;
-    case zip::WarningReason::kNoName:
-    case zip::WarningReason::kUnsafe:
-      return AccountReason::kNoName;
-    case zip::WarningReason::kDamaged:
-    case zip::WarningReason::kUnsupported:
-      return AccountReason::kDamaged;
-    case zip::WarningReason::kPlaceTaken:
-      return AccountReason::kPlaceTaken;
-    case zip::WarningReason::kNoPlace:
-      return AccountReason::kNoPlace;
-    case zip::WarningReason::kNoRights:
-      return AccountReason::kNoRights;
-    case zip::WarningReason::kNoRoom:
-      return AccountReason::kNoRoom;
-  }
-  return AccountReason::kNone;
-}
-
 // The word of a table as a person reads it; that of a later release stays as it is.
 std::string TextOfGap(const std::string& word) {
-  constexpr std::pair<const char*, AccountReason> kWords[] = {
-      {gap_reason::kMissing, AccountReason::kMissing},
-      {gap_reason::kUnreadable, AccountReason::kUnreadable},
-      {gap_reason::kNoName, AccountReason::kNoName},
-      {gap_reason::kNoDot, AccountReason::kNoDot},
-      {gap_reason::kNotInstalled, AccountReason::kNotInstalled},
-  };
-  for (const auto& [known, reason] : kWords) {
-    if (word == known) return ReasonText(reason);
-  }
-  return word;
+  const AccountReason reason = ReasonOfGap(word);
+  return reason == AccountReason::kNone ? word : ReasonText(reason);
 }
 
 std::string IdOf(const RestoreOrigin& origin) { return origin.path + "\n" + origin.key; }
@@ -97,7 +61,7 @@ void RestoreAccount::NotRestored(const zip::Warning& warning, const std::string&
                                  AccountThing thing) {
   const bool says_more = warning.reason == zip::WarningReason::kUnsupported ||
                          warning.reason == zip::WarningReason::kUnsafe;
-  NotRestored(ReasonOf(warning.reason), target, thing, says_more ? warning.text : "");
+  NotRestored(ReasonOfWarning(warning.reason), target, thing, says_more ? warning.text : "");
 }
 
 void RestoreAccount::PutElsewhere(AccountReason why, const std::string& target,

@@ -270,5 +270,28 @@ TEST_F(FrmOneOnVista, AnAcceptedRestartEndsThisCopyAndHandsTheJobOver) {
             std::string::npos);
 }
 
+// Each of the first calls of Next fails once: where the look at the file is the one, no question
+// comes, and nothing may go.
+TEST_F(FrmOne, AnEarlierBackupStaysUnlessItsEndWasAgreedTo) {
+  bool look_failed = false;
+  for (std::uint64_t call = 1; call <= 4; ++call) {
+    machine_.Restart();
+    frmOne& page = Open();
+    const std::string file = BackupFile("Job");
+    machine_.WriteFile(file, "all the mail");
+    page.txtBackupname.text = "Job";
+    machine_.ui().on_box = [this](const ui::MessageBoxRequest& box) {
+      if (box.text == kOverwrite) machine_.Expect(ui::Answer::kNo, kOverwrite);
+    };
+    machine_.faults().FailCall(call);
+    page.cmdNext.Click();
+    look_failed = look_failed || machine_.faults().failed_call() == "Files::Stat " + file;
+    machine_.faults().FailCall(0);
+    machine_.ui().on_box = nullptr;
+    EXPECT_TRUE(machine_.Exists(file)) << call;
+  }
+  EXPECT_TRUE(look_failed);
+}
+
 }  // namespace
 }  // namespace quorvale
